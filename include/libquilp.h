@@ -1,0 +1,235 @@
+#ifndef LIBQUILP_H
+#define LIBQUILP_H
+
+/**
+ * @file
+ * libquilp: descriptive metadata for the media files of a storage appliance.
+ *
+ * Conventions
+ *
+ * 1. Strings are zero-terminated bytes in UTF-8. A null field means "not known".
+ * 2. Arrays come from calloc, strings from malloc. The caller owns both and releases them with the
+ *    domain's free function, which releases the text fields only: it neither resets pointers nor
+ *    touches lists. Free a record once.
+ * 3. Records that hold lists are constructed and destroyed by the caller, who passes their address.
+ *    The library fills them.
+ * 4. Searches return the number of records, 0 for none or failure. Detail lookups return 0 on
+ *    success. Print functions write one XML document to standard output (the C stream `stdout`,
+ *    not flushed here).
+ * 5. An identifier is the scraper's own with five characters in front, which tell the catalogue
+ *    whose it is. An add-on gets it without them (an empty one when it is shorter); the built-in
+ *    scrapers take an identifier of the site as a search gave it, nothing in front.
+ * 6. No function reports by exception. Where a standard exception can leave one, it says so.
+ *
+ * What the library does to your process
+ *
+ * - It reads /etc/config/zorp.conf (which add-ons are enabled) at each lookup, and
+ *   /etc/config/catalox.conf (an add-on's language); it keeps nothing between calls.
+ * - It runs an add-on with fork and execvp and waits for it, however long that takes; the add-on
+ *   inherits standard input. Pages are fetched by /sbin/curl through system and popen, at most 25
+ *   seconds each.
+ * - A built-in search starts one thread for each result and joins them all before it returns.
+ * - An add-on's document goes to a file of its own under /tmp that is removed before the call
+ *   returns. Pages go to files of fixed names under /var/tmp that are left behind: within a process
+ *   requests of one kind wait for each other; two processes must not make requests of one kind at
+ *   the same time.
+ * - Messages go to standard error.
+ *
+ * Every function may be called from several threads at once, each with records of its own.
+ */
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#if defined(__GNUC__)
+#define QUILP_API __attribute__((visibility("default")))
+#else
+#define QUILP_API
+#endif
+
+/* ---- Movies -------------------------------------------------------------------------------- */
+
+/** One search result. */
+struct velMovie_ {
+  char* url;     /**< address of the poster picture */
+  char* id;      /**< the scraper's identifier of the title */
+  char* title;   /**< title, as the page or document has it: the built-in search keeps entities */
+  char* year;    /**< year of release, as text; empty when the page names none */
+  char* outline; /**< short plot outline */
+};
+
+/** The details of one title. `actor` and `role` are parallel. */
+struct velMovieInfo_ {
+  char* title;                       /**< title */
+  char* year;                        /**< year of release, as text */
+  char* rating;                      /**< user rating, such as 7.5 */
+  char* id;                          /**< identifier */
+  std::vector<std::string> director; /**< directors */
+  char* mpaa;                        /**< content rating */
+  char* company;                     /**< production company */
+  std::vector<std::string> country;  /**< countries; never printed */
+  std::vector<std::string> genre;    /**< genres */
+  std::vector<std::string> actor;    /**< actors */
+  std::vector<std::string> role;     /**< the role of the actor at the same index */
+  char* outline;                     /**< short outline */
+  char* plot;                        /**< longer plot text */
+  char* poster;                      /**< address of the poster picture */
+};
+
+extern "C" {
+
+/**
+ * Searches movies by keyword, which may be the name of a video release (see ProcessKeyword).
+ *
+ * @param keyword  what to look for
+ * @param count    how many results are wanted; an add-on may give more, all of which are returned
+ * @param movies   receives an array for velFreeMovies, also an empty one when an add-on found
+ *                 nothing; left untouched when nothing could be fetched
+ * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
+ *                 otherwise left untouched
+ * @return         how many records are in the array; 0 for none or failure. The built-in search
+ *                 gives 1, with an empty record, when the site says that it has no results.
+ */
+QUILP_API int velSearchMovie(const char* keyword, int count, velMovie_** movies, int* error);
+
+/**
+ * Prints what velSearchMovie finds as a "movielist" document.
+ *
+ * @return 0 after printing; when nothing was found, nothing is printed and the result is the
+ *         add-on's exit status, or 0 if there is none
+ */
+QUILP_API int velPrintSearchMovie(const char* keyword, int count);
+
+/**
+ * Fills `info` with the details of one title. Text fields are set to null first. An add-on's lists
+ * are appended to what `info` holds; the built-in scraper clears the lists first.
+ *
+ * @return 0 on success; an add-on's exit status, or 1 when it wrote no readable document; without
+ *         an add-on the exit status of the client that fetched the page
+ * @throws std::logic_error   when an add-on names an actor without a role
+ * @throws std::out_of_range  when the site's page has a plot section without its closing link
+ *         In both cases `info` holds the fields read so far.
+ */
+QUILP_API int velGetMovieByID(const char* id, velMovieInfo_* info);
+
+/**
+ * Prints what velGetMovieByID finds as a "movie" document.
+ *
+ * @return 0 after printing, 1 on any failure, with nothing printed
+ * @throws what velGetMovieByID throws
+ */
+QUILP_API int velPrintMovieByID(const char* id);
+
+/** Releases `count` records and the array. Null is ignored; a count below 1 releases the array. */
+QUILP_API void velFreeMovies(velMovie_* movies, int count);
+
+/** Releases the text fields, neither resetting them nor touching the lists. Null is ignored. */
+QUILP_API void velFreeMovieInfo(velMovieInfo_* info);
+
+/**
+ * The built-in search behind velSearchMovie: results of the site's find page, each with poster
+ * address and outline from its title page (empty strings where there is none).
+ *
+ * @param keyword  percent-encoded, as ProcessKeyword(…, 1) gives it. One that holds a single quote
+ *                 fails, and no client is run.
+ */
+QUILP_API int imdbBasicGetMovies(const char* keyword, int count, velMovie_** movies);
+
+/** Another search, of the site's alternate titles; it gives 0 when the site has no results. */
+QUILP_API int imdbGetMovies(const char* keyword, int count, velMovie_** movies);
+
+/** The built-in scraper behind velGetMovieByID. The text fields need not be set before. */
+QUILP_API int imdbGetMovieInfo(const char* id, velMovieInfo_* info);
+
+/* ---- Text ---------------------------------------------------------------------------------- */
+
+/** Text for a character code, as replace_string uses it; null from 251 on. */
+QUILP_API extern const char* const html_utf8[256];
+
+/** The lowercase hexadecimal digit of the low four bits. */
+QUILP_API char to_hex(char value);
+
+/** The value of a hexadecimal digit of either case; 16 for any other character. */
+QUILP_API char char2hex(char digit);
+
+/**
+ * Writes every byte as "%" and two hexadecimal digits. A byte below 0x10 has one digit, and the
+ * text ends there.
+ *
+ * @param source       bytes to encode
+ * @param sourceLength how many; at least 1 and at most a third of destinationSize
+ * @param destination  must have room for destinationSize + 1 bytes: a source of exactly a third
+ *                     puts the terminator at index destinationSize
+ * @return             0, or -1 when the length is refused (nothing is written then)
+ */
+QUILP_API int StringConvert2PercentString(char* source, int sourceLength, char* destination,
+                                          int destinationSize);
+
+/**
+ * Replaces numeric references of two digits ("&#x21;", "&#33;") by the text of html_utf8, drops
+ * those of one digit, then carriage returns and line feeds. Any other reference stays.
+ */
+QUILP_API void replace_string(std::string* text);
+
+/**
+ * Decodes named and numeric character references into UTF-8. What is no reference stays.
+ *
+ * @param dest  receives the decoded text; as large as the source with its terminator is enough.
+ *              May be the source itself.
+ * @param src   text to decode; null for decoding `dest` in place
+ * @return      length of the decoded text in bytes, terminator not counted
+ */
+QUILP_API size_t decode_html_entities_utf8(char* dest, const char* src);
+
+/** Removes white space at both ends, then every "&nbsp;", then every "&raquo;". White space alone
+ *  is reduced to its last byte. Returns its argument. */
+QUILP_API std::string& removeEmptyChar(std::string& text);
+
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+/**
+ * Cuts the name of a video release down to its title words: brackets, release tags, episode
+ * numbers, and a year with what follows it, go.
+ *
+ * @param keyword  the name, without its file extension; null counts as empty
+ * @param mode     0: words joined by single blanks; 1: the same, percent-encoded for an address
+ */
+QUILP_API std::string ProcessKeyword(const char* keyword, int mode);
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
+
+/**
+ * The language configured for an add-on, "en" when there is none.
+ *
+ * @param lang   receives a code of at most three characters, in storage of the calling thread that
+ *               its next call overwrites
+ * @param shell  path of the add-on; its base name without extension is the section's name
+ */
+QUILP_API void getDefaultLang(const char** lang, char* shell);
+
+}  // extern "C"
+
+namespace libquilp {
+
+/**
+ * Percent-encodes all but letters, digits and - + _ . ~ / : ? & = \ "; a blank becomes "+".
+ * The caller frees the result; null when memory runs out.
+ */
+QUILP_API char* url_encode(char* text);
+
+/** Decodes "+" and "%" with two characters, which are not checked. The caller frees the result. */
+QUILP_API char* url_decode(char* text);
+
+/** As the global to_hex. */
+QUILP_API char to_hex(char value);
+
+/** Value of a hexadecimal digit, which is not checked: "g" gives 16. */
+QUILP_API char from_hex(char digit);
+
+}  // namespace libquilp
+
+#endif  // LIBQUILP_H

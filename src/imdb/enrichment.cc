@@ -1,0 +1,74 @@
+#include "imdb/enrichment.h"
+
+#include <cstring>
+#include <exception>
+#include <string>
+#include <string_view>
+
+#include "imdb/title_page.h"
+#include "platform.h"
+#include "plugin/page_fetch.h"
+
+namespace libquilp {
+namespace {
+
+/// Copies as much as the buffer holds, but no part of a UTF-8 character.
+template <std::size_t N>
+void copyCut(char (&buffer)[N], std::string_view text) {
+  std::size_t size = text.size();
+  if (size >= N) {
+    size = N - 1;
+    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) {
+      --size;
+    }
+  }
+  std::memcpy(buffer, text.data(), size);
+  buffer[size] = '\0';
+}
+
+}  // namespace
+
+void enrichFromTitlePage(MovieWorkRecord& record, const char* reference) noexcept {
+  if (record.id[0] == '\0') {
+    return;
+  }
+  try {
+    const PipeCollector summaryPipe;
+    const auto page = fetchThroughPipe(std::string(IMDB_MAIN_BASE) + "/title/" + record.id +
+                                       "/?ref_=" + reference);
+    if (!page) {
+      return;
+    }
+    copyCut(record.image, posterOf(*page).value_or(""));
+    copyCut(record.outline, decodedOutline(*page, record.id));
+  } catch (const std::exception&) {
+    // What was found so far stays.
+  }
+}
+
+Enrichment::Enrichment(int n, ThreadBody body) : body_(body), work_(inFrame_) {
+  const auto size = static_cast<std::size_t>(n);
+  if (n > kInFrame) {
+    onHeap_.reset(new Work[size]);
+    work_ = onHeap_.get();
+  }
+  std::memset(work_, 0, size * sizeof(Work));
+}
+
+void Enrichment::start(int i, const char* id) {
+  Work& work = work_[i];
+  copyCut(work.record.id, id != nullptr ? id : "");
+  work.running = pthread_create(&work.thread, nullptr, body_, &work.record) == 0;
+  if (!work.running) {
+    body_(&work.record);
+  }
+}
+
+const MovieWorkRecord& Enrichment::join(int i) {
+  if (work_[i].running) {
+    pthread_join(work_[i].thread, nullptr);
+  }
+  return work_[i].record;
+}
+
+}  // namespace libquilp

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <memory>
+
+#include "plugin/files.h"
+
+namespace libquilp {
+
+/// What one enrichment thread is given and what it finds; empty strings where it finds nothing.
+struct MovieWorkRecord {
+  char id[64];
+  char image[2048];
+  char outline[2048];
+};
+
+using ThreadBody = void* (*)(void*);
+
+/// Fills a record from its title page; `reference` ends the page's address. An empty identifier is
+/// not fetched. Nothing is thrown: a thread has nobody to catch it.
+void enrichFromTitlePage(MovieWorkRecord& record, const char* reference) noexcept;
+
+/// Fans out over work records of its own, one thread each, and joins them in order.
+class Enrichment {
+ public:
+  Enrichment(int n, ThreadBody body);
+
+  /// A thread that cannot be started is run by the caller.
+  void start(int i, const char* id);
+  const MovieWorkRecord& join(int i);
+
+ private:
+  struct Work {
+    MovieWorkRecord record;
+    pthread_t thread;
+    bool running;
+  };
+  // More than these would not be safe in the frame of a small thread.
+  static constexpr int kInFrame = 16;
+
+  ThreadBody body_;
+  Work inFrame_[kInFrame];
+  std::unique_ptr<Work[]> onHeap_;
+  Work* work_;
+};
+
+/// Gives every record the poster address and the outline of its title page.
+template <class Record>
+void enrich(Record* records, int n, char* Record::*id, char* Record::*image,
+            char* Record::*outline, ThreadBody body) {
+  if (n < 1) {
+    return;
+  }
+  Enrichment enrichment(n, body);
+  for (int i = 0; i < n; ++i) {
+    enrichment.start(i, records[i].*id);
+  }
+  for (int i = 0; i < n; ++i) {
+    const MovieWorkRecord& found = enrichment.join(i);
+    records[i].*image = SafeStrdup(found.image);
+    records[i].*outline = SafeStrdup(found.outline);
+  }
+}
+
+}  // namespace libquilp

@@ -1,0 +1,91 @@
+#include "imdb/title_page.h"
+
+#include <algorithm>
+
+#include "libquilp.h"
+#include "platform.h"
+#include "plugin/page_fetch.h"
+#include "text/entities.h"
+#include "text/removal.h"
+
+namespace libquilp {
+namespace {
+
+/// Removes every "<a …>", also one that the removal of another makes.
+void removeLinkStarts(std::string& text) {
+  std::size_t kept = 0;
+  for (std::size_t read = 0; read < text.size(); ++read) {
+    text[kept++] = text[read];
+    if (kept < 2 || text[kept - 2] != '<' || text[kept - 1] != 'a') {
+      continue;
+    }
+    const std::size_t end = text.find('>', read);
+    if (end == std::string::npos) {
+      text.replace(kept, std::string::npos, text, read + 1);
+      return;
+    }
+    kept -= 2;
+    read = end;
+  }
+  text.resize(kept);
+}
+
+bool hasLink(std::string_view text) {
+  const std::size_t start = text.find("<a");
+  return start != std::string_view::npos && text.find('>', start) != std::string_view::npos;
+}
+
+}  // namespace
+
+// <link rel='image_src' href="ADDRESS">
+Cut posterOf(std::string_view page) {
+  return Cutter(page).between("<link rel='image_src' href=\"", "\">");
+}
+
+// <p class="plotSummary">PARAGRAPH</p>
+std::string imdbGetPlotSummary(const char* id) {
+  const auto page =
+      fetchLeavingPipe(std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary");
+  if (!page) {
+    return {};
+  }
+  const Cut summary = Cutter(*page).between("class=\"plotSummary\">", "</p>");
+  if (!summary ||
+      contains(*summary, "It looks like we don't have any Plot Summary for this title yet.")) {
+    return {};
+  }
+  return std::string(*summary);
+}
+
+// <div class="summary_text" itemprop="description">
+//   OUTLINE <a href="/title/ID/plotsummary?…">See full summary</a>&nbsp;&raquo; </div>
+std::string imdbExtractOutline(const std::string& page, const char* id) {
+  const Cut summary =
+      Cutter(page).between("<div class=\"summary_text\" itemprop=\"description\">", "</div>");
+  if (!summary) {
+    return {};
+  }
+  std::string text(*summary);
+  if (hasLink(text)) {
+    removeLinkStarts(text);
+    removeAll(text, "</a>");
+    if (contains(text, "Add a Plot")) {
+      text.clear();
+    } else if (contains(text, "See full summary")) {
+      text = imdbGetPlotSummary(id);
+    } else {
+      text.resize(std::min(text.size(), text.find("See full synopsis")));
+    }
+  } else if (contains(text, "Plot is unknown") || contains(text, "The plot is unknown")) {
+    text.clear();
+  }
+  removeAll(text, '\n');
+  return removeEmptyChar(text);
+}
+
+std::string decodedOutline(const std::string& page, const char* id) {
+  const std::string outline = imdbExtractOutline(page, id);
+  return outline.find_first_not_of(' ') != std::string::npos ? decoded(outline) : std::string();
+}
+
+}  // namespace libquilp

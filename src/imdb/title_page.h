@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "text/cutter.h"
+
+namespace libquilp {
+
+/// Address of the poster on a title page, as it stands.
+Cut posterOf(std::string_view page);
+
+/// The plot-summary page's paragraph; empty when there is none. The pipe it was read from stays
+/// open when the routine returns (see fetchLeavingPipe).
+std::string imdbGetPlotSummary(const char* id);
+
+/// The short outline of a title page, entities not decoded; empty when there is none. Takes the
+/// plot summary where the page refers to it.
+std::string imdbExtractOutline(const std::string& page, const char* id);
+
+/// The same, decoded; empty also when it is blank.
+std::string decodedOutline(const std::string& page, const char* id);
+
+}  // namespace libquilp

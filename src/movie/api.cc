@@ -1,0 +1,84 @@
+#include <string>
+
+#include "libquilp.h"
+#include "movie/records.h"
+#include "plugin/result_document.h"
+#include "plugin/shell_call.h"
+
+namespace {
+
+/// A record that releases its strings, also when an error leaves the call.
+struct OwnedMovieInfo : velMovieInfo_ {
+  OwnedMovieInfo() : velMovieInfo_() {}
+  ~OwnedMovieInfo() { velFreeMovieInfo(this); }
+  OwnedMovieInfo(const OwnedMovieInfo&) = delete;
+  OwnedMovieInfo& operator=(const OwnedMovieInfo&) = delete;
+};
+
+}  // namespace
+
+int velSearchMovie(const char* keyword, int count, velMovie_** movies, int* error) {
+  using namespace libquilp;
+  ShellCall shell("Movie");
+  if (!shell.found()) {
+    return imdbBasicGetMovies(ProcessKeyword(keyword, 1).c_str(), count, movies);
+  }
+  const int status = shell.run({"searchmovie", "-t", ProcessKeyword(keyword, 0).c_str(), "-n",
+                                Decimal(count)});
+  if (status != 0) {
+    *error = status;
+    return 0;
+  }
+  const XMLNode list = shell.document("movielist");
+  return list ? readRecords(list, "movie", kMovieFields, movies) : 0;
+}
+
+int velPrintSearchMovie(const char* keyword, int count) {
+  using namespace libquilp;
+  velMovie_* movies = nullptr;
+  int error = 0;
+  const int n = velSearchMovie(keyword, count, &movies, &error);
+  if (n == 0) {
+    velFreeMovies(movies, n);
+    return error;
+  }
+  ResultDocument document("movielist");
+  for (int i = 0; i < n; ++i) {
+    XMLNode entry = document.addEntry("movie", i);
+    writeRecord(entry, kMovieFields, movies[i]);
+  }
+  document.print();
+  velFreeMovies(movies, n);
+  return 0;
+}
+
+int velGetMovieByID(const char* id, velMovieInfo_* info) {
+  using namespace libquilp;
+  clearTexts(kMovieInfoFields, *info);
+  ShellCall shell("Movie");
+  if (!shell.found()) {
+    return imdbGetMovieInfo(id, info);
+  }
+  const int status = shell.run({"getmovieinfobyid", "-i", withoutPrefix(id)});
+  if (status != 0) {
+    return status;
+  }
+  const XMLNode movie = shell.document("movie");
+  if (!movie) {
+    return 1;
+  }
+  readRecord(movie, kMovieInfoFields, *info);
+  return 0;
+}
+
+int velPrintMovieByID(const char* id) {
+  using namespace libquilp;
+  OwnedMovieInfo info;
+  if (velGetMovieByID(id, &info) != 0) {
+    return 1;
+  }
+  ResultDocument document("movie");
+  writeRecord<velMovieInfo_>(document.root(), kPrintedMovieInfoFields, info);
+  document.print();
+  return 0;
+}

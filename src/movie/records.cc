@@ -1,0 +1,16 @@
+#include "movie/records.h"
+
+// The layouts cross the library's border.
+static_assert(sizeof(velMovie_) == 5 * sizeof(char*), "velMovie_ has changed");
+static_assert(sizeof(velMovieInfo_) == 9 * sizeof(char*) + 5 * sizeof(std::vector<std::string>),
+              "velMovieInfo_ has changed");
+
+void velFreeMovies(velMovie_* movies, int count) {
+  libquilp::freeRecords(libquilp::kMovieFields, movies, count);
+}
+
+void velFreeMovieInfo(velMovieInfo_* info) {
+  if (info != nullptr) {
+    libquilp::freeTexts(libquilp::kMovieInfoFields, *info);
+  }
+}

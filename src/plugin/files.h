@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdio>
+#include <optional>
+#include <string>
+
+namespace libquilp {
+
+/// The name of a temporary file that whoever is given it makes; the file goes with the object.
+class CTmpFile {
+ public:
+  CTmpFile() = default;
+  CTmpFile(const CTmpFile&) = delete;
+  CTmpFile& operator=(const CTmpFile&) = delete;
+  virtual ~CTmpFile();
+
+  /// Chooses a name under /tmp; it is empty when none can be had.
+  void choose();
+
+  const char* name() const { return name_; }
+
+ private:
+  char name_[1024] = {};
+};
+
+/// Copies a file to standard output, unchanged. 0, or 1 when it cannot be opened.
+int PrintFile(const char* path);
+
+/// The whole file; none when it cannot be opened.
+std::optional<std::string> readFile(const char* path);
+
+/// All that is left in a stream, read line by line in pieces: what follows a zero byte in a piece
+/// is not kept.
+std::string readLines(std::FILE* stream);
+
+/// strdup, but null for null.
+char* SafeStrdup(const char* text);
+
+}  // namespace libquilp

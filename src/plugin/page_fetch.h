@@ -1,0 +1,48 @@
+#pragma once
+
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "platform.h"
+
+// The only places that know the command lines of the appliance's HTTP client. An address that holds
+// a single quote would end its own quoting there: it is never fetched.
+
+namespace libquilp {
+
+/// A page file of a fixed name. Requests of one kind wait for each other while it is in use.
+struct PageFile {
+  const char* path;
+  std::mutex inUse;
+};
+
+inline PageFile movieSearchPage = {kMovieSearchPage, {}};
+inline PageFile movieInfoPage = {kMovieInfoPage, {}};
+inline PageFile moviePhotoPage = {kMoviePhotoPage, {}};
+
+struct FilePage {
+  int status;                       // the client's exit status; nothing else is set when not 0
+  std::optional<std::string> text;  // none when the file cannot be opened
+};
+
+/// Fetches a page into its file, which is removed before and left behind afterwards.
+FilePage fetchToFile(const std::string& address, PageFile& file);
+
+/// Fetches a page through a pipe; none when no client could be started. Safe in many threads.
+std::optional<std::string> fetchThroughPipe(const std::string& address);
+
+/// The same, but leaves the pipe behind: the calling thread keeps it until its next such fetch, its
+/// end, or collectPipe.
+std::optional<std::string> fetchLeavingPipe(const std::string& address);
+void collectPipe();
+
+/// For a call that may leave a pipe behind on a thread that goes on after it.
+struct PipeCollector {
+  PipeCollector() = default;
+  PipeCollector(const PipeCollector&) = delete;
+  PipeCollector& operator=(const PipeCollector&) = delete;
+  ~PipeCollector() { collectPipe(); }
+};
+
+}  // namespace libquilp

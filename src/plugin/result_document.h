@@ -1,0 +1,28 @@
+#pragma once
+
+#include "xml/xml_node.h"
+
+namespace libquilp {
+
+/// Adds an element with a text to `parent`; a null value gives an element without text.
+void addTextChild(XMLNode& parent, const char* name, const char* value);
+
+/// The XML document that a print function writes.
+class ResultDocument {
+ public:
+  explicit ResultDocument(const char* root);
+
+  XMLNode& root() { return root_; }
+
+  /// Adds an entry to a list document; `index` counts from 0, its rank from 1.
+  XMLNode addEntry(const char* name, int index);
+
+  /// Writes the document to standard output, a line feed behind it.
+  void print() const;
+
+ private:
+  XMLNode declaration_;
+  XMLNode root_;
+};
+
+}  // namespace libquilp

@@ -1,0 +1,275 @@
+#include "xml/xml_node.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "ascii.h"
+
+namespace libquilp {
+namespace {
+
+// Text stands as it was written but for the blanks at its ends: no line ends or blanks are rewritten.
+constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_trim_pcdata;
+constexpr int kNoSuchElement = -1;
+
+unsigned char folded(char c) { return toLower(static_cast<unsigned char>(c)); }
+
+bool sameName(const char* a, const char* b) {
+  while (*a != '\0' && folded(*a) == folded(*b)) {
+    ++a;
+    ++b;
+  }
+  return folded(*a) == folded(*b);
+}
+
+int countOfType(pugi::xml_node node, pugi::xml_node_type type) {
+  int n = 0;
+  for (pugi::xml_node child : node.children()) {
+    n += child.type() == type ? 1 : 0;
+  }
+  return n;
+}
+
+const char* valueOfType(pugi::xml_node node, pugi::xml_node_type type, int i) {
+  for (pugi::xml_node child : node.children()) {
+    if (child.type() == type && i-- == 0) {
+      return child.value();
+    }
+  }
+  return nullptr;
+}
+
+void appendEscaped(std::string& out, const char* text) {
+  for (; *text != '\0'; ++text) {
+    switch (*text) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      case '\'':
+        out += "&apos;";
+        break;
+      default:
+        out += *text;
+    }
+  }
+}
+
+/// Writes one node and what is below it; walks by links, so that depth costs no stack.
+class Writer {
+ public:
+  explicit Writer(bool formatted) : formatted_(formatted) {}
+
+  std::string write(pugi::xml_node top) {
+    pugi::xml_node node = top;
+    while (node) {
+      if (open(node)) {
+        ++depth_;
+        node = node.first_child();
+        continue;
+      }
+      while (node != top && !node.next_sibling()) {
+        node = node.parent();
+        --depth_;
+        close(node);
+      }
+      node = node == top ? pugi::xml_node() : node.next_sibling();
+    }
+    return std::move(out_);
+  }
+
+ private:
+  /// True when the node's children come next.
+  bool open(pugi::xml_node node) {
+    indent();
+    if (node.type() == pugi::node_pcdata) {
+      appendEscaped(out_, node.value());
+      endLine();
+      return false;
+    }
+    const bool declaration = node.type() == pugi::node_declaration;
+    out_ += declaration ? "<?" : "<";
+    out_ += node.name();
+    for (pugi::xml_attribute attribute : node.attributes()) {
+      out_ += ' ';
+      out_ += attribute.name();
+      out_ += "=\"";
+      appendEscaped(out_, attribute.value());
+      out_ += '"';
+    }
+    const pugi::xml_node child = node.first_child();
+    if (!child) {
+      out_ += declaration ? "?>" : "/>";
+      endLine();
+      return false;
+    }
+    out_ += '>';
+    if (child.type() == pugi::node_pcdata && !child.next_sibling()) {
+      appendEscaped(out_, child.value());
+      endTag(node);
+      return false;
+    }
+    endLine();
+    return true;
+  }
+
+  void close(pugi::xml_node node) {
+    indent();
+    endTag(node);
+  }
+
+  void endTag(pugi::xml_node node) {
+    out_ += "</";
+    out_ += node.name();
+    out_ += '>';
+    endLine();
+  }
+
+  void indent() {
+    if (formatted_) {
+      out_.append(depth_, '\t');
+    }
+  }
+
+  void endLine() {
+    if (formatted_) {
+      out_ += '\n';
+    }
+  }
+
+  const bool formatted_;
+  std::size_t depth_ = 0;
+  std::string out_;
+};
+
+}  // namespace
+
+XMLNode XMLNode::openFileHelper(const char* path, int* error, const char* tag) {
+  auto document = std::make_shared<pugi::xml_document>();
+  // The bytes are taken as they are, whatever encoding the document claims.
+  const pugi::xml_parse_result result =
+      document->load_file(path, kParseOptions, pugi::encoding_utf8);
+  *error = static_cast<int>(result.status);
+  if (!result) {
+    return {};
+  }
+  const XMLNode root = XMLNode(document, *document).getChildNode(tag);
+  if (!root) {
+    *error = kNoSuchElement;
+  }
+  return root;
+}
+
+XMLNode XMLNode::createXMLTopNode(const char* name, bool isDeclaration) {
+  auto document = std::make_shared<pugi::xml_document>();
+  pugi::xml_node node =
+      document->append_child(isDeclaration ? pugi::node_declaration : pugi::node_element);
+  node.set_name(name);
+  return {document, node};
+}
+
+bool XMLNode::isElement(pugi::xml_node node, const char* name) {
+  return node.type() == pugi::node_element && sameName(node.name(), name);
+}
+
+int XMLNode::nChildNode() const { return countOfType(node_, pugi::node_element); }
+
+int XMLNode::nChildNode(const char* name) const {
+  int n = 0;
+  forEachChild(name, [&n](const XMLNode&) { ++n; });
+  return n;
+}
+
+XMLNode XMLNode::getChildNode(int i) const {
+  for (pugi::xml_node child : node_.children()) {
+    if (child.type() == pugi::node_element && i-- == 0) {
+      return {document_, child};
+    }
+  }
+  return {};
+}
+
+XMLNode XMLNode::getChildNode(const char* name, int i) const {
+  for (pugi::xml_node child : node_.children()) {
+    if (isElement(child, name) && i-- == 0) {
+      return {document_, child};
+    }
+  }
+  return {};
+}
+
+int XMLNode::nClear() const { return countOfType(node_, pugi::node_cdata); }
+
+XMLClear XMLNode::getClear(int i) const { return {valueOfType(node_, pugi::node_cdata, i)}; }
+
+int XMLNode::nText() const { return countOfType(node_, pugi::node_pcdata); }
+
+const char* XMLNode::getText(int i) const { return valueOfType(node_, pugi::node_pcdata, i); }
+
+int XMLNode::nAttribute() const {
+  int n = 0;
+  for (auto attribute = node_.first_attribute(); attribute;
+       attribute = attribute.next_attribute()) {
+    ++n;
+  }
+  return n;
+}
+
+XMLAttribute XMLNode::getAttribute(int i) const {
+  for (pugi::xml_attribute attribute : node_.attributes()) {
+    if (i-- == 0) {
+      return {attribute.name(), attribute.value()};
+    }
+  }
+  return {nullptr, nullptr};
+}
+
+const char* XMLNode::getAttribute(const char* name) const {
+  for (pugi::xml_attribute attribute : node_.attributes()) {
+    if (sameName(attribute.name(), name)) {
+      return attribute.value();
+    }
+  }
+  return nullptr;
+}
+
+XMLNode XMLNode::addChild(const char* name) {
+  // A declaration has no inside: what is added to it follows it.
+  pugi::xml_node parent = node_.type() == pugi::node_declaration ? node_.parent() : node_;
+  return {document_, parent.append_child(name)};
+}
+
+void XMLNode::addAttribute(const char* name, const char* value) {
+  node_.append_attribute(name).set_value(value);
+}
+
+void XMLNode::addText(const char* text) {
+  if (text != nullptr) {
+    node_.append_child(pugi::node_pcdata).set_value(text);
+  }
+}
+
+char* XMLNode::createXMLString(int formatted) const {
+  std::string text;
+  if (node_.type() == pugi::node_declaration) {
+    for (pugi::xml_node node : node_.parent().children()) {
+      text += Writer(formatted != 0).write(node);
+    }
+  } else if (node_) {
+    text = Writer(formatted != 0).write(node_);
+  }
+  return strdup(text.c_str());
+}
+
+void freeXMLString(char* text) { free(text); }
+
+}  // namespace libquilp

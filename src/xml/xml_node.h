@@ -1,0 +1,80 @@
+#pragma once
+
+#include <memory>
+#include <pugixml.hpp>
+#include <utility>
+
+namespace libquilp {
+
+struct XMLClear {
+  const char* lpszValue;  // contents of a CDATA section, unchanged
+};
+
+struct XMLAttribute {
+  const char* lpszName;
+  const char* lpszValue;
+};
+
+/// A node of a document that is held as long as one of its nodes is. Names are compared without
+/// regard to ASCII case. Every call is safe on an empty node: it gives 0, null or another empty one.
+/// Strings that are handed out live as long as the document.
+class XMLNode {
+ public:
+  XMLNode() = default;
+
+  /// Reads the file and gives its first top-level element named `tag`. Sets `*error` to 0, or to
+  /// another value when there is no file, no well-formed document or no such element.
+  static XMLNode openFileHelper(const char* path, int* error, const char* tag);
+
+  /// A new document's top node; as a declaration it stands before its children, not around them.
+  static XMLNode createXMLTopNode(const char* name, bool isDeclaration);
+
+  explicit operator bool() const { return static_cast<bool>(node_); }
+
+  int nChildNode() const;
+  int nChildNode(const char* name) const;
+  XMLNode getChildNode(int i) const;
+  XMLNode getChildNode(const char* name, int i = 0) const;
+
+  /// Calls visit(child) for each child element of that name, in document order: one walk, where
+  /// getChildNode by index starts anew for each.
+  template <class Visit>
+  void forEachChild(const char* name, Visit visit) const {
+    for (pugi::xml_node child : node_.children()) {
+      if (isElement(child, name)) {
+        visit(XMLNode(document_, child));
+      }
+    }
+  }
+
+  int nClear() const;
+  XMLClear getClear(int i = 0) const;
+  int nText() const;
+  const char* getText(int i = 0) const;
+
+  int nAttribute() const;
+  XMLAttribute getAttribute(int i) const;
+  const char* getAttribute(const char* name) const;
+
+  XMLNode addChild(const char* name);
+  void addAttribute(const char* name, const char* value);
+  /// A null text adds nothing.
+  void addText(const char* text);
+
+  /// The node and what is below it, indented by tabs and ending in a line feed; released with
+  /// freeXMLString. Null when memory runs out.
+  char* createXMLString(int formatted = 1) const;
+
+ private:
+  XMLNode(std::shared_ptr<pugi::xml_document> document, pugi::xml_node node)
+      : document_(std::move(document)), node_(node) {}
+
+  static bool isElement(pugi::xml_node node, const char* name);
+
+  std::shared_ptr<pugi::xml_document> document_;
+  pugi::xml_node node_;
+};
+
+void freeXMLString(char* text);
+
+}  // namespace libquilp

@@ -1,0 +1,132 @@
+#include "site.h"
+
+#include <algorithm>
+#include <iterator>
+#include <set>
+#include <utility>
+
+namespace quilp_site {
+namespace {
+
+struct Fault {
+  const char* name;
+  void (*apply)(Reply& reply);
+};
+
+std::string EveryByte() {
+  std::string bytes;
+  for (int byte = 0; byte < 256; ++byte) {
+    bytes += static_cast<char>(byte);
+  }
+  return bytes;
+}
+
+const Fault kFaults[] = {
+    {"fault500", [](Reply& reply) { reply = {500, "<p>Something broke.</p>", "", false}; }},
+    {"fault503", [](Reply& reply) { reply = {503, "<p>Too many requests.</p>", "", false}; }},
+    {"faultempty", [](Reply& reply) { reply.body.clear(); }},
+    {"faultcut", [](Reply& reply) { reply.body.resize(reply.body.size() / 2); }},
+    {"faultbinary", [](Reply& reply) { reply.body = EveryByte() + reply.body + EveryByte(); }},
+    {"faultbig", [](Reply& reply) { reply.body.insert(0, 5 << 20, '.'); }},
+    {"faultclosed", [](Reply& reply) { reply.closes_half_way = true; }},
+    {"faultmoved", [](Reply& reply) { reply.status = 302; }},
+};
+
+// Takes the name of a fault out of the text.
+const Fault* TakeFault(std::string& text) {
+  for (const Fault& fault : kFaults) {
+    std::smatch match;
+    if (std::regex_search(text, match, std::regex(std::string(fault.name) + "(-| |%20)?"))) {
+      text = match.prefix().str() + match.suffix().str();
+      return &fault;
+    }
+  }
+  return nullptr;
+}
+
+std::set<std::string> Words(const std::string& text) {
+  static const std::regex reference("&#?[A-Za-z0-9]+;");
+  std::string plain = std::regex_replace(text, reference, " ");
+  std::set<std::string> words;
+  std::string word;
+  for (char c : plain + ' ') {
+    bool upper = c >= 'A' && c <= 'Z';
+    if (upper || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+        static_cast<unsigned char>(c) >= 0x80) {
+      word += static_cast<char>(upper ? c - 'A' + 'a' : c);
+    } else if (!word.empty()) {
+      words.insert(std::exchange(word, ""));
+    }
+  }
+  return words;
+}
+
+}  // namespace
+
+std::string Request::Query(const std::string& name) const {
+  auto found = query.find(name);
+  return found == query.end() ? "" : found->second;
+}
+
+void Site::Serve(std::string host, const std::string& path_pattern, Page page) {
+  routes_.push_back({std::move(host), std::regex(path_pattern), std::move(page)});
+}
+
+Reply Site::Answer(Request request) const {
+  const Fault* fault = TakeFault(request.path);
+  for (auto& [name, value] : request.query) {
+    const Fault* found = TakeFault(value);
+    fault = found ? found : fault;
+  }
+  std::optional<std::string> page = Find(request);
+  Reply reply;
+  reply.status = page ? 200 : 404;
+  reply.body = page.value_or("<p>There is no such page.</p>\n");
+  if (fault) {
+    TakeFault(request.target);
+    reply.location = "https://" + request.host + request.target;
+    fault->apply(reply);
+  }
+  return reply;
+}
+
+std::optional<std::string> Site::Find(Request& request) const {
+  for (const Route& route : routes_) {
+    std::smatch match;
+    if (route.host == request.host && std::regex_match(request.path, match, route.path)) {
+      request.groups.assign(match.begin(), match.end());
+      if (std::optional<std::string> page = route.page(request)) {
+        return page;
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> FaultNames() {
+  std::vector<std::string> names;
+  for (const Fault& fault : kFaults) {
+    names.emplace_back(fault.name);
+  }
+  return names;
+}
+
+std::string Fill(const std::string& text, const Json::Value& values) {
+  std::string filled;
+  size_t from = 0;
+  for (size_t open; (open = text.find("{{", from)) != std::string::npos;) {
+    size_t close = text.find("}}", open);
+    filled += text.substr(from, open - from);
+    filled += values.get(text.substr(open + 2, close - open - 2), "").asString();
+    from = close + 2;
+  }
+  return filled + text.substr(from);
+}
+
+bool HasWords(const std::string& title, const std::string& query) {
+  std::set<std::string> has = Words(title);
+  std::set<std::string> wanted = Words(query);
+  return !wanted.empty() && std::includes(has.begin(), has.end(), wanted.begin(), wanted.end());
+}
+
+}  // namespace quilp_site

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+// Each adds its commands to the program; a command's callback stores the exit status.
+
+namespace quilp {
+
+inline constexpr int kNothingFound = 1;
+inline constexpr int kWrongUsage = 2;
+inline constexpr int kDefaultCount = 10;
+
+void addMovieCommands(CLI::App& app, int& status);
+void addKeywordCommand(CLI::App& app, int& status);
+
+}  // namespace quilp

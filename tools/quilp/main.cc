@@ -1,0 +1,25 @@
+#include <exception>
+#include <iostream>
+
+#include "commands.h"
+
+int main(int argc, char** argv) {
+  CLI::App app("Look up descriptive metadata for media files", "quilp");
+  app.set_version_flag("--version", std::string("quilp ") + QUILP_VERSION);
+  app.require_subcommand(1);
+  app.footer(
+      "Results are XML documents on standard output. Exit status: 0 for a document, 1 for nothing\n"
+      "found, an add-on's own status where it failed, 2 for wrong usage.");
+  int status = 0;
+  quilp::addMovieCommands(app, status);
+  quilp::addKeywordCommand(app, status);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : quilp::kWrongUsage;
+  } catch (const std::exception& error) {
+    std::cerr << "quilp: " << error.what() << '\n';
+    return quilp::kNothingFound;
+  }
+  return status;
+}
