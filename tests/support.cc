@@ -1,0 +1,125 @@
+#include "support.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <ostream>
+#include <sstream>
+#include <stdexcept>
+
+namespace test {
+namespace {
+
+std::size_t entries(const std::string& folder) {
+  std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folder.c_str()), &closedir);
+  std::size_t n = 0;
+  while (stream && readdir(stream.get()) != nullptr) {
+    ++n;
+  }
+  return n;
+}
+
+std::size_t childProcesses() {
+  std::istringstream list(
+      readFile("/proc/self/task/" + std::to_string(getpid()) + "/children"));
+  std::size_t n = 0;
+  for (std::string pid; list >> pid;) {
+    ++n;
+  }
+  return n;
+}
+
+std::string captured(int descriptor, const std::function<void()>& action) {
+  std::fflush(nullptr);
+  std::FILE* file = std::tmpfile();
+  const int saved = dup(descriptor);
+  if (file == nullptr || saved < 0) {
+    throw std::runtime_error("cannot capture output");
+  }
+  dup2(fileno(file), descriptor);
+  action();
+  std::fflush(nullptr);
+  dup2(saved, descriptor);
+  close(saved);
+  std::rewind(file);
+  std::string text;
+  char piece[4096];
+  for (std::size_t size = 0; (size = std::fread(piece, 1, sizeof piece, file)) > 0;) {
+    text.append(piece, size);
+  }
+  std::fclose(file);
+  return text;
+}
+
+constexpr char kRegistry[] = "/etc/config/zorp.conf";
+
+}  // namespace
+
+void writeFile(const std::string& path, const std::string& text) {
+  std::ofstream file(path, std::ios::trunc);
+  file << text;
+  if (!file.flush()) {
+    throw std::runtime_error("cannot write " + path);
+  }
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream file(path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string writeScript(const std::string& path, const std::string& body) {
+  std::remove(path.c_str());
+  writeFile(path, "#!/bin/sh\n" + body);
+  chmod(path.c_str(), 0755);
+  return path;
+}
+
+void registerAddOn(const std::string& type, const std::string& shell) {
+  writeFile(kRegistry, "[addon]\nClass=Kestrawind\nType=" + type + "\nEnable=TRUE\nShell=" + shell +
+                           "\n");
+}
+
+void removeRegistry() { std::remove(kRegistry); }
+
+std::string standardOutputOf(const std::function<void()>& action) {
+  return captured(STDOUT_FILENO, action);
+}
+
+std::string standardErrorOf(const std::function<void()>& action) {
+  return captured(STDERR_FILENO, action);
+}
+
+std::vector<std::string> newSiteRequests() {
+  static std::streamoff seen = 0;
+  std::ifstream log("/run/box/site.log");
+  log.seekg(seen);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(log, line);) {
+    seen += static_cast<std::streamoff>(line.size()) + 1;
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+Holdings Holdings::now() {
+  return {entries("/proc/self/fd"), entries("/proc/self/task"), childProcesses(), entries("/tmp")};
+}
+
+bool Holdings::operator==(const Holdings& other) const {
+  return descriptors == other.descriptors && threads == other.threads &&
+         children == other.children && temporaryFiles == other.temporaryFiles;
+}
+
+std::ostream& operator<<(std::ostream& out, const Holdings& holdings) {
+  return out << holdings.descriptors << " descriptors, " << holdings.threads << " threads, "
+             << holdings.children << " children, " << holdings.temporaryFiles
+             << " temporary files";
+}
+
+}  // namespace test

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// What the tests share. They run in the box: /etc/config, /tmp and /var/tmp are theirs alone, and
+// the sample site answers the client.
+
+namespace test {
+
+void writeFile(const std::string& path, const std::string& text);
+std::string readFile(const std::string& path);
+
+/// Writes a program for /bin/sh, made executable; returns its path.
+std::string writeScript(const std::string& path, const std::string& body);
+
+/// Puts an enabled add-on of the type and the library's class into the registry, alone.
+void registerAddOn(const std::string& type, const std::string& shell);
+void removeRegistry();
+
+/// What `action` writes to standard output, and to standard error.
+std::string standardOutputOf(const std::function<void()>& action);
+std::string standardErrorOf(const std::function<void()>& action);
+
+/// "HOST METHOD PATH STATUS" for each request that the site has answered since the last call.
+std::vector<std::string> newSiteRequests();
+
+/// What a call must not leave behind.
+struct Holdings {
+  std::size_t descriptors;
+  std::size_t threads;
+  std::size_t children;
+  std::size_t temporaryFiles;
+
+  static Holdings now();
+  bool operator==(const Holdings& other) const;
+};
+std::ostream& operator<<(std::ostream& out, const Holdings& holdings);
+
+}  // namespace test
