@@ -111,7 +111,8 @@ TEST(AlternatePage, CutsFieldsInTheirOrder) {
   EXPECT_EQ(alternate(row, 1), "u|tt1|A&'B|2010|O|");
   EXPECT_EQ(alternate(row + row + row, 2), "u|tt1|A&'B|2010|O|u|tt1|A&'B|2010|O|");
   EXPECT_EQ(alternate(row + row, 0), "u|tt1|A&'B|2010|O|");
-  EXPECT_EQ(alternate("<td class=\"number\"><a href=\"/title/tt2/\">B</a></tr>", 3), "-|tt2|B|-|-|");
+  EXPECT_EQ(alternate("<td class=\"number\"><a href=\"/title/tt2/\">B</a></tr>", 3),
+            "-|tt2|B|-|-|");
   EXPECT_EQ(alternate("<td class=\"number\">B</a><span class=\"year_type\">(20</tr>", 3),
             "-|-|-|20|-|");
 }
@@ -167,9 +168,9 @@ TEST_F(Details, APlotWithoutItsLinkIsOutOfRange) {
     velFreeMovieInfo(&info);
     info = velMovieInfo_();
     try {
-      readCombinedPage("<title>A (2010)</title><div class=\"starbar-meta\"><b>7.5/10</b></div>" +
-                           string(plot),
-                       "tt1", info);
+      readCombinedPage(
+          "<title>A (2010)</title><div class=\"starbar-meta\"><b>7.5/10</b></div>" + string(plot),
+          "tt1", info);
       ADD_FAILURE() << plot;
     } catch (const std::out_of_range& error) {
       EXPECT_STREQ(error.what(), "basic_string::substr");
@@ -180,16 +181,18 @@ TEST_F(Details, APlotWithoutItsLinkIsOutOfRange) {
 }
 
 TEST_F(Details, SingleFields) {
-  read("<h5>Company:</h5><div class=\"info-content\"><a href=\"/company/co1/\">A &amp; B</a>"
-       "<a href=\"/company/co2/\">C</a>"
-       "MPAA</a>:</h5><div class=\"info-content\">Rated PG-13 for x"
-       "<a href=\"/search/title?certificates=us:r\">USA:R</a>");
+  read(
+      "<h5>Company:</h5><div class=\"info-content\"><a href=\"/company/co1/\">A &amp; B</a>"
+      "<a href=\"/company/co2/\">C</a>"
+      "MPAA</a>:</h5><div class=\"info-content\">Rated PG-13 for x"
+      "<a href=\"/search/title?certificates=us:r\">USA:R</a>");
   EXPECT_STREQ(info.company, "A &amp; B");
   EXPECT_STREQ(info.mpaa, "PG-13");
   EXPECT_EQ(info.rating, nullptr);
   EXPECT_EQ(info.poster, nullptr);
-  read("<div class=\"starbar-meta\">x</div><b>9/10"
-       "USA:no<a href=\"/search/title?certificates=us:r\">USA:R</a>");
+  read(
+      "<div class=\"starbar-meta\">x</div><b>9/10"
+      "USA:no<a href=\"/search/title?certificates=us:r\">USA:R</a>");
   EXPECT_STREQ(info.mpaa, "R");
   EXPECT_EQ(info.rating, nullptr);
   EXPECT_EQ(primaryImageOf("<img id=\"primary-img\" src=\"u\" />"), "u");
@@ -199,7 +202,8 @@ TEST_F(Details, SingleFields) {
 TEST_F(Details, ListsAreClearedAndCutFromTheirSections) {
   info.country = info.genre = info.director = info.actor = info.role = {"old"};
   readCombinedPage(
-      "<h5>Country:</h5><a href=\"/country/us\">USA</a> <a href=\"/country/fr\">Fran&ccedil;a</a></div>"
+      "<h5>Country:</h5><a href=\"/country/us\">USA</a> <a "
+      "href=\"/country/fr\">Fran&ccedil;a</a></div>"
       "<a href=\"/country/de\">Germany</a>"
       "<h5>Genre:</h5><a href=\"/Sections/Genres/Film-Noir/\">x</a>"
       "<a href=\"/Sections/Genres/Drama/\">y</a></div>"

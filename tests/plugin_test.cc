@@ -110,7 +110,9 @@ TEST_F(Runner, GivesTheExitStatus) {
 }
 
 TEST_F(Runner, HidesTheProgramsOutput) {
-  EXPECT_EQ(test::standardOutputOf([] { exec({"sh", "-c", "echo out; ls -l /proc/$$/fd >&2"}); }),
+  EXPECT_EQ(test::standardOutputOf([] {
+              exec({"sh", "-c", "echo out; ls -l /proc/$$/fd >&2"});
+            }),
             "");
   EXPECT_EQ(test::standardErrorOf([] { exec({"sh", "-c", "echo err >&2"}); }), "");
 }
@@ -141,8 +143,8 @@ TEST_F(Shell, OneThatCannotBeExecutedWroteNothing) {
   writeScript("/etc/config/orphan", "");
   writeFile("/etc/config/orphan", "#!/no/such/interpreter\n");
   const pid_t host = getpid();
-  for (const char* command :
-       {"", "/etc/config/none", "/etc/config/plain", "/etc", "no-such-program", "/etc/config/orphan"}) {
+  for (const char* command : {"", "/etc/config/none", "/etc/config/plain", "/etc",
+                              "no-such-program", "/etc/config/orphan"}) {
     test::registerAddOn("Movie", command);
     ShellCall shell("Movie");
     EXPECT_EQ(shell.run({"verb"}), 0) << command;

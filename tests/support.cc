@@ -25,8 +25,7 @@ std::size_t entries(const std::string& folder) {
 }
 
 std::size_t childProcesses() {
-  std::istringstream list(
-      readFile("/proc/self/task/" + std::to_string(getpid()) + "/children"));
+  std::istringstream list(readFile("/proc/self/task/" + std::to_string(getpid()) + "/children"));
   std::size_t n = 0;
   for (std::string pid; list >> pid;) {
     ++n;
@@ -81,8 +80,8 @@ std::string writeScript(const std::string& path, const std::string& body) {
 }
 
 void registerAddOn(const std::string& type, const std::string& shell) {
-  writeFile(kRegistry, "[addon]\nClass=Kestrawind\nType=" + type + "\nEnable=TRUE\nShell=" + shell +
-                           "\n");
+  writeFile(kRegistry,
+            "[addon]\nClass=Kestrawind\nType=" + type + "\nEnable=TRUE\nShell=" + shell + "\n");
 }
 
 void removeRegistry() { std::remove(kRegistry); }
@@ -118,8 +117,7 @@ bool Holdings::operator==(const Holdings& other) const {
 
 std::ostream& operator<<(std::ostream& out, const Holdings& holdings) {
   return out << holdings.descriptors << " descriptors, " << holdings.threads << " threads, "
-             << holdings.children << " children, " << holdings.temporaryFiles
-             << " temporary files";
+             << holdings.children << " children, " << holdings.temporaryFiles << " temporary files";
 }
 
 }  // namespace test

@@ -40,7 +40,7 @@ TEST(Percent, DecodesPairsWithoutACheck) {
   EXPECT_EQ(urlDecoded("%41%4"), "A4");
   EXPECT_EQ(urlDecoded("100%"), "100");
   EXPECT_EQ(urlDecoded("a+%c3%A9"), "a \xC3\xA9");
-  EXPECT_EQ(urlDecoded("%+"), "+");   // a single character behind "%" is ordinary text
+  EXPECT_EQ(urlDecoded("%+"), "+");      // a single character behind "%" is ordinary text
   EXPECT_EQ(urlDecoded("%gg"), "\x10");  // 16 * 16 + 16, in eight bits
   EXPECT_EQ(static_cast<unsigned char>(libquilp::from_hex('\xE9')), 0xE9 - 'a' + 10);
 }
@@ -76,16 +76,22 @@ TEST(Entities, DecodesWhatIsAReferenceAndKeepsTheRest) {
   const std::map<string, string> cases = {
       {"Tom &amp; Jerry", "Tom & Jerry"},
       {"&lt;![CDATA[x]]&gt;", "<![CDATA[x]]>"},
-      {"&#233;&#xE9;&#X41;&#x10FFFF;", "\xC3\xA9\xC3\xA9" "A\xF4\x8F\xBF\xBF"},
+      {"&#233;&#xE9;&#X41;&#x10FFFF;",
+       "\xC3\xA9\xC3\xA9"
+       "A\xF4\x8F\xBF\xBF"},
       {"&#x7ff;&#x800;&#xD800;&#x10000;", "\xDF\xBF\xE0\xA0\x80\xED\xA0\x80\xF0\x90\x80\x80"},
       {"&#1114112;&#12a;&#x;;", "&#1114112;&#12a;"},  // the last is a zero byte and ends the text
       {"&#99999999999999999999999;", "&#99999999999999999999999;"},
       {"&# 65;&#\t+65;&#x0x41;&#-65;", "AAA&#-65;"},
-      {"&#\xA0" "65;", "&#\xA0" "65;"},
+      {"&#\xA0"
+       "65;",
+       "&#\xA0"
+       "65;"},
       {"a&nbsp;b", "a b"},
       {"& alone; &unknown; &&amp;&amp", "& alone; &unknown; &&&amp"},
       {"&Amp;&AMP;&amp ;&thetasym;&thetasyms;", "&Amp;&AMP;&amp ;\xCF\x91&thetasyms;"},
-      {"&sub;&sube;&sup;&sup1;&sup2;&supe;", "\xE2\x8A\x82\xE2\x8A\x86\xE2\x8A\x83\xC2\xB9\xC2\xB2\xE2\x8A\x87"},
+      {"&sub;&sube;&sup;&sup1;&sup2;&supe;",
+       "\xE2\x8A\x82\xE2\x8A\x86\xE2\x8A\x83\xC2\xB9\xC2\xB2\xE2\x8A\x87"},
       {"&lang;&rang;&apos;&quot;&AElig;&zwnj;", "\xE3\x80\x88\xE3\x80\x89'\"\xC3\x86\xE2\x80\x8C"},
       {"&&&;&amp;", "&&&;&"},
       {"", ""},
@@ -156,7 +162,10 @@ TEST(Removal, TrimsBeforeItRemoves) {
   EXPECT_EQ(cleaned("x &nbsp;"), "x ");
   EXPECT_EQ(cleaned("&raquo;&nbsp;"), "");
   EXPECT_EQ(cleaned("&nb&nbsp;sp;&raq&nbsp;uo;z"), "z");
-  EXPECT_EQ(cleaned("\xC2\xA0" "a\xC2\xA0"), "\xC2\xA0" "a\xC2\xA0");
+  EXPECT_EQ(cleaned("\xC2\xA0"
+                    "a\xC2\xA0"),
+            "\xC2\xA0"
+            "a\xC2\xA0");
 }
 
 TEST(Keyword, CutsReleaseNamesDownToTheirTitle) {
@@ -170,7 +179,7 @@ TEST(Keyword, CutsReleaseNamesDownToTheirTitle) {
       {"HDTVShow", "Show"},
       {"a (b (c) d) e) f", "a e) f"},
       {"a (b [c) d] e", "a d] e"},  // the round group takes the square opening with it
-      {"a [b (c] d) e", "a b e"},  // the round group took the closing: only the opening goes
+      {"a [b (c] d) e", "a b e"},   // the round group took the closing: only the opening goes
       {"(((x)y", "y"},
       {"x264 x264 DTS", "x264"},
       {"S01E02E03 S1 E2 xS1E1 S01Ex", "S1 E2 xS1E1 S01Ex"},
@@ -228,9 +237,8 @@ TEST(Language, ComesFromTheCataloguesConfiguration) {
     return string(lang);
   };
   EXPECT_EQ(test::standardErrorOf([&] { EXPECT_EQ(language("/opt/tv.sh"), "en"); }), "");
-  test::writeFile(kConfiguration,
-                  "[tv]\nLANG=de\n[tv.v2]\nLANG=chinese\n[plain]\nLANG=fr\n[" + string(63, 'n') +
-                      "]\nLANG=long\n");
+  test::writeFile(kConfiguration, "[tv]\nLANG=de\n[tv.v2]\nLANG=chinese\n[plain]\nLANG=fr\n[" +
+                                      string(63, 'n') + "]\nLANG=long\n");
   EXPECT_EQ(language("/opt/tv.sh"), "de");
   EXPECT_EQ(language("/opt/tv.v2.sh"), "chi");
   EXPECT_EQ(language("/opt/other.sh"), "en");

@@ -1,10 +1,9 @@
-#include "xml/xml_node.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "support.h"
+#include "xml/xml_node.h"
 
 namespace libquilp {
 namespace {
@@ -55,8 +54,8 @@ TEST(XMLNodeOpen, TakesTheFirstElementOfTheName) {
 }
 
 TEST(XMLNodeRead, KeepsTextAndClearSectionsApart) {
-  const XMLNode a = open(
-      "<a>  one &amp; &#x41;\n <![CDATA[ <b> &amp; \r\n]]><c> \n </c> two<![CDATA[]]></a>");
+  const XMLNode a =
+      open("<a>  one &amp; &#x41;\n <![CDATA[ <b> &amp; \r\n]]><c> \n </c> two<![CDATA[]]></a>");
   EXPECT_EQ(a.nClear(), 2);
   EXPECT_STREQ(a.getClear(0).lpszValue, " <b> &amp; \r\n");
   EXPECT_STREQ(a.getClear(1).lpszValue, "");

@@ -47,8 +47,8 @@ class Enrichment {
 
 /// Gives every record the poster address and the outline of its title page.
 template <class Record>
-void enrich(Record* records, int n, char* Record::*id, char* Record::*image,
-            char* Record::*outline, ThreadBody body) {
+void enrich(Record* records, int n, char* Record::*id, char* Record::*image, char* Record::*outline,
+            ThreadBody body) {
   if (n < 1) {
     return;
   }

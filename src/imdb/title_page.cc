@@ -44,8 +44,7 @@ Cut posterOf(std::string_view page) {
 
 // <p class="plotSummary">PARAGRAPH</p>
 std::string imdbGetPlotSummary(const char* id) {
-  const auto page =
-      fetchLeavingPipe(std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary");
+  const auto page = fetchLeavingPipe(std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary");
   if (!page) {
     return {};
   }

@@ -23,8 +23,8 @@ int velSearchMovie(const char* keyword, int count, velMovie_** movies, int* erro
   if (!shell.found()) {
     return imdbBasicGetMovies(ProcessKeyword(keyword, 1).c_str(), count, movies);
   }
-  const int status = shell.run({"searchmovie", "-t", ProcessKeyword(keyword, 0).c_str(), "-n",
-                                Decimal(count)});
+  const int status =
+      shell.run({"searchmovie", "-t", ProcessKeyword(keyword, 0).c_str(), "-n", Decimal(count)});
   if (status != 0) {
     *error = status;
     return 0;

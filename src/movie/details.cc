@@ -147,9 +147,8 @@ void readCountries(std::string_view page, std::vector<std::string>& countries) {
 // <a href="/character/ch0001/">ROLE</a>, or the role alone
 std::string roleOf(std::string_view cell) {
   Cutter link(cell);
-  return decoded(link.past("<a href=\"/character/")
-                     ? link.betweenOrRest("/\">", "</a>").value_or("")
-                     : cell);
+  return decoded(
+      link.past("<a href=\"/character/") ? link.betweenOrRest("/\">", "</a>").value_or("") : cell);
 }
 
 // <a … onclick="(new Image()).src='/rg/castlist/position-1/…/';">ACTOR</a></td>

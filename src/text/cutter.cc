@@ -60,8 +60,6 @@ std::string_view Cutter::take(std::size_t size) {
   return cut;
 }
 
-char* duplicate(Cut cut) {
-  return cut ? strndup(cut->data(), cut->size()) : nullptr;
-}
+char* duplicate(Cut cut) { return cut ? strndup(cut->data(), cut->size()) : nullptr; }
 
 }  // namespace libquilp

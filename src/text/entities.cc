@@ -1,3 +1,5 @@
+#include "text/entities.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
@@ -7,7 +9,6 @@
 
 #include "ascii.h"
 #include "libquilp.h"
-#include "text/entities.h"
 #include "text/entity_table.h"
 
 namespace libquilp {
@@ -109,9 +110,8 @@ size_t decode_html_entities_utf8(char* dest, const char* src) {
     const char* name = ampersand + 1;
     std::uint32_t code = 0;
     const bool known =
-        *name == '#'
-            ? libquilp::numericCode(name + 1, semicolon, code)
-            : libquilp::namedCode({name, static_cast<size_t>(semicolon - name)}, code);
+        *name == '#' ? libquilp::numericCode(name + 1, semicolon, code)
+                     : libquilp::namedCode({name, static_cast<size_t>(semicolon - name)}, code);
     if (known) {
       write = libquilp::putUtf8(write, code);
       read = semicolon + 1;

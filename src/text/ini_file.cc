@@ -16,9 +16,7 @@ IniFile::IniFile(const char* path) : dictionary_(load(path), &iniparser_freedict
 
 int IniFile::sections() const { return iniparser_getnsec(dictionary_.get()); }
 
-const char* IniFile::section(int i) const {
-  return iniparser_getsecname(dictionary_.get(), i);
-}
+const char* IniFile::section(int i) const { return iniparser_getsecname(dictionary_.get(), i); }
 
 const char* IniFile::value(const char* key, const char* fallback) const {
   return iniparser_getstring(dictionary_.get(), key, fallback);

@@ -21,8 +21,8 @@ constexpr long kLastYear = 2100;
 
 // The longer forms stand before "x264", so that they are blanked whole.
 constexpr std::string_view kReleaseTags[] = {
-    "1080p", "1080i", "720p", "BluRay", "x264-SPARKS", "x264-CHD",   "x264-YYeTs", "x264",
-    "YIFY",  "DTS",   "2Audio", "DD5.1", "3AUDIO-WAF",  "HDTV",       "FoV"};
+    "1080p", "1080i", "720p",   "BluRay", "x264-SPARKS", "x264-CHD", "x264-YYeTs", "x264",
+    "YIFY",  "DTS",   "2Audio", "DD5.1",  "3AUDIO-WAF",  "HDTV",     "FoV"};
 
 /// Blanks every group, from the last opening bracket to the first closing one behind it and so on
 /// outwards, and openings that are never closed; a closing bracket without an opening stays.

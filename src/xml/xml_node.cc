@@ -9,8 +9,10 @@
 namespace libquilp {
 namespace {
 
-// Text stands as it was written but for the blanks at its ends: no line ends or blanks are rewritten.
-constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_trim_pcdata;
+// Text stands as it was written but for the blanks at its ends: no line ends or blanks are
+// rewritten.
+constexpr unsigned kParseOptions =
+    pugi::parse_cdata | pugi::parse_escapes | pugi::parse_trim_pcdata;
 constexpr int kNoSuchElement = -1;
 
 unsigned char folded(char c) { return toLower(static_cast<unsigned char>(c)); }

@@ -1,7 +1,6 @@
 // quilp-site: a loopback HTTPS server that answers for the services with sample pages.
 
 #include <httplib.h>
-#include <json/reader.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -18,13 +17,6 @@
 namespace {
 
 constexpr size_t kWorkers = 64;  // requests that are served, and delayed, at the same time
-
-Json::Value ReadData(const std::string& name) {
-  std::ifstream file(std::string(QUILP_SITE_DATA) + "/" + name);
-  Json::Value data;
-  file >> data;
-  return data;
-}
 
 void Send(const quilp_site::Reply& reply, httplib::Response& response) {
   response.status = reply.status;
@@ -58,7 +50,7 @@ int main(int argc, char** argv) {
   CLI11_PARSE(app, argc, argv);
 
   quilp_site::Site site;
-  quilp_site::AddMovies(site, ReadData("movies.json"));
+  quilp_site::AddMovies(site);
 
   httplib::SSLServer server(certificate.c_str(), key.c_str());
   if (!server.is_valid()) {
@@ -77,8 +69,7 @@ int main(int argc, char** argv) {
   server.set_pre_routing_handler([&](const httplib::Request& request, httplib::Response& response) {
     std::string host = request.get_header_value("Host");
     host.resize(std::min(host.size(), host.find(':')));
-    quilp_site::Reply reply =
-        site.Answer({host, request.target, request.path, request.params, {}});
+    quilp_site::Reply reply = site.Answer({host, request.target, request.path, request.params, ""});
     {
       // Before the reply: who has a page finds its line.
       std::lock_guard<std::mutex> lock(log_mutex);

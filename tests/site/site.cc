@@ -1,8 +1,13 @@
 #include "site.h"
 
+#include <json/reader.h>
+
 #include <algorithm>
+#include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
+#include <stdexcept>
 #include <utility>
 
 namespace quilp_site {
@@ -22,8 +27,14 @@ std::string EveryByte() {
 }
 
 const Fault kFaults[] = {
-    {"fault500", [](Reply& reply) { reply = {500, "<p>Something broke.</p>", "", false}; }},
-    {"fault503", [](Reply& reply) { reply = {503, "<p>Too many requests.</p>", "", false}; }},
+    {"fault500",
+     [](Reply& reply) {
+       reply = {500, "<p>Something broke.</p>", "", false};
+     }},
+    {"fault503",
+     [](Reply& reply) {
+       reply = {503, "<p>Too many requests.</p>", "", false};
+     }},
     {"faultempty", [](Reply& reply) { reply.body.clear(); }},
     {"faultcut", [](Reply& reply) { reply.body.resize(reply.body.size() / 2); }},
     {"faultbinary", [](Reply& reply) { reply.body = EveryByte() + reply.body + EveryByte(); }},
@@ -78,7 +89,7 @@ Reply Site::Answer(Request request) const {
     const Fault* found = TakeFault(value);
     fault = found ? found : fault;
   }
-  std::optional<std::string> page = Find(request);
+  const Body page = Find(request);
   Reply reply;
   reply.status = page ? 200 : 404;
   reply.body = page.value_or("<p>There is no such page.</p>\n");
@@ -90,12 +101,12 @@ Reply Site::Answer(Request request) const {
   return reply;
 }
 
-std::optional<std::string> Site::Find(Request& request) const {
+Site::Body Site::Find(Request& request) const {
   for (const Route& route : routes_) {
     std::smatch match;
     if (route.host == request.host && std::regex_match(request.path, match, route.path)) {
-      request.groups.assign(match.begin(), match.end());
-      if (std::optional<std::string> page = route.page(request)) {
+      request.id = match.size() > 1 ? match[1].str() : "";
+      if (Body page = route.page(request)) {
         return page;
       }
     }
@@ -111,14 +122,57 @@ std::vector<std::string> FaultNames() {
   return names;
 }
 
+std::string ReadFile(const std::string& name) {
+  std::ifstream file(std::string(QUILP_SITE_DATA) + "/" + name);
+  if (!file) {
+    throw std::runtime_error("no file " + name);
+  }
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+Json::Value ParseJson(const std::string& text) {
+  Json::Value value;
+  std::istringstream stream(text);
+  stream >> value;
+  return value;
+}
+
 std::string Fill(const std::string& text, const Json::Value& values) {
+  // Where the text goes on after the mark that ends at `end`.
+  auto after = [&text](size_t mark, size_t end) {
+    bool alone = (mark == 0 || text[mark - 1] == '\n') && text[end] == '\n';
+    return end + (alone ? 1 : 0);
+  };
   std::string filled;
   size_t from = 0;
   for (size_t open; (open = text.find("{{", from)) != std::string::npos;) {
-    size_t close = text.find("}}", open);
     filled += text.substr(from, open - from);
-    filled += values.get(text.substr(open + 2, close - open - 2), "").asString();
-    from = close + 2;
+    from = text.find("}}", open) + 2;
+    std::string name = text.substr(open + 2, from - open - 4);
+    if (name[0] != '#') {
+      filled += values.get(name, "").asString();
+      continue;
+    }
+    name.erase(0, 1);
+    const std::string closing = "{{/" + name + "}}";
+    const size_t close = text.find(closing, from);
+    from = after(open, from);
+    const std::string inner = text.substr(from, close - from);
+    from = after(close, close + closing.size());
+    const Json::Value& member = values[name];
+    if (member.isString()) {
+      filled += Fill(inner, values);
+    }
+    for (Json::ArrayIndex i = 0; member.isArray() && i < member.size(); ++i) {
+      Json::Value item = values;
+      for (const std::string& key :
+           member[i].isObject() ? member[i].getMemberNames() : Json::Value::Members()) {
+        item[key] = member[i][key];
+      }
+      item["."] = member[i].isString() ? member[i] : "";
+      item["n"] = i + 1;
+      filled += Fill(inner, item);
+    }
   }
   return filled + text.substr(from);
 }

@@ -16,7 +16,7 @@ struct Request {
   std::string target;  // path and query as they came
   std::string path;
   std::multimap<std::string, std::string> query;  // decoded
-  std::vector<std::string> groups;                // of the page's pattern, the whole path first
+  std::string id;                                 // what the page's pattern has in parentheses
 
   std::string Query(const std::string& name) const;
 };
@@ -29,11 +29,11 @@ struct Reply {
 };
 
 /// The pages of all hosts. A title of "faultNAME-ID" and a query of "faultNAME WORDS" give the page
-/// of ID or WORDS with that fault in it; the names stand in FaultNames().
+/// of ID or WORDS with that fault in it; FaultNames() has the names.
 class Site {
  public:
-  /// Gives the page, or nothing when it knows none for this request.
-  using Page = std::function<std::optional<std::string>(const Request&)>;
+  using Body = std::optional<std::string>;  // nothing: no such page here
+  using Page = std::function<Body(const Request&)>;
 
   /// Pages of the same host and path are asked in the order of these calls.
   void Serve(std::string host, const std::string& path_pattern, Page page);
@@ -47,14 +47,21 @@ class Site {
     Page page;
   };
 
-  std::optional<std::string> Find(Request& request) const;
+  Body Find(Request& request) const;
 
   std::vector<Route> routes_;
 };
 
 std::vector<std::string> FaultNames();
 
-/// Puts the object's member `name` in the place of each {{name}}; nothing for a missing member.
+/// Reads a file beside the site's sources.
+std::string ReadFile(const std::string& name);
+Json::Value ParseJson(const std::string& text);
+
+/// Puts the member `name` in the place of {{name}}: nothing if it is missing. The text between
+/// {{#name}} and {{/name}} stands there if the member exists; once for each item of a list, whose
+/// members come first, {{n}} being its number and {{.}} an item that is a string. Such a mark alone
+/// on its line takes the line with it.
 std::string Fill(const std::string& text, const Json::Value& values);
 
 /// Whether every word of `query` is a word of `title`, without regard to ASCII case; false for a
@@ -62,6 +69,6 @@ std::string Fill(const std::string& text, const Json::Value& values);
 bool HasWords(const std::string& title, const std::string& query);
 
 // One for each kind of page.
-void AddMovies(Site& site, const Json::Value& data);
+void AddMovies(Site& site);
 
 }  // namespace quilp_site

@@ -11,8 +11,7 @@ void addKeywordCommand(CLI::App& app, int& status) {
   static std::vector<std::string> names;
   CLI::App* keyword = app.add_subcommand(
       "keyword", "Clean names: for each a line of its words, a tab, and the words encoded");
-  keyword->add_option("NAME", names, "Names of video releases, without file extension")
-      ->required();
+  keyword->add_option("NAME", names, "Names of video releases, without file extension")->required();
   keyword->callback([&status] {
     for (const std::string& name : names) {
       std::cout << ProcessKeyword(name.c_str(), 0) << '\t' << ProcessKeyword(name.c_str(), 1)

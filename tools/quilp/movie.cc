@@ -13,17 +13,19 @@ void addMovieCommands(CLI::App& app, int& status) {
   static int count = kDefaultCount;
   CLI::App* search = movie->add_subcommand("search", "Search movies by keyword or release name");
   search->add_option("KEYWORD", keyword, "What to look for")->required();
-  search->add_option("-n", count, "Results wanted")->capture_default_str()->check(
-      CLI::PositiveNumber);
+  search->add_option("-n", count, "Results wanted")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
   search->callback([&status] {
     status = printDocument([] { return velPrintSearchMovie(keyword.c_str(), count); });
   });
 
   static std::string id;
   CLI::App* show = movie->add_subcommand("show", "Show the details of one movie");
-  show->add_option("ID", id,
-                   "Identifier: as a search gave it; for an add-on, five characters in front of its "
-                   "own")
+  show->add_option(
+          "ID", id,
+          "Identifier: as a search gave it; for an add-on, five characters in front of its "
+          "own")
       ->required();
   show->callback(
       [&status] { status = printDocument([] { return velPrintMovieByID(id.c_str()); }); });

@@ -1,0 +1,47 @@
+#!/bin/sh
+# The quilp program: documents, exit statuses, usage. Runs in the box, beside the sample site.
+set -eu
+failures=0
+
+# expect STATUS PATTERN ARGUMENT...: a pattern of "" stands for no output.
+expect() {
+  status=$1 pattern=$2
+  shift 2
+  actual=0
+  output=$("$QUILP_PROGRAM" "$@" 2>/tmp/errors) || actual=$?
+  if [ "$actual" != "$status" ] || ! printf '%s' "$output" | tr '\n' ' ' | grep -qx "$pattern"; then
+    if [ "$actual" = "$status" ] && [ -z "$pattern$output" ]; then return; fi
+    echo "quilp $*: status $actual instead of $status, or not $pattern: $output" >&2
+    failures=$((failures + 1))
+  fi
+}
+
+expect 0 '<?xml.*<movie rank="1">.*<id>tt9000001</id>.*</movielist> *' movie search Lighthouse -n 1
+expect 0 '<?xml.*<title>The Paper Lighthouse</title>.*</movie> *' movie show tt9000001
+expect 1 '' movie show faultclosed-tt9000001
+expect 1 '' movie search faultclosed
+expect 1 '' movie show tt9000009
+expect 0 'Up	Up a b	a%20b' keyword 'Up (2009' a_b.2010
+expect 0 'quilp [0-9.]*' --version
+expect 0 '.*movie.*keyword.*' --help
+expect 2 ''
+expect 2 '' movie
+expect 2 '' movie search
+expect 2 '' movie search x -n 0
+expect 2 '' movie show
+expect 2 '' nothing
+
+printf '[a]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/shell\n' \
+  >/etc/config/zorp.conf
+printf '#!/bin/sh\nexit 42\n' >/etc/config/shell
+chmod +x /etc/config/shell
+expect 42 '' movie search x
+expect 1 '' movie show abcdex
+
+# A full disk is no success.
+rm /etc/config/zorp.conf
+actual=0
+"$QUILP_PROGRAM" movie show tt9000001 >/dev/full 2>/tmp/errors || actual=$?
+[ "$actual" = 1 ] && grep -q '^quilp: cannot write' /tmp/errors || failures=$((failures + 1))
+
+exit "$failures"
