@@ -77,6 +77,11 @@ struct velMovieInfo_ {
   char* poster;                      /**< address of the poster picture */
 };
 
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"  // unmangled names, C++ types
+#endif
+
 extern "C" {
 
 /**
@@ -186,10 +191,6 @@ QUILP_API size_t decode_html_entities_utf8(char* dest, const char* src);
  *  is reduced to its last byte. Returns its argument. */
 QUILP_API std::string& removeEmptyChar(std::string& text);
 
-#if defined(__clang__)
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
-#endif
 /**
  * Cuts the name of a video release down to its title words: brackets, release tags, episode
  * numbers, and a year with what follows it, go.
@@ -198,9 +199,6 @@ QUILP_API std::string& removeEmptyChar(std::string& text);
  * @param mode     0: words joined by single blanks; 1: the same, percent-encoded for an address
  */
 QUILP_API std::string ProcessKeyword(const char* keyword, int mode);
-#if defined(__clang__)
-#pragma clang diagnostic pop
-#endif
 
 /**
  * The language configured for an add-on, "en" when there is none.
@@ -212,6 +210,10 @@ QUILP_API std::string ProcessKeyword(const char* keyword, int mode);
 QUILP_API void getDefaultLang(const char** lang, char* shell);
 
 }  // extern "C"
+
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
 
 namespace libquilp {
 

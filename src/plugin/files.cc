@@ -20,7 +20,8 @@ CTmpFile::~CTmpFile() {
 
 void CTmpFile::choose() {
   std::strncpy(name_, kTemporaryName, sizeof name_ - 1);
-  static_cast<void>(mktemp(name_));  // only the name: an add-on or the client makes the file
+  // Only the name: an add-on or the client makes the file.
+  static_cast<void>(mktemp(name_));  // NOLINT(clang-analyzer-security.insecureAPI.mktemp)
 }
 
 int PrintFile(const char* path) {

@@ -98,10 +98,10 @@ int StringConvert2PercentString(char* source, int sourceLength, char* destinatio
     // One digit below 0x10, and then the buffer's terminator: the text ends there, on purpose.
     char digits[3] = {};
     std::snprintf(digits, sizeof digits, "%x", static_cast<unsigned char>(source[i]));
-    destination[3 * i] = '%';
-    destination[3 * i + 1] = digits[0];
-    destination[3 * i + 2] = digits[1];
+    *destination++ = '%';
+    *destination++ = digits[0];
+    *destination++ = digits[1];
   }
-  destination[3 * sourceLength] = '\0';
+  *destination = '\0';
   return 0;
 }

@@ -164,7 +164,7 @@ XMLNode XMLNode::openFileHelper(const char* path, int* error, const char* tag) {
   if (!result) {
     return {};
   }
-  const XMLNode root = XMLNode(document, *document).getChildNode(tag);
+  XMLNode root = XMLNode(document, *document).getChildNode(tag);
   if (!root) {
     *error = kNoSuchElement;
   }

@@ -1,9 +1,11 @@
+#include <cstdio>
 #include <exception>
-#include <iostream>
 
 #include "commands.h"
 
-int main(int argc, char** argv) {
+namespace {
+
+int run(int argc, char** argv) {
   CLI::App app("Look up descriptive metadata for media files", "quilp");
   app.set_version_flag("--version", std::string("quilp ") + QUILP_VERSION);
   app.require_subcommand(1);
@@ -17,9 +19,17 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : quilp::kWrongUsage;
-  } catch (const std::exception& error) {
-    std::cerr << "quilp: " << error.what() << '\n';
-    return quilp::kNothingFound;
   }
   return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "quilp: %s\n", error.what());
+    return quilp::kNothingFound;
+  }
 }
