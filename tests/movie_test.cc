@@ -25,9 +25,10 @@ using testing::IsEmpty;
 
 string text(const char* field) { return field != nullptr ? field : "(null)"; }
 
-string found(std::string_view row) {
-  FindPage page("<table class=\"findList\"><td class=\"primary_photo\">" + string(row) +
-                "</tr></table>");
+string found(const string& row) {
+  const string text =
+      "<table class=\"findList\"><td class=\"primary_photo\">" + row + "</tr></table>";
+  FindPage page(text);
   FindRow cut;
   EXPECT_TRUE(page.next(cut));
   FindRow none;

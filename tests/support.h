@@ -34,6 +34,8 @@ struct Holdings {
   std::size_t temporaryFiles;
 
   static Holdings now();
+  /// The same, but waits a little for `before`: a joined thread is seen for a moment yet.
+  static Holdings after(const Holdings& before);
   bool operator==(const Holdings& other) const;
 };
 std::ostream& operator<<(std::ostream& out, const Holdings& holdings);

@@ -3,6 +3,7 @@
 #include <json/reader.h>
 
 #include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -26,7 +27,7 @@ std::string EveryByte() {
   return bytes;
 }
 
-const Fault kFaults[] = {
+constexpr Fault kFaults[] = {
     {"fault500",
      [](Reply& reply) {
        reply = {500, "<p>Something broke.</p>", "", false};
@@ -43,14 +44,21 @@ const Fault kFaults[] = {
     {"faultmoved", [](Reply& reply) { reply.status = 302; }},
 };
 
-// Takes the name of a fault out of the text.
+// Takes a fault's name, and what separates it from the rest, out of the text.
 const Fault* TakeFault(std::string& text) {
   for (const Fault& fault : kFaults) {
-    std::smatch match;
-    if (std::regex_search(text, match, std::regex(std::string(fault.name) + "(-| |%20)?"))) {
-      text = match.prefix().str() + match.suffix().str();
-      return &fault;
+    const size_t start = text.find(fault.name);
+    if (start == std::string::npos) {
+      continue;
     }
+    text.erase(start, std::strlen(fault.name));
+    for (const char* separator : {"-", " ", "%20"}) {
+      if (text.compare(start, std::strlen(separator), separator) == 0) {
+        text.erase(start, std::strlen(separator));
+        break;
+      }
+    }
+    return &fault;
   }
   return nullptr;
 }

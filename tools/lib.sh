@@ -1,0 +1,44 @@
+# Steps that the tools and CI share. To be sourced by bash, at the top of the checkout.
+# shellcheck shell=bash disable=SC2034
+
+build_packages=(
+  g++ cmake ninja-build pkg-config libpugixml-dev libjsoncpp-dev libiniparser-dev libcli11-dev
+  libcpp-httplib-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev
+  bubblewrap ca-certificates curl openssl
+)
+clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
+
+say() {
+  echo "$(basename "$0"): $*"
+}
+
+# Installs those of the packages that are missing: no root and no network if none is.
+install_packages() {
+  local package missing=() as_root=()
+  for package; do
+    case $(dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2>/dev/null) in
+      ?i*) ;;
+      *) missing+=("$package") ;;
+    esac
+  done
+  if [ ${#missing[@]} -eq 0 ]; then
+    say "nothing to install"
+    return
+  fi
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      say "these packages are missing; install them as root: ${missing[*]}" >&2
+      return 1
+    fi
+    as_root=(sudo)
+  fi
+  say "installing ${missing[*]}"
+  as_root+=(env DEBIAN_FRONTEND=noninteractive apt-get -qq)
+  "${as_root[@]}" update &&
+    "${as_root[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+build_preset() {
+  say "building preset $1 in build/$1"
+  cmake --preset "$1" >/dev/null && cmake --build --preset "$1"
+}
