@@ -1,6 +1,7 @@
 #include "movie/details.h"
 
 #include <string>
+#include <vector>
 
 #include "imdb/title_page.h"
 #include "plugin/files.h"
@@ -126,22 +127,29 @@ char* fetchPoster(std::string_view page) {
   return photo.text ? duplicate(primaryImageOf(*photo.text)) : nullptr;
 }
 
+using Strings = std::vector<std::string>;
+
 /// The section from its heading up to "</div>"; empty when it is missing.
 Cutter sectionOf(std::string_view page, std::string_view heading) {
   return Cutter(Cutter(page).betweenOrRest(heading, "</div>").value_or(""));
 }
 
-// <a href="/country/us">USA</a>
-void readCountries(std::string_view page, std::vector<std::string>& countries) {
-  countries.clear();
-  Cutter section = sectionOf(page, "<h5>Country");
-  while (section.past("<a href=\"/country/")) {
-    const Cut country = section.betweenOrRest("\">", "</a>");
-    if (!country) {
-      return;
+/// The texts of the section's links, each found by its own marker.
+Strings linksOf(Cutter section, std::string_view marker, std::string_view open) {
+  Strings links;
+  while (section.past(marker)) {
+    const Cut link = section.betweenOrRest(open, "</a>");
+    if (!link) {
+      break;
     }
-    countries.emplace_back(*country);
+    links.emplace_back(*link);
   }
+  return links;
+}
+
+// <a href="/country/us">USA</a>
+Strings countriesOf(std::string_view page) {
+  return linksOf(sectionOf(page, "<h5>Country"), "<a href=\"/country/", "\">");
 }
 
 // <a href="/character/ch0001/">ROLE</a>, or the role alone
@@ -172,25 +180,18 @@ void readCast(std::string_view page, velMovieInfo_& info) {
 }
 
 // <a href="/Sections/Genres/Drama/">Drama</a>: the key in the address, not the text
-void readGenres(std::string_view page, std::vector<std::string>& genres) {
-  genres.clear();
+Strings genresOf(std::string_view page) {
+  Strings genres;
   Cutter section = sectionOf(page, "<h5>Genre");
   while (const Cut genre = section.betweenOrRest("<a href=\"/Sections/Genres/", "/\">")) {
     genres.emplace_back(*genre);
   }
+  return genres;
 }
 
 // <a … onclick="(new Image()).src='/rg/directorlist/position-1/…/';">DIRECTOR</a>
-void readDirectors(std::string_view page, std::vector<std::string>& directors) {
-  directors.clear();
-  Cutter section = sectionOf(page, "<h5>Director");
-  while (section.past(".src='/rg/directorlist/position-")) {
-    const Cut director = section.betweenOrRest("/';\">", "</a>");
-    if (!director) {
-      return;
-    }
-    directors.emplace_back(*director);
-  }
+Strings directorsOf(std::string_view page) {
+  return linksOf(sectionOf(page, "<h5>Director"), ".src='/rg/directorlist/position-", "/';\">");
 }
 
 }  // namespace
@@ -208,10 +209,10 @@ void readCombinedPage(std::string_view page, const char* id, velMovieInfo_& info
   info.company = duplicate(companyOf(page));
   info.mpaa = duplicate(certificateOf(page));
   info.poster = fetchPoster(page);
-  readCountries(page, info.country);
+  info.country = countriesOf(page);
   readCast(page, info);
-  readGenres(page, info.genre);
-  readDirectors(page, info.director);
+  info.genre = genresOf(page);
+  info.director = directorsOf(page);
 }
 
 }  // namespace libquilp
