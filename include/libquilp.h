@@ -26,9 +26,12 @@
  * - It reads /etc/config/zorp.conf (which add-ons are enabled) at each lookup, and
  *   /etc/config/catalox.conf (an add-on's language); it keeps nothing between calls.
  * - It runs an add-on with fork and execvp and waits for it, however long that takes; the add-on
- *   inherits standard input. Pages are fetched by /sbin/curl through system and popen, at most 25
+ *   inherits standard input. A signal handler of yours that interrupts the wait (one without
+ *   SA_RESTART) ends it: the call goes on as if the add-on had written nothing, and the child is
+ *   left for you to collect. Pages are fetched by /sbin/curl through system and popen, at most 25
  *   seconds each.
- * - A built-in search starts one thread for each result and joins them all before it returns.
+ * - The search behind velSearchMovie starts one thread for each result and joins them all before it
+ *   returns.
  * - An add-on's document goes to a file of its own under /tmp that is removed before the call
  *   returns. Pages go to files of fixed names under /var/tmp that are left behind: within a process
  *   requests of one kind wait for each other; two processes must not make requests of one kind at
@@ -89,8 +92,8 @@ extern "C" {
  *
  * @param keyword  what to look for
  * @param count    how many results are wanted; an add-on may give more, all of which are returned
- * @param movies   receives an array for velFreeMovies, also an empty one when an add-on found
- *                 nothing; left untouched when nothing could be fetched
+ * @param movies   receives an array for velFreeMovies, also when it holds nothing; left untouched
+ *                 by some failures. Set it to null before the call, and release what it holds after.
  * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
  *                 otherwise left untouched
  * @return         how many records are in the array; 0 for none or failure. The built-in search
@@ -101,8 +104,8 @@ QUILP_API int velSearchMovie(const char* keyword, int count, velMovie_** movies,
 /**
  * Prints what velSearchMovie finds as a "movielist" document.
  *
- * @return 0 after printing; when nothing was found, nothing is printed and the result is the
- *         add-on's exit status, or 0 if there is none
+ * @return 0 after printing, an empty record included; when velSearchMovie gives 0, nothing is
+ *         printed and the result is the add-on's exit status, or 0 if there is none
  */
 QUILP_API int velPrintSearchMovie(const char* keyword, int count);
 
@@ -144,7 +147,14 @@ QUILP_API int imdbBasicGetMovies(const char* keyword, int count, velMovie_** mov
 /** Another search, of the site's alternate titles; it gives 0 when the site has no results. */
 QUILP_API int imdbGetMovies(const char* keyword, int count, velMovie_** movies);
 
-/** The built-in scraper behind velGetMovieByID. The text fields need not be set before. */
+/**
+ * The built-in scraper behind velGetMovieByID. Set the text fields to null before: a page that
+ * cannot be fetched leaves the record untouched.
+ *
+ * @return the client's exit status, 0 when it fetched a page, whatever that held; 2 for an
+ *         identifier with a single quote, for which no client is run
+ * @throws std::out_of_range  as velGetMovieByID
+ */
 QUILP_API int imdbGetMovieInfo(const char* id, velMovieInfo_* info);
 
 /* ---- Text ---------------------------------------------------------------------------------- */
@@ -163,7 +173,7 @@ QUILP_API char char2hex(char digit);
  * text ends there.
  *
  * @param source       bytes to encode
- * @param sourceLength how many; at least 1 and at most a third of destinationSize
+ * @param sourceLength how many; at least 1, at most a third of destinationSize, at most 65535
  * @param destination  must have room for destinationSize + 1 bytes: a source of exactly a third
  *                     puts the terminator at index destinationSize
  * @return             0, or -1 when the length is refused (nothing is written then)

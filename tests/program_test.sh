@@ -18,7 +18,9 @@ expect() {
 
 expect 0 '<?xml.*<movie rank="1">.*<id>tt9000001</id>.*</movielist> *' movie search Lighthouse -n 1
 expect 0 '<?xml.*<title>The Paper Lighthouse</title>.*</movie> *' movie show tt9000001
-expect 1 '' movie show faultclosed-tt9000001
+expect 18 '' movie show faultclosed-tt9000001
+expect 1 '<?xml.*<title/>.*' movie show faultempty-tt9000001
+expect 1 '<?xml.*<title/>.*' movie search nosuchfilm
 expect 1 '' movie search faultclosed
 expect 1 '' movie show tt9000009
 expect 0 'Up	Up a b	a%20b' keyword 'Up (2009' a_b.2010
@@ -36,7 +38,7 @@ printf '[a]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/shell\
 printf '#!/bin/sh\nexit 42\n' >/etc/config/shell
 chmod +x /etc/config/shell
 expect 42 '' movie search x
-expect 1 '' movie show abcdex
+expect 42 '' movie show abcdex
 
 # A full disk is no success.
 rm /etc/config/zorp.conf

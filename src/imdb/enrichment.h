@@ -37,7 +37,7 @@ class Enrichment {
     bool running;
   };
   // More than these would not be safe in the frame of a small thread.
-  static constexpr int kInFrame = 16;
+  static constexpr int kInFrame = 4;
 
   ThreadBody body_;
   Work inFrame_[kInFrame];

@@ -219,6 +219,7 @@ void readCombinedPage(std::string_view page, const char* id, velMovieInfo_& info
 
 int imdbGetMovieInfo(const char* id, velMovieInfo_* info) {
   using namespace libquilp;
+  id = id != nullptr ? id : "";
   const FilePage page =
       fetchToFile(std::string(IMDB_AKAS_BASE) + "/title/" + id + "/combined", movieInfoPage);
   if (page.text) {

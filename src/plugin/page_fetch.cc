@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string_view>
 
 #include "plugin/files.h"
 
@@ -22,7 +23,9 @@ using Pipe = std::unique_ptr<std::FILE, ClosePipe>;
 
 thread_local Pipe leftPipe;
 
-bool canBeQuoted(const std::string& address) { return address.find('\'') == std::string::npos; }
+bool canBeQuoted(const std::string& address) {
+  return address.find_first_of(std::string_view("'\0", 2)) == std::string::npos;
+}
 
 std::string clientCommand(const std::string& address) {
   return std::string(kHttpClient) + " -s -L '" + address + "'";

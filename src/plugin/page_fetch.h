@@ -7,7 +7,7 @@
 #include "platform.h"
 
 // The only places that know the command lines of the appliance's HTTP client. An address that holds
-// a single quote would end its own quoting there: it is never fetched.
+// a single quote, or a zero byte, would end its own quoting there: it is never fetched.
 
 namespace libquilp {
 

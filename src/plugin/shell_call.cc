@@ -1,5 +1,6 @@
 #include "plugin/shell_call.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,7 +20,8 @@ constexpr std::size_t kPrefixSize = 5;
 
 bool isProgram(const char* path) {
   struct stat status = {};
-  return stat(path, &status) == 0 && S_ISREG(status.st_mode) && access(path, X_OK) == 0;
+  return stat(path, &status) == 0 && S_ISREG(status.st_mode) &&
+         faccessat(AT_FDCWD, path, X_OK, AT_EACCESS) == 0;
 }
 
 /// Whether execvp would find the shell, directly or along PATH.
@@ -32,14 +34,17 @@ bool canBeExecuted(const char* shell) {
   }
   const char* path = std::getenv("PATH");
   Cutter folders(path != nullptr ? path : "/bin:/usr/bin");
-  do {
-    std::string program(folders.upToOrRest(":"));
+  for (;;) {
+    const Cut folder = folders.upTo(":");
+    std::string program(folder.value_or(folders.rest()));
     program += program.empty() ? "" : "/";
     if (isProgram((program + shell).c_str())) {
       return true;
     }
-  } while (!folders.done());
-  return false;
+    if (!folder) {
+      return false;
+    }
+  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "text/ini_file.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace libquilp {
@@ -7,7 +8,7 @@ namespace {
 
 // A file that is not there is an ordinary case, of which iniparser would write a message.
 dictionary* load(const char* path) {
-  return access(path, R_OK) == 0 ? iniparser_load(path) : nullptr;
+  return faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) == 0 ? iniparser_load(path) : nullptr;
 }
 
 }  // namespace

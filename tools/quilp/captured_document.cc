@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <string>
+#include <string_view>
 #include <system_error>
 
 #include "commands.h"
@@ -32,19 +34,16 @@ class Capture {
   Capture(const Capture&) = delete;
   Capture& operator=(const Capture&) = delete;
 
-  /// Ends the capture and copies what there is; false when there is nothing.
-  bool passOn() {
+  /// Ends the capture and gives what there is.
+  std::string take() {
     end();
-    bool any = false;
+    std::string text;
     lseek(file_, 0, SEEK_SET);
     char piece[65536];
-    for (ssize_t size = 0; (size = read(file_, piece, sizeof piece)) > 0; any = true) {
-      std::fwrite(piece, 1, static_cast<std::size_t>(size), stdout);
+    for (ssize_t size = 0; (size = read(file_, piece, sizeof piece)) > 0;) {
+      text.append(piece, static_cast<std::size_t>(size));
     }
-    if (std::fflush(stdout) != 0) {
-      fail("cannot write");
-    }
-    return any;
+    return text;
   }
 
  private:
@@ -57,16 +56,37 @@ class Capture {
   int output_;
 };
 
+/// Whether anything but blanks stands between two tags or in a CDATA section.
+bool holdsText(std::string_view document) {
+  for (std::size_t at = 0; (at = document.find('>', at)) != std::string_view::npos;) {
+    at = document.find_first_not_of(" \t\r\n", at + 1);
+    if (at == std::string_view::npos) {
+      return false;
+    }
+    constexpr std::string_view kSection = "<![CDATA[";
+    const bool section = document.compare(at, kSection.size(), kSection) == 0;
+    at += section ? kSection.size() : 0;
+    if (document.compare(at, 1, section ? "]" : "<") != 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 int printDocument(const std::function<int()>& print) {
   Capture capture;
   const int status = print();
-  const bool any = capture.passOn();
+  const std::string document = capture.take();
+  std::fwrite(document.data(), 1, document.size(), stdout);
+  if (std::fflush(stdout) != 0) {
+    fail("cannot write");
+  }
   if (status != 0) {
     return status;
   }
-  return any ? 0 : kNothingFound;
+  return holdsText(document) ? 0 : kNothingFound;
 }
 
 }  // namespace quilp

@@ -5,8 +5,8 @@
 namespace quilp {
 
 /// Runs a print function of the library and passes its document on to standard output. Returns the
-/// function's status if that is not 0, and otherwise whether there was a document: the functions
-/// themselves give 0 for both.
+/// function's status if that is not 0, and otherwise whether the document tells anything: the
+/// functions themselves give 0 also for none, and for one that has no text.
 int printDocument(const std::function<int()>& print);
 
 }  // namespace quilp

@@ -11,7 +11,7 @@ int run(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer(
       "Results are XML documents on standard output. Exit status: 0 for a document, 1 for nothing\n"
-      "found, an add-on's own status where it failed, 2 for wrong usage.");
+      "found, the status of the add-on, or of the client, that failed, 2 for wrong usage.");
   int status = 0;
   quilp::addMovieCommands(app, status);
   quilp::addKeywordCommand(app, status);

@@ -5,6 +5,16 @@
 #include "libquilp.h"
 
 namespace quilp {
+namespace {
+
+int statusOfDetails(const std::string& id) {
+  velMovieInfo_ info = velMovieInfo_();
+  const int status = velGetMovieByID(id.c_str(), &info);
+  velFreeMovieInfo(&info);
+  return status != 0 ? status : kNothingFound;
+}
+
+}  // namespace
 
 void addMovieCommands(CLI::App& app, int& status) {
   CLI::App* movie = app.add_subcommand("movie", "Movies")->require_subcommand(1);
@@ -27,8 +37,12 @@ void addMovieCommands(CLI::App& app, int& status) {
           "Identifier: as a search gave it; for an add-on, five characters in front of its "
           "own")
       ->required();
-  show->callback(
-      [&status] { status = printDocument([] { return velPrintMovieByID(id.c_str()); }); });
+  show->callback([&status] {
+    status = printDocument([] {
+      // Printing tells only that it failed; asking once more tells how.
+      return velPrintMovieByID(id.c_str()) == 0 ? 0 : statusOfDetails(id);
+    });
+  });
 }
 
 }  // namespace quilp
