@@ -157,6 +157,134 @@ QUILP_API int imdbGetMovies(const char* keyword, int count, velMovie_** movies);
  */
 QUILP_API int imdbGetMovieInfo(const char* id, velMovieInfo_* info);
 
+}  // extern "C"
+
+/* ---- TV shows ------------------------------------------------------------------------------ */
+
+/** One search result. */
+struct velTVShow {
+  char* id;             /**< the scraper's identifier of the show */
+  char* title;          /**< title, as the page or document has it */
+  char* first_air_date; /**< date or year, as text; empty when the page names none */
+  char* poster;         /**< address of the poster picture */
+  char* outline;        /**< short plot outline */
+};
+
+/** The details of one show. `actor_names` and `actor_roles` are parallel. */
+struct velTVShowInfo {
+  char* id;                             /**< identifier */
+  char* title;                          /**< title */
+  char* first_air_date;                 /**< YYYY-MM-DD */
+  char* last_air_date;                  /**< YYYY-MM-DD; null for a running show */
+  char* poster;                         /**< address of the poster picture */
+  char* rating;                         /**< user rating, such as 8.5 */
+  char* content_rating;                 /**< content (age) rating; only add-ons give it */
+  char* banner;                         /**< address of a banner picture */
+  char* outline;                        /**< plot outline */
+  char* duration;                       /**< running time of an episode, as text */
+  std::vector<std::string> directors;   /**< neither filled nor printed */
+  std::vector<std::string> creators;    /**< creators */
+  std::vector<std::string> networks;    /**< broadcasting networks; only add-ons give them */
+  std::vector<std::string> genres;      /**< genres */
+  std::vector<std::string> actor_names; /**< actors */
+  std::vector<std::string> actor_roles; /**< the role of the actor at the same index */
+};
+
+/** The details of one episode. `actor_names` and `actor_roles` are parallel. */
+struct velTVEpisode {
+  char* id;                             /**< the episode's own identifier */
+  char* title;                          /**< title */
+  char* air_date;                       /**< YYYY-MM-DD */
+  char* season_number;                  /**< season asked for; null for 0 when an add-on answered */
+  char* episode_number;                 /**< episode asked for; null as `season_number` */
+  char* thumbnail;                      /**< address of a still picture */
+  char* outline;                        /**< plot outline */
+  char* rating;                         /**< user rating */
+  std::vector<std::string> directors;   /**< directors */
+  std::vector<std::string> genres;      /**< genres */
+  std::vector<std::string> actor_names; /**< actors */
+  std::vector<std::string> actor_roles; /**< the role of the actor at the same index */
+};
+
+extern "C" {
+
+/**
+ * Searches TV shows by keyword, which may be the name of a video release (see ProcessKeyword).
+ *
+ * @param keyword  what to look for
+ * @param count    how many results are wanted; an add-on may give more, all of which are returned
+ * @param lang     language for an add-on; null for the one configured for it (see getDefaultLang)
+ * @param shows    receives an array for velFreeTVShows, also an empty one when an add-on found
+ *                 nothing; left untouched when nothing could be fetched
+ * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
+ *                 otherwise left untouched
+ * @return         how many records are in the array; 0 for none or failure. The built-in search
+ *                 gives 1, with an empty record, when the site says that it has no results; the
+ *                 records of rows have an empty poster or outline where there is none.
+ */
+QUILP_API int velSearchTVShows(const char* keyword, int count, const char* lang, velTVShow** shows,
+                               int* error);
+
+/**
+ * Prints what velSearchTVShows finds as a "tvshowlist" document, its values in CDATA sections.
+ *
+ * @return 0 after printing; when nothing was found, nothing is printed and the result is the
+ *         add-on's exit status, or 0 if there is none
+ */
+QUILP_API int velPrintSearchTVShows(const char* keyword, int count, const char* lang);
+
+/**
+ * Fills `info` with the details of one show. Text fields are set to null first. An add-on's lists
+ * are appended to what `info` holds; the built-in scraper clears genres and cast first.
+ *
+ * The built-in scraper may find an actor without a role: the lists then differ in length, and
+ * indexes behind that actor no longer match.
+ *
+ * @param id    null is refused, as is a null `info`
+ * @param lang  language for an add-on; null for the one configured for it
+ * @return      0 on success; 1 when refused, when an add-on wrote no readable document, or when the
+ *              page could not be fetched; an add-on's exit status when that is not 0
+ * @throws std::out_of_range  when the site's page has a cast row of less than a name's length;
+ *         `info` holds the fields read so far
+ */
+QUILP_API int velGetTVShowByID(const char* id, const char* lang, velTVShowInfo* info);
+
+/**
+ * Prints what velGetTVShowByID finds as a "tvshow" document, its values in CDATA sections. An empty
+ * list is one empty element, and so is a cast whose names and roles differ in number.
+ *
+ * @return 0 after printing; otherwise the result of velGetTVShowByID, with nothing printed
+ * @throws what velGetTVShowByID throws
+ */
+QUILP_API int velPrintTVShowByID(const char* id, const char* lang);
+
+/**
+ * Fills `info` with the details of one episode, as velGetTVShowByID does for a show.
+ *
+ * @param id  identifier of the show
+ * @return    as velGetTVShowByID; without an add-on -1 when the list of the season could not be
+ *            fetched or does not have the episode, and 1 when the episode's page could not be
+ *            fetched, with `id` set
+ * @throws what velGetTVShowByID throws
+ */
+QUILP_API int velGetTVEpisode(const char* id, int season, int episode, const char* lang,
+                              velTVEpisode* info);
+
+/**
+ * Prints what velGetTVEpisode finds as a "tvepisode" document, as velPrintTVShowByID does. Season
+ * and episode are printed as they were asked for, 0 included.
+ */
+QUILP_API int velPrintTVEpisode(const char* id, int season, int episode, const char* lang);
+
+/** Releases `count` records and the array. Null is ignored; a count below 1 releases the array. */
+QUILP_API void velFreeTVShows(velTVShow* shows, int count);
+
+/** Releases the text fields, neither resetting them nor touching the lists. Null is ignored. */
+QUILP_API void velFreeTVShowInfo(velTVShowInfo* info);
+
+/** As velFreeTVShowInfo. */
+QUILP_API void velFreeTVEpisode(velTVEpisode* info);
+
 /* ---- Text ---------------------------------------------------------------------------------- */
 
 /** Text for a character code, as replace_string uses it; null from 251 on. */

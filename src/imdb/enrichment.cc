@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "imdb/title_page.h"
-#include "platform.h"
 #include "plugin/page_fetch.h"
 
 namespace libquilp {
@@ -37,13 +36,12 @@ void enrichFromTitlePage(MovieWorkRecord& record, const char* reference) noexcep
   }
   try {
     const PipeCollector summaryPipe;
-    const auto page = fetchThroughPipe(std::string(IMDB_MAIN_BASE) + "/title/" + record.id +
-                                       "/?ref_=" + reference);
+    const auto page = fetchThroughPipe(titleAddress(record.id, reference));
     if (!page) {
       return;
     }
     copyCut(record.image, posterOf(*page).value_or(""));
-    copyCut(record.outline, decodedOutline(*page, record.id));
+    copyCut(record.outline, decodedOutline(*page, record.id).value_or(""));
   } catch (const std::exception&) {
     // What was found so far stays.
   }

@@ -37,6 +37,10 @@ bool hasLink(std::string_view text) {
 
 }  // namespace
 
+std::string titleAddress(const std::string& id, const char* reference) {
+  return std::string(IMDB_MAIN_BASE) + "/title/" + id + "/?ref_=" + reference;
+}
+
 // <link rel='image_src' href="ADDRESS">
 Cut posterOf(std::string_view page) {
   return Cutter(page).between("<link rel='image_src' href=\"", "\">");
@@ -82,9 +86,12 @@ std::string imdbExtractOutline(const std::string& page, const char* id) {
   return removeEmptyChar(text);
 }
 
-std::string decodedOutline(const std::string& page, const char* id) {
+std::optional<std::string> decodedOutline(const std::string& page, const char* id) {
   const std::string outline = imdbExtractOutline(page, id);
-  return outline.find_first_not_of(' ') != std::string::npos ? decoded(outline) : std::string();
+  if (outline.find_first_not_of(' ') == std::string::npos) {
+    return {};
+  }
+  return decoded(outline);
 }
 
 }  // namespace libquilp

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "text/cutter.h"
 
 namespace libquilp {
+
+/// Address of a title page; `reference` is the link that is said to have led there.
+std::string titleAddress(const std::string& id, const char* reference);
 
 /// Address of the poster on a title page, as it stands.
 Cut posterOf(std::string_view page);
@@ -18,7 +22,7 @@ std::string imdbGetPlotSummary(const char* id);
 /// plot summary where the page refers to it.
 std::string imdbExtractOutline(const std::string& page, const char* id);
 
-/// The same, decoded; empty also when it is blank.
-std::string decodedOutline(const std::string& page, const char* id);
+/// The same, decoded; none when it is empty or blank.
+std::optional<std::string> decodedOutline(const std::string& page, const char* id);
 
 }  // namespace libquilp

@@ -11,7 +11,7 @@ inline constexpr Field<velMovie_> kMovieFields[] = {
     textField("id", &velMovie_::id),
     textField("title", &velMovie_::title),
     textField("year", &velMovie_::year),
-    leftOutWhenNull("outline", &velMovie_::outline),
+    textField("outline", &velMovie_::outline, Missing::kLeftOut),
 };
 
 /// An add-on's document: its order decides what is filled when an actor without a role ends it.

@@ -38,12 +38,19 @@ int exitStatus(int status) {
   return WIFSIGNALED(status) ? 1 : WEXITSTATUS(status);
 }
 
-Pipe openPipe(const std::string& address) {
+Pipe openPipe(const std::string& address, const char* options) {
   if (!canBeQuoted(address)) {
     return {};
   }
   // "e": a program that another thread starts meanwhile does not inherit the pipe.
-  return Pipe(popen((clientCommand(address) + kLimits).c_str(), "re"));
+  return Pipe(popen((clientCommand(address) + options).c_str(), "re"));
+}
+
+std::optional<std::string> readPipe(const Pipe& pipe) {
+  if (!pipe) {
+    return {};
+  }
+  return readLines(pipe.get());
 }
 
 }  // namespace
@@ -64,19 +71,16 @@ FilePage fetchToFile(const std::string& address, PageFile& file) {
 }
 
 std::optional<std::string> fetchThroughPipe(const std::string& address) {
-  const Pipe pipe = openPipe(address);
-  if (!pipe) {
-    return {};
-  }
-  return readLines(pipe.get());
+  return readPipe(openPipe(address, kLimits));
+}
+
+std::optional<std::string> fetchWithoutLimits(const std::string& address) {
+  return readPipe(openPipe(address, ""));
 }
 
 std::optional<std::string> fetchLeavingPipe(const std::string& address) {
-  leftPipe = openPipe(address);
-  if (!leftPipe) {
-    return {};
-  }
-  return readLines(leftPipe.get());
+  leftPipe = openPipe(address, kLimits);
+  return readPipe(leftPipe);
 }
 
 void collectPipe() { leftPipe.reset(); }

@@ -20,6 +20,8 @@ struct PageFile {
 inline PageFile movieSearchPage = {kMovieSearchPage, {}};
 inline PageFile movieInfoPage = {kMovieInfoPage, {}};
 inline PageFile moviePhotoPage = {kMoviePhotoPage, {}};
+inline PageFile tvShowSearchPage = {kTVShowSearchPage, {}};
+inline PageFile tvShowInfoPage = {kTVShowInfoPage, {}};
 
 struct FilePage {
   int status;                       // the client's exit status; nothing else is set when not 0
@@ -31,6 +33,9 @@ FilePage fetchToFile(const std::string& address, PageFile& file);
 
 /// Fetches a page through a pipe; none when no client could be started. Safe in many threads.
 std::optional<std::string> fetchThroughPipe(const std::string& address);
+
+/// The same, but the client names no user agent and has no time limits.
+std::optional<std::string> fetchWithoutLimits(const std::string& address);
 
 /// The same, but leaves the pipe behind: the calling thread keeps it until its next such fetch, its
 /// end, or collectPipe.

@@ -17,95 +17,138 @@ namespace libquilp {
 
 using Strings = std::vector<std::string>;
 
+/// What becomes of a value that is not there.
+enum class Missing {
+  kEmptyElement,  // a null text is printed as an element without text
+  kLeftOut,       // a null text is not printed
+  kEmptyText,     // a null text is printed as an empty one
+  kNoText,        // an empty text is printed as a null one
+  kOneElement,    // lists: an empty value is not read, and an empty list is printed as one element
+                  // without text; what an actor lacks is empty, and a cast that is not in pairs is
+                  // printed as an empty list
+};
+
 template <class Record>
 struct Field {
   const char* element;
   char* Record::*text = nullptr;
   Strings Record::*list = nullptr;   // repeated elements; with `roles`, the names of a cast
   Strings Record::*roles = nullptr;  // parallel to `list`
-  bool leftOutWhenNull = false;      // in print; other fields then give an empty element
+  Missing missing = Missing::kEmptyElement;
 };
 
 template <class Record>
-constexpr Field<Record> textField(const char* element, char* Record::*text) {
-  return {element, text};
+constexpr Field<Record> textField(const char* element, char* Record::*text,
+                                  Missing missing = Missing::kEmptyElement) {
+  return {element, text, nullptr, nullptr, missing};
 }
 
 template <class Record>
-constexpr Field<Record> leftOutWhenNull(const char* element, char* Record::*text) {
-  return {element, text, nullptr, nullptr, true};
-}
-
-template <class Record>
-constexpr Field<Record> listField(const char* element, Strings Record::*list) {
-  return {element, nullptr, list};
+constexpr Field<Record> listField(const char* element, Strings Record::*list,
+                                  Missing missing = Missing::kEmptyElement) {
+  return {element, nullptr, list, nullptr, missing};
 }
 
 template <class Record>
 constexpr Field<Record> castField(const char* element, Strings Record::*names,
-                                  Strings Record::*roles) {
-  return {element, nullptr, names, roles};
+                                  Strings Record::*roles,
+                                  Missing missing = Missing::kEmptyElement) {
+  return {element, nullptr, names, roles, missing};
 }
 
-/// An element's first CDATA section; null when it has none. Text outside CDATA does not count.
-inline const char* firstClear(const XMLNode& element) {
-  return element.nClear() > 0 ? element.getClear(0).lpszValue : nullptr;
+/// An element's first CDATA section; `none` when it has none. Text outside CDATA does not count.
+inline const char* firstClearOr(const XMLNode& element, const char* none) {
+  return element.nClear() > 0 ? element.getClear(0).lpszValue : none;
 }
 
-/// Appends one actor. One without a name is skipped; one without a role is an add-on's error that
-/// leaves the call.
-inline void readActor(const XMLNode& actor, Strings& names, Strings& roles) {
-  const char* name = firstClear(actor.getChildNode("name"));
+inline const char* firstClear(const XMLNode& element) { return firstClearOr(element, nullptr); }
+
+/// Appends one actor. Unless what is missing counts as empty, one without a name is skipped, and
+/// one without a role is an add-on's error that leaves the call.
+inline void readActor(const XMLNode& actor, Missing missing, Strings& names, Strings& roles) {
+  const char* none = missing == Missing::kOneElement ? "" : nullptr;
+  const char* name = firstClearOr(actor.getChildNode("name"), none);
   if (name == nullptr) {
     return;
   }
   names.emplace_back(name);
-  const char* role = firstClear(actor.getChildNode("role"));
+  const char* role = firstClearOr(actor.getChildNode("role"), none);
   if (role == nullptr) {
     throw std::logic_error("basic_string::_S_construct NULL not valid");
   }
   roles.emplace_back(role);
 }
 
-/// Fills the record from the children of `element`, in the table's order; lists are appended to.
+/// Fills the record from the children of `element`, in the table's order; lists are appended to. Of
+/// two elements for one text the later counts, unless it has no value.
 template <class Record, std::size_t N>
 void readRecord(const XMLNode& element, const Field<Record> (&table)[N], Record& record) {
   for (const Field<Record>& field : table) {
     if (field.text != nullptr) {
-      record.*field.text = SafeStrdup(firstClear(element.getChildNode(field.element)));
+      if (const char* value = firstClear(element.getChildNode(field.element))) {
+        std::free(record.*field.text);
+        record.*field.text = SafeStrdup(value);
+      }
       continue;
     }
     element.forEachChild(field.element, [&](const XMLNode& entry) {
       if (field.roles != nullptr) {
-        readActor(entry, record.*field.list, record.*field.roles);
-      } else if (const char* value = firstClear(entry)) {
+        readActor(entry, field.missing, record.*field.list, record.*field.roles);
+        return;
+      }
+      const char* value = firstClear(entry);
+      if (value != nullptr && (*value != '\0' || field.missing != Missing::kOneElement)) {
         (record.*field.list).emplace_back(value);
       }
     });
   }
 }
 
-/// Adds the record's fields to `element`, in the table's order.
-template <class Record, std::size_t N>
-void writeRecord(XMLNode& element, const Field<Record> (&table)[N], const Record& record) {
-  for (const Field<Record>& field : table) {
-    if (field.text != nullptr) {
-      const char* value = record.*field.text;
-      if (value != nullptr || !field.leftOutWhenNull) {
-        addTextChild(element, field.element, value);
-      }
+template <class Record>
+void writeText(XMLNode& element, const Field<Record>& field, const Record& record,
+               AddChild addChild) {
+  const char* value = record.*field.text;
+  if (value == nullptr && field.missing == Missing::kLeftOut) {
+    return;
+  }
+  if (value == nullptr && field.missing == Missing::kEmptyText) {
+    value = "";
+  } else if (value != nullptr && *value == '\0' && field.missing == Missing::kNoText) {
+    value = nullptr;
+  }
+  addChild(element, field.element, value);
+}
+
+template <class Record>
+void writeList(XMLNode& element, const Field<Record>& field, const Record& record,
+               AddChild addChild) {
+  const Strings& list = record.*field.list;
+  const bool inPairs = field.roles == nullptr || (record.*field.roles).size() == list.size();
+  if (field.missing == Missing::kOneElement && (list.empty() || !inPairs)) {
+    addChild(element, field.element, nullptr);
+    return;
+  }
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (field.roles == nullptr) {
+      addChild(element, field.element, list[i].c_str());
       continue;
     }
-    const Strings& list = record.*field.list;
-    for (std::size_t i = 0; i < list.size(); ++i) {
-      if (field.roles == nullptr) {
-        addTextChild(element, field.element, list[i].c_str());
-        continue;
-      }
-      const Strings& roles = record.*field.roles;
-      XMLNode actor = element.addChild(field.element);
-      addTextChild(actor, "name", list[i].c_str());
-      addTextChild(actor, "role", i < roles.size() ? roles[i].c_str() : nullptr);
+    const Strings& roles = record.*field.roles;
+    XMLNode actor = element.addChild(field.element);
+    addChild(actor, "name", list[i].c_str());
+    addChild(actor, "role", i < roles.size() ? roles[i].c_str() : nullptr);
+  }
+}
+
+/// Adds the record's fields to `element`, in the table's order.
+template <class Record, std::size_t N>
+void writeRecord(XMLNode& element, const Field<Record> (&table)[N], const Record& record,
+                 AddChild addChild = addTextChild) {
+  for (const Field<Record>& field : table) {
+    if (field.text != nullptr) {
+      writeText(element, field, record, addChild);
+    } else {
+      writeList(element, field, record, addChild);
     }
   }
 }

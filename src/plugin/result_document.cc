@@ -1,11 +1,30 @@
 #include "plugin/result_document.h"
 
 #include <cstdio>
+#include <memory>
+#include <string>
+
+#include "libquilp.h"
 
 namespace libquilp {
+namespace {
+
+struct FreeText {
+  void operator()(char* text) const { freeXMLString(text); }
+};
+using Text = std::unique_ptr<char, FreeText>;
+
+}  // namespace
 
 void addTextChild(XMLNode& parent, const char* name, const char* value) {
   parent.addChild(name).addText(value);
+}
+
+void addClearChild(XMLNode& parent, const char* name, const char* value) {
+  XMLNode child = parent.addChild(name);
+  if (value != nullptr) {
+    child.addText((std::string("<![CDATA[") + value + "]]>").c_str());
+  }
 }
 
 ResultDocument::ResultDocument(const char* root)
@@ -24,10 +43,15 @@ XMLNode ResultDocument::addEntry(const char* name, int index) {
 }
 
 void ResultDocument::print() const {
-  char* text = declaration_.createXMLString(1);
-  if (text != nullptr) {
-    std::puts(text);
-    freeXMLString(text);
+  if (const Text text{declaration_.createXMLString(1)}) {
+    std::puts(text.get());
+  }
+}
+
+void ResultDocument::printDecoded() const {
+  if (const Text text{declaration_.createXMLString(1)}) {
+    decode_html_entities_utf8(text.get(), nullptr);
+    std::puts(text.get());
   }
 }
 

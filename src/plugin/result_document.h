@@ -7,6 +7,11 @@ namespace libquilp {
 /// Adds an element with a text to `parent`; a null value gives an element without text.
 void addTextChild(XMLNode& parent, const char* name, const char* value);
 
+/// The same, but the text becomes a CDATA section when the document is printed decoded.
+void addClearChild(XMLNode& parent, const char* name, const char* value);
+
+using AddChild = void (*)(XMLNode& parent, const char* name, const char* value);
+
 /// The XML document that a print function writes.
 class ResultDocument {
  public:
@@ -19,6 +24,9 @@ class ResultDocument {
 
   /// Writes the document to standard output, a line feed behind it.
   void print() const;
+
+  /// The same, but with the character references of the whole document decoded.
+  void printDecoded() const;
 
  private:
   XMLNode declaration_;

@@ -11,6 +11,7 @@ inline constexpr int kWrongUsage = 2;
 inline constexpr int kDefaultCount = 10;
 
 void addMovieCommands(CLI::App& app, int& status);
+void addTVCommands(CLI::App& app, int& status);
 void addKeywordCommand(CLI::App& app, int& status);
 
 }  // namespace quilp

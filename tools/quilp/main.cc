@@ -14,6 +14,7 @@ int run(int argc, char** argv) {
       "found, the status of the add-on, or of the client, that failed, 2 for wrong usage.");
   int status = 0;
   quilp::addMovieCommands(app, status);
+  quilp::addTVCommands(app, status);
   quilp::addKeywordCommand(app, status);
   try {
     app.parse(argc, argv);

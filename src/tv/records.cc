@@ -1,0 +1,24 @@
+#include "tv/records.h"
+
+// The layouts cross the library's border.
+static_assert(sizeof(velTVShow) == 5 * sizeof(char*), "velTVShow has changed");
+static_assert(sizeof(velTVShowInfo) == 10 * sizeof(char*) + 6 * sizeof(std::vector<std::string>),
+              "velTVShowInfo has changed");
+static_assert(sizeof(velTVEpisode) == 8 * sizeof(char*) + 4 * sizeof(std::vector<std::string>),
+              "velTVEpisode has changed");
+
+void velFreeTVShows(velTVShow* shows, int count) {
+  libquilp::freeRecords(libquilp::kShowFields, shows, count);
+}
+
+void velFreeTVShowInfo(velTVShowInfo* info) {
+  if (info != nullptr) {
+    libquilp::freeTexts(libquilp::kShowInfoFields, *info);
+  }
+}
+
+void velFreeTVEpisode(velTVEpisode* info) {
+  if (info != nullptr) {
+    libquilp::freeTexts(libquilp::kPrintedEpisodeFields, *info);
+  }
+}

@@ -1,0 +1,144 @@
+#include <cstring>
+#include <optional>
+
+#include "imdb/title_details.h"
+#include "imdb/title_page.h"
+#include "platform.h"
+#include "plugin/files.h"
+#include "plugin/page_fetch.h"
+#include "tv/details.h"
+
+namespace libquilp {
+namespace {
+
+constexpr std::string_view kHeader =
+    "<h1 class=\"header\"> <span class=\"itemprop\" itemprop=\"name\">";
+constexpr std::string_view kDash = "\xE2\x80\x93";  // U+2013
+
+// <h3>Share this Rating</h3> <p>Title: <strong>TITLE</strong> (YEARS)</p>
+Cut sharedTitleOf(std::string_view page) {
+  return Cutter(page).between("<h3>Share this Rating</h3>", "</p>");
+}
+
+// <h1 class="header"> <span class="itemprop" itemprop="name">TITLE</span>
+//   <span class="nobr">(2008–2013)</span> </h1>
+Cut titleOf(std::string_view page) {
+  if (const Cut title = Cutter(page).between(kHeader, "</span>")) {
+    return title;
+  }
+  return Cutter(sharedTitleOf(page).value_or("")).between("<strong>", "</strong>");
+}
+
+std::optional<std::string> yearsOf(std::string_view page) {
+  Cutter header(page);
+  if (header.past(kHeader) && contains(header.rest(), "</h1>")) {
+    return trimmed(header.between("<span class=\"nobr\">(", ")</span>"));
+  }
+  const auto shared = trimmed(sharedTitleOf(page));
+  Cutter behindTitle(shared ? *shared : std::string_view());
+  return trimmed(behindTitle.past("</strong>") ? behindTitle.between("(", ")") : Cut());
+}
+
+// A running show has nothing behind the dash.
+void readDates(std::string_view page, velTVShowInfo& info) {
+  const auto years = yearsOf(page);
+  if (!years) {
+    return;
+  }
+  Cutter cutter(*years);
+  const std::string first(cutter.upToOrRest(kDash));
+  info.first_air_date = duplicate(first + "-01-01");
+  if (!cutter.done()) {
+    info.last_air_date = duplicate(std::string(cutter.rest()) + "-12-31");
+  }
+}
+
+// <div class="mediastrip"> <a href="/PATH" …><img …></a> … </div>
+Cut firstPicturePathOf(std::string_view page) {
+  const Cut strip = Cutter(page).between("<div class=\"mediastrip\">", "</div>");
+  return strip ? Cutter(*strip).between("<a href=\"", "\"") : Cut();
+}
+
+char* fetchBanner(std::string_view page) {
+  const Cut path = firstPicturePathOf(page);
+  if (!path) {
+    return nullptr;
+  }
+  const auto picture = fetchWithoutLimits(std::string(IMDB_MAIN_BASE).append(*path));
+  return picture ? duplicate(bannerOf(*picture)) : nullptr;
+}
+
+// <h4 class="inline">Creators:</h4> <span class="itemprop" itemprop="name">CREATOR</span> … </div>
+Cut creatorsOf(std::string_view page) {
+  return Cutter(page).between("<h4 class=\"inline\">Creators:</h4>", "</div>");
+}
+
+// <h4 class="inline">Runtime:</h4> <time itemprop="duration" datetime="PT49M">49 min</time> </div>
+Cut durationOf(std::string_view page) {
+  const Cut block = Cutter(page).between("<h4 class=\"inline\">Runtime:</h4>", "</div>");
+  return block ? Cutter(*block).between("\">", "</time>") : Cut();
+}
+
+bool isWordByte(char c) {
+  static constexpr std::string_view kWordBytes =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ'?"
+      "áâäãåèéêëìíîïòóôöõøùúûüÿýñçšžŸŽð"
+      "\x82";
+  return kWordBytes.find(c) != std::string_view::npos;
+}
+
+}  // namespace
+
+// <a class="cursor-default" ><img src="ADDRESS" …></a>, or <meta itemprop='image'
+// content='ADDRESS'/>
+Cut bannerOf(std::string_view page) {
+  if (const Cut picture = Cutter(page).between("class=\"cursor-default\" >", "</a>")) {
+    return Cutter(*picture).between("src=\"", "\"");
+  }
+  return Cutter(page).between("<meta itemprop='image' content='", "'/>");
+}
+
+// The first match of "one of the word bytes, any byte, one or more word bytes or blanks", as far as
+// it goes. It is looked for by hand because regcomp reads bytes by the host's locale, where the
+// letters would be characters and half a letter no match; the run at the end is the only choice in
+// the pattern, so the first place that fits is the leftmost match and the whole run its longest.
+void cutRole(std::string& role) {
+  const auto isInRun = [&role](std::size_t i) { return role[i] == ' ' || isWordByte(role[i]); };
+  const std::size_t size = std::strlen(role.c_str());
+  for (std::size_t i = 0; i + 2 < size; ++i) {
+    if (isWordByte(role[i]) && isInRun(i + 2)) {
+      std::size_t end = i + 3;
+      while (end < size && isInRun(end)) {
+        ++end;
+      }
+      role.resize(end);
+      return;
+    }
+  }
+}
+
+void readShowPage(const std::string& page, const char* id, velTVShowInfo& info) {
+  info.id = SafeStrdup(id);
+  info.title = duplicate(titleOf(page));
+  readDates(page, info);
+  info.poster = duplicate(posterOf(page));
+  info.banner = fetchBanner(page);
+  info.outline = duplicate(decodedOutline(page, id));
+  appendNames(creatorsOf(page).value_or(""), info.creators);
+  readCast(page, info.actor_names, info.actor_roles, &cutRole);
+  readGenres(page, info.genres);
+  info.duration = duplicate(durationOf(page));
+  info.rating = duplicate(userRatingOf(page));
+}
+
+int imdbGetTVShowInfo(const char* id, velTVShowInfo* info) {
+  const FilePage page = fetchToFile(titleAddress(id, kTVReference), tvShowInfoPage);
+  if (!page.text) {
+    return 1;
+  }
+  const PipeCollector summaryPipe;
+  readShowPage(*page.text, id, *info);
+  return 0;
+}
+
+}  // namespace libquilp

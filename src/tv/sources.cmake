@@ -1,0 +1,6 @@
+target_sources(quilp_objects PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/api.cc
+  ${CMAKE_CURRENT_LIST_DIR}/episode.cc
+  ${CMAKE_CURRENT_LIST_DIR}/records.cc
+  ${CMAKE_CURRENT_LIST_DIR}/search.cc
+  ${CMAKE_CURRENT_LIST_DIR}/show_details.cc)

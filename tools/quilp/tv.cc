@@ -1,0 +1,67 @@
+#include <string>
+
+#include "captured_document.h"
+#include "commands.h"
+#include "libquilp.h"
+
+namespace quilp {
+namespace {
+
+std::string id;
+std::string language;
+
+void addLanguage(CLI::App* command) {
+  command->add_option("-l", language,
+                      "Language for an add-on (default: the one configured for it)");
+}
+
+void addShowId(CLI::App* command) {
+  command
+      ->add_option("ID", id,
+                   "Identifier of the show: as a search gave it; for an add-on, five characters in "
+                   "front of its own")
+      ->required();
+}
+
+const char* languageOrNull() { return language.empty() ? nullptr : language.c_str(); }
+
+}  // namespace
+
+void addTVCommands(CLI::App& app, int& status) {
+  CLI::App* tv = app.add_subcommand("tv", "TV shows and episodes")->require_subcommand(1);
+
+  static std::string keyword;
+  static int count = kDefaultCount;
+  CLI::App* search = tv->add_subcommand("search", "Search TV shows by keyword or release name");
+  search->add_option("KEYWORD", keyword, "What to look for")->required();
+  search->add_option("-n", count, "Results wanted")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  addLanguage(search);
+  search->callback([&status] {
+    status = printDocument(
+        [] { return velPrintSearchTVShows(keyword.c_str(), count, languageOrNull()); });
+  });
+
+  CLI::App* show = tv->add_subcommand("show", "Show the details of one TV show");
+  addShowId(show);
+  addLanguage(show);
+  show->callback([&status] {
+    status = printDocument([] { return velPrintTVShowByID(id.c_str(), languageOrNull()); });
+  });
+
+  static int season = 0;
+  static int number = 0;
+  CLI::App* episode = tv->add_subcommand("episode", "Show the details of one episode");
+  addShowId(episode);
+  episode->add_option("SEASON", season, "Number of the season")->required();
+  episode->add_option("EPISODE", number, "Number of the episode in its season")->required();
+  addLanguage(episode);
+  episode->callback([&status] {
+    const int result = printDocument(
+        [] { return velPrintTVEpisode(id.c_str(), season, number, languageOrNull()); });
+    status = result < 0 ? kNothingFound : result;
+  });
+}
+
+}  // namespace quilp
