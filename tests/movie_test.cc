@@ -86,8 +86,8 @@ TEST(Outline, IsDecodedUnlessItIsBlank) {
         "<div class=\"summary_text\" itemprop=\"description\">" + summary + "</div>", "'");
   };
   EXPECT_EQ(decodedOf("&lt;&eacute;&#8212;"), "<\xC3\xA9\xE2\x80\x94");
-  EXPECT_EQ(decodedOf("&nbsp; &nbsp;"), "");
-  EXPECT_EQ(decodedOf("   "), "");
+  EXPECT_EQ(decodedOf("&nbsp; &nbsp;"), std::nullopt);
+  EXPECT_EQ(decodedOf("   "), std::nullopt);
 }
 
 string alternate(const string& rows, int count) {

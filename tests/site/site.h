@@ -70,5 +70,6 @@ bool HasWords(const std::string& title, const std::string& query);
 
 // One for each kind of page.
 void AddMovies(Site& site);
+void AddTV(Site& site);
 
 }  // namespace quilp_site
