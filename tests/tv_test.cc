@@ -28,29 +28,16 @@ string cut(string role) {
 }
 
 TEST(RoleCut, EndsBehindTheFirstRunOfWords) {
-  // The last is a locale in which letters are more than bytes.
+  // In the second locale letters are more than bytes.
   for (const char* locale : {"C", "C.UTF-8"}) {
     ASSERT_NE(std::setlocale(LC_ALL, locale), nullptr);
     EXPECT_EQ(cut("Jane Doe / Narrator"), "Jane Doe ");
-    EXPECT_EQ(cut("Dr. Who (2 episodes)"), "Dr. Who ");
     EXPECT_EQ(cut("12 (x) O'Neil?? ... more"), "12 (x) O'Neil?? ");
-    EXPECT_EQ(cut("a-b c/d"), "a-b c");
     EXPECT_EQ(cut("1 2 3"), "1 2 3");  // nothing to cut at
-    for (const char* kept : {"", "a", "ab", "a-", "a-/b-/"}) {
-      EXPECT_EQ(cut(kept), kept);
-    }
     EXPECT_EQ(cut("a\nb/"), "a\nb");
-    // Bytes, not characters: half a letter matches, also of a letter that is not listed.
-    EXPECT_EQ(cut("\xC3\xA9"
-                  "a/"),
-              "\xC3\xA9"
-              "a");
-    EXPECT_EQ(cut("\xC3\x89"
-                  "a / Narrator"),
-              "\xC3\x89"
-              "a ");
+    // Half a letter matches, also of one that is not listed.
+    EXPECT_EQ(cut("Éa / Narrator"), "Éa ");
     EXPECT_EQ(cut("a-\x82\xBF\xB0\xB7\xB0"), "a-\x82\xBF\xB0");
-    EXPECT_EQ(cut("a-\x81"), "a-\x81");
   }
   std::setlocale(LC_ALL, "C");
 }
@@ -59,7 +46,7 @@ TEST(RoleCut, IsTheRegularExpressionOfTheCLocale) {
   const string set = "a-zA-Z'?áâäãåèéêëìíîïòóôöõøùúûüÿýñçšžŸŽð\x82";
   regex_t pattern;
   ASSERT_EQ(regcomp(&pattern, ("[" + set + "].[" + set + " ]+").c_str(), REG_EXTENDED), 0);
-  std::mt19937 random(1);  // NOLINT(cert-msc51-cpp): the same in every run
+  std::mt19937 random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in every run
   int matched = 0;
   for (int i = 0; i < 20000; ++i) {
     string role(random() % 12, '\0');
@@ -132,7 +119,7 @@ TEST(CastTable, ARowWithoutAMarkerIsCutAllTheSame) {
   EXPECT_THAT(Cast("<tr class=" + open + "</tr>").names, ElementsAre(open.substr(39)));
   EXPECT_THAT(Cast("<tr class=" + open + "</tr>").roles, IsEmpty());
   try {
-    Cast("<tr class=" + gap.substr(1) + "</tr>");
+    const Cast cast("<tr class=" + gap.substr(1) + "</tr>");
     ADD_FAILURE();
   } catch (const std::out_of_range& error) {
     EXPECT_STREQ(error.what(), "basic_string::substr");
@@ -156,12 +143,12 @@ class Show : public testing::Test {
   velTVShowInfo info = velTVShowInfo();
 };
 
-const string kHead = "<h1 class=\"header\"> " + string(kName);
+const char kHead[] = "<h1 class=\"header\"> <span class=\"itemprop\" itemprop=\"name\">";
 const char kDash[] = "\xE2\x80\x93";
 
 TEST_F(Show, TitleAndYears) {
   const auto years = [this](const string& span) {
-    return titleAndDates(kHead + " A &amp; B </span> <span class=\"nobr\">(" + span +
+    return titleAndDates(string(kHead) + " A &amp; B </span> <span class=\"nobr\">(" + span +
                          ")</span></h1>");
   };
   EXPECT_EQ(years(string("2008") + kDash + "2013"), " A &amp; B |2008-01-01|2013-12-31");
@@ -173,9 +160,9 @@ TEST_F(Show, TitleAndYears) {
   const string shared = "<h3>Share this Rating</h3> <p>Title: <strong>S</strong>\n(2009)</p>";
   EXPECT_EQ(titleAndDates(shared), "S|2009-01-01|(null)");
   // The header alone has the years once it is closed, and the title once its span is.
-  EXPECT_EQ(titleAndDates(kHead + "A</span></h1>" + shared), "A|(null)|(null)");
-  EXPECT_EQ(titleAndDates(kHead + "A</span>" + shared), "A|2009-01-01|(null)");
-  EXPECT_EQ(titleAndDates(kHead + "A</h1>" + shared), "S|(null)|(null)");
+  EXPECT_EQ(titleAndDates(string(kHead) + "A</span></h1>" + shared), "A|(null)|(null)");
+  EXPECT_EQ(titleAndDates(string(kHead) + "A</span>" + shared), "A|2009-01-01|(null)");
+  EXPECT_EQ(titleAndDates(string(kHead) + "A</h1>" + shared), "S|(null)|(null)");
   EXPECT_EQ(titleAndDates("<h3>Share this Rating</h3>(1)<strong>S(2)</strong></p>(3)"),
             "S(2)|(null)|(null)");
   EXPECT_STREQ(info.id, "'");
@@ -277,13 +264,13 @@ TEST_F(Episode, Fields) {
 }
 
 TEST(TitlePages, MayEndAnywhere) {
-  const string page = kHead + "A</span><span class=\"nobr\">(2008" + kDash + "2013)</span></h1>" +
-                      "<meta property='og:title' content=\"&quot;S&quot; A (TV)\" />" +
-                      "<div class=\"poster\"><img src=\"t\"></div>"
-                      "<h4 class=\"inline\">Director:</h4>" +
-                      named("D") + "</div>" + "<table class=\"cast_list\">" +
-                      row("A", "<div>R</div>") + "</table>" +
-                      "<h4 class=\"inline\">Runtime:</h4><time x=\"PT\">49 min</time></div>";
+  const string page =
+      string(kHead) + "A</span><span class=\"nobr\">(2008" + kDash + "2013)</span></h1>" +
+      "<meta property='og:title' content=\"&quot;S&quot; A (TV)\" />" +
+      "<div class=\"poster\"><img src=\"t\"></div>"
+      "<h4 class=\"inline\">Director:</h4>" +
+      named("D") + "</div>" + "<table class=\"cast_list\">" + row("A", "<div>R</div>") +
+      "</table>" + "<h4 class=\"inline\">Runtime:</h4><time x=\"PT\">49 min</time></div>";
   for (size_t size = 0; size <= page.size(); ++size) {
     velTVShowInfo show = velTVShowInfo();
     velTVEpisode episode = velTVEpisode();
