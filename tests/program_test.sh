@@ -25,9 +25,11 @@ expect 1 '' movie search faultclosed
 expect 1 '' movie show tt9000009
 expect 0 '<?xml.*<id><!\[CDATA\[tt8000001\]\]></id>.*</tvshowlist> *' tv search 'Signal Row' -n 1
 expect 0 '<?xml.*<title><!\[CDATA\[Signal Row\]\]></title>.*</tvshow> *' tv show tt8000001 -l en
-expect 0 '<?xml.*<episode_number><!\[CDATA\[10\]\]>.*</tvepisode> *' tv episode tt8000001 2 10
+expect 0 '<?xml.*<episode_number><!\[CDATA\[10\]\]>.*</tvepisode> *' tv episode tt8000001 02 010
 expect 1 '' tv episode tt8000001 2 13
+expect 1 '' tv episode tt8000001 0 0
 expect 2 '' tv episode tt8000001 2
+expect 2 '' tv episode tt8000001 2 x
 expect 0 'Up	Up a b	a%20b' keyword 'Up (2009' a_b.2010
 expect 0 'quilp [0-9.]*' --version
 expect 0 '.*movie.*keyword.*' --help

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 
 #include "captured_document.h"
@@ -21,6 +22,17 @@ void addShowId(CLI::App* command) {
                    "Identifier of the show: as a search gave it; for an add-on, five characters in "
                    "front of its own")
       ->required();
+}
+
+// A release name's "08" is eight; the parser would take it for an octal number.
+void addNumber(CLI::App* command, const char* name, int& number, const char* description) {
+  const auto dropZeros = [](std::string& text) {
+    text.erase(0, std::min(text.find_first_not_of('0'), text.size() - 1));
+    return std::string();
+  };
+  command->add_option(name, number, description)
+      ->required()
+      ->transform(CLI::Validator(dropZeros, ""));
 }
 
 const char* languageOrNull() { return language.empty() ? nullptr : language.c_str(); }
@@ -54,8 +66,8 @@ void addTVCommands(CLI::App& app, int& status) {
   static int number = 0;
   CLI::App* episode = tv->add_subcommand("episode", "Show the details of one episode");
   addShowId(episode);
-  episode->add_option("SEASON", season, "Number of the season")->required();
-  episode->add_option("EPISODE", number, "Number of the episode in its season")->required();
+  addNumber(episode, "SEASON", season, "Number of the season");
+  addNumber(episode, "EPISODE", number, "Number of the episode in its season");
   addLanguage(episode);
   episode->callback([&status] {
     const int result = printDocument(
