@@ -285,6 +285,150 @@ QUILP_API void velFreeTVShowInfo(velTVShowInfo* info);
 /** As velFreeTVShowInfo. */
 QUILP_API void velFreeTVEpisode(velTVEpisode* info);
 
+/* ---- Karaoke ------------------------------------------------------------------------------- */
+
+/** A pattern to search a title by. */
+struct TitleSearchPattern_t {
+  std::string text; /**< the title; empty when an add-on gave the number of words only */
+  int wordCount;    /**< its words: every CJK character is one, every run of Latin letters is one */
+  int kind;         /**< always 1 */
+};
+
+/** A pattern to search an artist by. For callers: the library makes none. */
+struct ArtistSearchPattern_t {
+  std::string text;
+  int wordCount;
+  int kind;
+};
+
+/** One singer. */
+struct ArtistData_t {
+  std::string name; /**< as it stands in the file name, blanks at its ends included */
+  int gender;       /**< code of g_GenderCode; 0 for none */
+  int nationality;  /**< an add-on's code, which the library does not translate; 0 for none */
+  std::vector<ArtistSearchPattern_t> patterns; /**< left empty */
+};
+
+/** What a song file's name, or an add-on, tells. The caller constructs and destroys it. */
+struct KTV_ExtraData_t {
+  int language;      /**< code of g_LanguageCode; -1 not known, 0 a bracket that is no language */
+  int reserved1;     /**< set to -1, otherwise untouched */
+  int gain;          /**< as an add-on gave it; -1 not known */
+  int reserved2;     /**< set to -1, otherwise untouched */
+  int audioTrack;    /**< code of g_VocalTrackCode; -1 not known, 0 a bracket that is no track */
+  std::string title; /**< song title */
+  std::vector<ArtistData_t> artists;               /**< singers, in order */
+  std::vector<std::string> genres;                 /**< genres, in order */
+  void* reserved3[3];                              /**< the caller's, never touched */
+  std::vector<TitleSearchPattern_t> titlePatterns; /**< patterns to search the title by */
+};
+
+/** A language and its markers: Latin, traditional and simplified Chinese, with their lengths in
+ *  bytes. */
+struct KaraokeLanguageEntry {
+  const char* name;
+  const char* marker1;
+  int length1;
+  const char* marker2;
+  int length2;
+  const char* marker3;
+  int length3;
+  int code; /**< 0 ends the table */
+};
+
+/** A marker in a file name, and what it stands for. */
+struct KaraokeCodeEntry {
+  int code;
+  const char* marker;
+  int length; /**< in bytes; 0 ends the table */
+};
+
+/** What stands between two singers. */
+struct SeparatorEntry {
+  char text[8];
+  int length; /**< in bytes; 0 ends the table */
+};
+
+/** A country of ISO 3166-1. */
+struct CountryEntry {
+  const char* alpha2; /**< null ends the table */
+  const char* alpha3;
+  int numeric;
+  const char* name; /**< short English name; some have lost a blank */
+};
+
+extern "C" {
+
+/**
+ * Languages of the title part. The lengths are 0 until the first marker is looked for, by any of
+ * the functions below; that is safe in many threads. A host that reads the lengths itself does so
+ * behind such a call.
+ */
+QUILP_API extern KaraokeLanguageEntry g_LanguageCode[9];
+
+/** Vocal tracks: markers of the title part. */
+QUILP_API extern const KaraokeCodeEntry g_VocalTrackCode[6];
+
+/** Genders: markers of the artist part. */
+QUILP_API extern const KaraokeCodeEntry g_GenderCode[4];
+
+/** Separators of the artist part, in the order in which they are tried. */
+QUILP_API extern const SeparatorEntry s_SeparateStr[5];
+
+/** Countries, sorted by name; for callers, the library does not read it. */
+QUILP_API extern const CountryEntry g_CountryCode[250];
+
+/** Abbreviations of the months; for callers, the library does not read it. */
+QUILP_API extern const char* const year_en[12];
+
+/** Room for callers; the library neither reads nor writes it. */
+QUILP_API extern char gSearchKey[512];
+
+/**
+ * Describes a song file by an add-on's document or, without an add-on, by its name alone, as
+ * BasicGetKTVInfo does. The file need not exist.
+ *
+ * Numbers are set to -1 first. The title is replaced when there is one; lists are appended to.
+ *
+ * @param path  path of the song file; an add-on gets it unchanged, and null as an empty one
+ * @return      0 on success; 1 when the add-on failed or wrote no readable document, with nothing
+ *              but the numbers touched, or when `info` is null
+ */
+QUILP_API int velGetKTVInfo(const char* path, KTV_ExtraData_t* info);
+
+/** Sets the five numbers of the record to -1; strings and lists are not touched. */
+QUILP_API void initKTVInfo(KTV_ExtraData_t* info);
+
+/**
+ * Fills the record from a file name: ARTISTS_TITLE.EXTENSION, or TITLE.EXTENSION. What the name
+ * does not tell is left as it was; lists are appended to.
+ *
+ * @param name  without folders. What follows its last dot goes, and all but the first 1023 bytes
+ *              (a character that does not fit goes whole)
+ * @return      always 0; a null argument does nothing
+ */
+QUILP_API int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info);
+
+/**
+ * Reads a title part: the title, at most 1023 bytes of it, then markers of language and vocal
+ * track, of which the first of each kind counts. A title becomes a pattern too. A bracket that is
+ * neither marker sets those of the two to 0 that have not been found.
+ *
+ * @return always 0; a null argument does nothing
+ */
+QUILP_API int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info);
+
+/**
+ * Reads an artist part: names, at most 1023 bytes of each, with a separator between two of them and
+ * a gender marker behind each that has one. From a bracket on, all is skipped up to the next
+ * separator. Appends to `artists`.
+ *
+ * @return always 0; a null argument does nothing
+ */
+QUILP_API int parseArtist(const unsigned char* text, KTV_ExtraData_t* info);
+
+}  // extern "C"
+
 /* ---- Text ---------------------------------------------------------------------------------- */
 
 /** Text for a character code, as replace_string uses it; null from 251 on. */

@@ -11,21 +11,12 @@
 namespace libquilp {
 namespace {
 
-constexpr std::size_t kLongestCharacter = 4;  // bytes in UTF-8
-
-/// Copies as much as the buffer holds, but no part of a UTF-8 character.
+/// Copies as much as the buffer holds.
 template <std::size_t N>
 void copyCut(char (&buffer)[N], std::string_view text) {
-  std::size_t size = text.size();
-  if (size >= N) {
-    size = N - 1;
-    while (size > N - kLongestCharacter &&
-           (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) {
-      --size;
-    }
-  }
-  std::memcpy(buffer, text.data(), size);
-  buffer[size] = '\0';
+  const std::string_view fitting = atMost(text, N - 1);
+  std::memcpy(buffer, fitting.data(), fitting.size());
+  buffer[fitting.size()] = '\0';
 }
 
 }  // namespace

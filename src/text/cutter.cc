@@ -5,12 +5,30 @@
 #include <stdexcept>
 
 namespace libquilp {
+namespace {
+
+constexpr std::size_t kContinuationBytes = 3;  // a character has no more of them
+
+bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+}  // namespace
 
 std::string_view cutAt(std::string_view text, std::size_t start, std::size_t count) {
   if (start > text.size()) {
     throw std::out_of_range("basic_string::substr");
   }
   return text.substr(start, count);
+}
+
+std::string_view atMost(std::string_view text, std::size_t size) {
+  if (text.size() <= size) {
+    return text;
+  }
+  std::size_t end = size;
+  while (end > 0 && size - end < kContinuationBytes && isContinuation(text[end])) {
+    --end;
+  }
+  return text.substr(0, isContinuation(text[end]) ? size : end);  // stray bytes are no character
 }
 
 bool Cutter::past(std::string_view marker) {

@@ -13,6 +13,9 @@ using Cut = std::optional<std::string_view>;
 /// runs to the end; a start beyond it throws std::out_of_range.
 std::string_view cutAt(std::string_view text, std::size_t start, std::size_t count);
 
+/// As much of the text as `size` bytes hold, no part of a UTF-8 character at its end.
+std::string_view atMost(std::string_view text, std::size_t size);
+
 /// Walks one text from marker to marker and cuts out what stands between. A search that fails moves
 /// nothing, so that the next field is looked for from the same place.
 class Cutter {

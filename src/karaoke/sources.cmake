@@ -1,0 +1,6 @@
+target_sources(quilp_objects PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/api.cc
+  ${CMAKE_CURRENT_LIST_DIR}/artist.cc
+  ${CMAKE_CURRENT_LIST_DIR}/countries.cc
+  ${CMAKE_CURRENT_LIST_DIR}/tables.cc
+  ${CMAKE_CURRENT_LIST_DIR}/title.cc)
