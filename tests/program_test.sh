@@ -31,6 +31,10 @@ expect 1 '' tv episode tt8000001 0 0
 expect 2 '' tv episode tt8000001 2
 expect 2 '' tv episode tt8000001 2 x
 expect 0 'Up	Up a b	a%20b' keyword 'Up (2009' a_b.2010
+expect 0 '/s/A\[F\]_Song\[E\]\[0\]     title        Song     language     English     vocal track  0 .*'\
+'    artist       A, female B?     title        B? *' karaoke '/s/A[F]_Song[E][0]' 'B
+'
+expect 0 '.*"file" : "\[M,a\]Song\[L\]",.*"title" : "M,a\]Song".*' karaoke --json '[M,a]Song[L]'
 expect 0 'quilp [0-9.]*' --version
 expect 0 '.*movie.*keyword.*' --help
 expect 2 ''
@@ -38,6 +42,8 @@ expect 2 '' movie
 expect 2 '' movie search
 expect 2 '' movie search x -n 0
 expect 2 '' movie show
+expect 2 '' karaoke
+expect 2 '' karaoke --jsn x
 expect 2 '' nothing
 
 printf '[a]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/shell\n' \
@@ -46,6 +52,9 @@ printf '#!/bin/sh\nexit 42\n' >/etc/config/shell
 chmod +x /etc/config/shell
 expect 42 '' movie search x
 expect 42 '' movie show abcdex
+sed -i s/Movie/KTV/ /etc/config/zorp.conf
+expect 1 'x y' karaoke x y
+expect 1 '.*{ *"file" : "x" *}.*' karaoke --json x
 
 # A full disk is no success.
 rm /etc/config/zorp.conf

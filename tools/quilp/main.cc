@@ -1,23 +1,41 @@
 #include <cstdio>
 #include <exception>
+#include <string>
+#include <vector>
 
 #include "commands.h"
 
 namespace {
+
+/// The arguments as the parser takes them, last one first. It would take "[a,b]" for a list: a zero
+/// byte behind the bracket, where c_str() ends, keeps it whole.
+std::vector<std::string> argumentsOf(int argc, char** argv) {
+  std::vector<std::string> arguments;
+  for (int i = argc; --i > 0;) {
+    std::string argument = argv[i];
+    if (!argument.empty() && argument.front() == '[' && argument.back() == ']') {
+      argument += '\0';
+    }
+    arguments.push_back(argument);
+  }
+  return arguments;
+}
 
 int run(int argc, char** argv) {
   CLI::App app("Look up descriptive metadata for media files", "quilp");
   app.set_version_flag("--version", std::string("quilp ") + QUILP_VERSION);
   app.require_subcommand(1);
   app.footer(
-      "Results are XML documents on standard output. Exit status: 0 for a document, 1 for nothing\n"
-      "found, the status of the add-on, or of the client, that failed, 2 for wrong usage.");
+      "Results are XML documents on standard output, but for karaoke and keyword. Exit status: 0\n"
+      "for a document, 1 for nothing found, the status of the add-on, or of the client, that failed\n"
+      "(karaoke: 1), 2 for wrong usage.");
   int status = 0;
   quilp::addMovieCommands(app, status);
   quilp::addTVCommands(app, status);
+  quilp::addKaraokeCommand(app, status);
   quilp::addKeywordCommand(app, status);
   try {
-    app.parse(argc, argv);
+    app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : quilp::kWrongUsage;
   }
