@@ -221,8 +221,8 @@ TEST(KaraokeTitle, CountsWords) {
       // A lead byte takes as many bytes with it as it announces, but not behind a Latin word.
       {"\xE5xy z", 2},
       {"x\xE5xy z", 4},
-      {"\xE0x y", 2},
-      {"\xF0xyzw", 2},
+      {"\xE0xy", 2},
+      {"\xF0xyz", 1},
       // No look beyond the end.
       {string(40, '.') + "\xF0", 1},
       {string(40, '.') + "\xE5\x9C", 1},
