@@ -7,14 +7,14 @@
 namespace {
 
 const char* const kNames[] = {
-    "周杰倫[M]_青花瓷[國][L].mkv",
-    "張學友[M]+湯寶如[F]_相思風雨中[粵][R].mpg",
+    "林小雨[M]_夜航船[國][L].mkv",
+    "陳大海[M]+何月明[F]_風雨歸人[粵][R].mpg",
     "Anna Lane[F]&Tom Reed[M]_Harbour Lights[E][S].avi",
     "Los Tres Faros[G]_Noche de Sal[ES].mp4",
     "_Song Without a Singer.mkv",
-    "五月天[G]_倔強[M][0].dat",
+    "北極星[G]_一直走[M][0].dat",
     "A Title Alone[J].mp3",
-    "江蕙[F]＋阿吉仔[M]_夢中的情話[台][1].mkv",
+    "黃阿金[F]＋許文山[M]_港邊的夜[台][1].mkv",
 };
 
 void ordinaryNames(benchmark::State& state) {

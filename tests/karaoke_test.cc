@@ -208,7 +208,7 @@ TEST(KaraokeName, IsReadAsCallersWereBuiltOn) {
 TEST(KaraokeTitle, CountsWords) {
   const std::pair<string, int> cases[] = {
       {"two words", 2},
-      {"青花瓷", 3},
+      {"夜航船", 3},
       {"a青", 2},
       {"a青b", 3},
       {"rock'n'roll", 1},
@@ -278,7 +278,7 @@ class Grammar {
     string part;
     for (std::size_t n = below(4), i = 0; i < n; ++i) {
       part += i > 0 ? any({"+", "&", "＋", "＆"}) : "";
-      const string artist = any({"", "A", " Mr. B]", "周杰倫", "\xEF", "C-d 5"});
+      const string artist = any({"", "A", " Mr. B]", "林小雨", "\xEF", "C-d 5"});
       const std::size_t gender = below(6);
       part += artist;
       if (gender > 0) {
