@@ -362,7 +362,7 @@ extern "C" {
 /**
  * Languages of the title part. The lengths are 0 until the first marker is looked for, by any of
  * the functions below; that is safe in many threads. A host that reads the lengths itself does so
- * behind such a call.
+ * after such a call.
  */
 QUILP_API extern KaraokeLanguageEntry g_LanguageCode[9];
 
