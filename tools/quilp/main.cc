@@ -27,8 +27,8 @@ int run(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer(
       "Results are XML documents on standard output, but for karaoke and keyword. Exit status: 0\n"
-      "for a document, 1 for nothing found, the status of the add-on, or of the client, that failed\n"
-      "(karaoke: 1), 2 for wrong usage.");
+      "for a document, 1 for nothing found, the status of the add-on, or of the client, that\n"
+      "failed (karaoke: 1), 2 for wrong usage.");
   int status = 0;
   quilp::addMovieCommands(app, status);
   quilp::addTVCommands(app, status);
