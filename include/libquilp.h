@@ -29,13 +29,13 @@
  *   inherits standard input. A signal handler of yours that interrupts the wait (one without
  *   SA_RESTART) ends it: the call goes on as if the add-on had written nothing, and the child is
  *   left for you to collect. Pages are fetched by /sbin/curl through system and popen, at most 25
- *   seconds each.
+ *   seconds each; documents of the music services have 15 seconds to connect and no other limit.
  * - The search behind velSearchMovie starts one thread for each result and joins them all before it
  *   returns.
  * - An add-on's document goes to a file of its own under /tmp that is removed before the call
- *   returns. Pages go to files of fixed names under /var/tmp that are left behind: within a process
- *   requests of one kind wait for each other; two processes must not make requests of one kind at
- *   the same time.
+ *   returns, and so do a music service's document and its headers. Pages go to files of fixed names
+ *   under /var/tmp that are left behind: within a process requests of one kind wait for each other;
+ *   two processes must not make requests of one kind at the same time.
  * - Messages go to standard error.
  *
  * Every function may be called from several threads at once, each with records of its own.
@@ -93,7 +93,8 @@ extern "C" {
  * @param keyword  what to look for
  * @param count    how many results are wanted; an add-on may give more, all of which are returned
  * @param movies   receives an array for velFreeMovies, also when it holds nothing; left untouched
- *                 by some failures. Set it to null before the call, and release what it holds after.
+ *                 by some failures. Set it to null before the call, and release what it holds
+ * after.
  * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
  *                 otherwise left untouched
  * @return         how many records are in the array; 0 for none or failure. The built-in search
@@ -284,6 +285,74 @@ QUILP_API void velFreeTVShowInfo(velTVShowInfo* info);
 
 /** As velFreeTVShowInfo. */
 QUILP_API void velFreeTVEpisode(velTVEpisode* info);
+
+/* ---- Music --------------------------------------------------------------------------------- */
+
+/** One album. */
+struct velAlbum_ {
+  char* name;        /**< title */
+  char* artist;      /**< artist; filled by the album search only */
+  char* releasedate; /**< date of the first release, as text; the built-in search leaves it empty */
+  char* image;       /**< address of a cover picture; empty when there is none */
+};
+
+/** One picture of an artist. */
+struct velThumb_ {
+  char* url; /**< address of the picture; null when an add-on names none */
+};
+
+extern "C" {
+
+/**
+ * Searches albums by title.
+ *
+ * @param album   what to look for
+ * @param artist  whose albums; null or empty for anybody's
+ * @param count   how many results are wanted; an add-on may give more, all of which are returned
+ * @param albums  receives an array for velFreeAlbums, also an empty one when an add-on found
+ *                nothing or `count` is below 1; left untouched when an add-on failed or the service
+ *                has nothing
+ * @return        how many records are in the array; 0 for none or failure, an add-on's too. The
+ *                built-in search gives a negative count back, with an empty array.
+ */
+QUILP_API int velSearchAlbum(const char* album, const char* artist, int count, velAlbum_** albums);
+
+/**
+ * Lists the albums of an artist: as velSearchAlbum, but without the artist's name. Of the service's
+ * first `count` releases, those that are no albums are left out.
+ *
+ * @param albums  left untouched as for velSearchAlbum. When an artwork document cannot be read, the
+ *                listing is abandoned: the array is stored with the records filled so far, but the
+ *                result is 0.
+ */
+QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums);
+
+/**
+ * Lists pictures of an artist.
+ *
+ * @param thumbs  receives an array for velFreeThumbs, also an empty one when an add-on found
+ *                nothing, the service has no pictures or `count` is below 1; otherwise left
+ *                untouched when there is no result
+ * @return        how many records are in the array; 0 for none or failure
+ */
+QUILP_API int velGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs);
+
+/**
+ * Print what velSearchAlbum, velGetAlbumByArtist and velGetArtistThumbnail find, as an "albumlist"
+ * or "artistthumbnail" document. An add-on's document is copied as it is, and an add-on without the
+ * library's class serves these functions too.
+ *
+ * @return 0 after printing; 1 when nothing was found or an add-on failed, with nothing printed
+ */
+QUILP_API int velPrintSearchAlbum(const char* album, const char* artist, int count);
+QUILP_API int velPrintGetAlbumByArtist(const char* artist, int count);
+QUILP_API int velPrintGetArtistThumbnail(const char* artist, int count);
+
+/** Releases `count` records and the array. Null is ignored; a count below 1 releases the array. */
+QUILP_API void velFreeAlbums(velAlbum_* albums, int count);
+QUILP_API void velFreeThumbs(velThumb_* thumbs, int count);
+
+}  // extern "C"
 
 /* ---- Karaoke ------------------------------------------------------------------------------- */
 

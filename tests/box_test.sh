@@ -50,6 +50,9 @@ expect "system and checkout are read-only" "no no" \
 "$box" --writable "$outside" touch "$outside/file"
 expect "but for the folder that was asked for" file "$(ls -I bin "$outside")"
 
+expect "/tmp holds as much as was asked for" 8192 \
+  "$("$box" --tmp-size 8192 sh -c 'cat /dev/zero >/tmp/file 2>/dev/null; wc -c </tmp/file')"
+
 client='/sbin/curl -s -L -A Mozilla/5.0 --connect-timeout 15 --max-time 25'
 expect "the site answers for the service, and says so in its log" \
   "The Paper Lighthouse www.imdb.com GET /find?q=paper&s=tt 200" \

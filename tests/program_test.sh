@@ -30,6 +30,12 @@ expect 1 '' tv episode tt8000001 2 13
 expect 1 '' tv episode tt8000001 0 0
 expect 2 '' tv episode tt8000001 2
 expect 2 '' tv episode tt8000001 2 x
+expect 0 '<?xml.*<artist>The Tin Harbour</artist>.*<name>Fog Signals</name>.*</albumlist> *' \
+  music search Fog --artist 'Tin Harbour'
+expect 1 '' music search Fog --artist Lanterns
+expect 0 '<?xml.*<album rank="2">.*</albumlist> *' music albums Lanterns -n 2
+expect 0 '<?xml.*<url>[^<]*/3.jpg</url>.</artistthumbnail> *' music art 'Tin Harbour' -n 3
+expect 1 '' music art Nobody
 expect 0 'Up	Up a b	a%20b' keyword 'Up (2009' a_b.2010
 expect 0 '/s/A\[F\]_Song\[E\]\[0\]     title        Song     language     English     vocal track  0 .*'\
 '    artist       A, female B?     title        B? *' karaoke '/s/A[F]_Song[E][0]' 'B
@@ -44,6 +50,7 @@ expect 2 '' movie search x -n 0
 expect 2 '' movie show
 expect 2 '' karaoke
 expect 2 '' karaoke --jsn x
+expect 2 '' music albums
 expect 2 '' nothing
 
 printf '[a]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/shell\n' \

@@ -76,6 +76,11 @@ TEST(XMLNodeRead, FindsChildrenAndAttributesWithoutRegardToCase) {
   EXPECT_EQ(a.getChildNode(0).nAttribute(), 2);
   EXPECT_EQ(a.getChildNode(0).getAttribute(2).lpszValue, nullptr);
   EXPECT_EQ(a.getChildNode(0).getAttribute("none"), nullptr);
+  EXPECT_TRUE(a.getChildNode(0).getNextNode().getNextNode());
+  EXPECT_FALSE(a.getChildNode(0).getNextNode().getNextNode().getNextNode());
+  std::string names;
+  a.getChildNode(0).forEachAttribute([&](const XMLAttribute& own) { names += own.lpszName; });
+  EXPECT_EQ(names, "iId");
 }
 
 TEST(XMLNodeRead, AnEmptyNodeIsSafe) {

@@ -36,4 +36,6 @@ std::string readLines(std::FILE* stream);
 /// strdup, but null for null.
 char* SafeStrdup(const char* text);
 
+inline const char* orEmpty(const char* text) { return text != nullptr ? text : ""; }
+
 }  // namespace libquilp

@@ -1,6 +1,7 @@
 #include "plugin/page_fetch.h"
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -8,6 +9,8 @@
 #include <string_view>
 
 #include "plugin/files.h"
+#include "text/cutter.h"
+#include "text/removal.h"
 
 namespace libquilp {
 namespace {
@@ -30,6 +33,9 @@ bool canBeQuoted(const std::string& address) {
 std::string clientCommand(const std::string& address) {
   return std::string(kHttpClient) + " -s -L '" + address + "'";
 }
+
+/// One word of a command.
+std::string quoted(const std::string& text) { return '\'' + replaced(text, '\'', "'\\''") + '\''; }
 
 int exitStatus(int status) {
   if (status == -1) {
@@ -84,5 +90,53 @@ std::optional<std::string> fetchLeavingPipe(const std::string& address) {
 }
 
 void collectPipe() { leftPipe.reset(); }
+
+ServiceDocument::ServiceDocument() {
+  headers_.choose();
+  body_.choose();
+}
+
+bool ServiceDocument::fetch(const std::string& address) {
+  constexpr int kAttempts = 3;
+  constexpr useconds_t kPause = 500;  // microseconds: this short on purpose
+  bool overloaded = false;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    fetchOnce(address);
+    const auto status = statusLine();
+    overloaded = status && contains(*status, "503");
+    if (status && !overloaded) {
+      break;
+    }
+    if (overloaded) {
+      usleep(kPause);
+    }
+  }
+  return !overloaded;
+}
+
+void ServiceDocument::fetchOnce(const std::string& address) {
+  const std::string headers = headers_.name();
+  const std::string body = body_.name();
+  if (headers.empty() || body.empty()) {
+    return;  // the client would take the next word of its command for the missing name
+  }
+  // The client makes several addresses out of one with braces or brackets, unless it is told not
+  // to.
+  const std::string options = address.find_first_of("{}[]") != std::string::npos ? " -g " : " ";
+  const std::string command = kHttpClient + (" -D '" + headers) + "' --connect-timeout 15 -o " +
+                              body + options + quoted(address) + " >/dev/null 2>&1";
+  static_cast<void>(std::system(command.c_str()));
+}
+
+std::optional<std::string> ServiceDocument::statusLine() const {
+  std::FILE* const headers = std::fopen(headers_.name(), "r");
+  if (headers == nullptr) {
+    return {};
+  }
+  char line[1024] = {};
+  static_cast<void>(std::fgets(line, sizeof line, headers));
+  std::fclose(headers);
+  return line;
+}
 
 }  // namespace libquilp

@@ -5,9 +5,10 @@
 #include <string>
 
 #include "platform.h"
+#include "plugin/files.h"
 
-// The only places that know the command lines of the appliance's HTTP client. An address that holds
-// a single quote, or a zero byte, would end its own quoting there: it is never fetched.
+// The only places that know the command lines of the appliance's HTTP client. A page's address that
+// holds a single quote, or a zero byte, would end its own quoting there: it is never fetched.
 
 namespace libquilp {
 
@@ -48,6 +49,28 @@ struct PipeCollector {
   PipeCollector(const PipeCollector&) = delete;
   PipeCollector& operator=(const PipeCollector&) = delete;
   ~PipeCollector() { collectPipe(); }
+};
+
+/// A document of a web service, in a temporary file that goes with the object, as its headers do.
+/// Its address reaches the client as one argument, whatever it holds.
+class ServiceDocument {
+ public:
+  ServiceDocument();
+
+  /// Tries up to three times while the service is overloaded. False when it still was in the end;
+  /// otherwise there may be a document, or none.
+  bool fetch(const std::string& address);
+
+  /// Tries once, whatever the service answers.
+  void fetchOnce(const std::string& address);
+
+  const char* path() const { return body_.name(); }
+
+ private:
+  std::optional<std::string> statusLine() const;
+
+  CTmpFile headers_;
+  CTmpFile body_;
 };
 
 }  // namespace libquilp

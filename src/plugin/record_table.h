@@ -191,19 +191,27 @@ Record* allocateRecords(int count) {
       std::calloc(count > 0 ? static_cast<std::size_t>(count) : 1, sizeof(Record)));
 }
 
-/// Reads a list document: one record for each child `entry` of `root`, in an array for the caller,
-/// which is stored also when it is empty. Returns the number of records.
-template <class Record, std::size_t N>
-int readRecords(const XMLNode& root, const char* entry, const Field<Record> (&table)[N],
-                Record** records) {
+/// Reads a list document: one record for each child `entry` of `root`, filled by read(child,
+/// record), in an array for the caller, which is stored also when it is empty. Returns the number
+/// of records.
+template <class Record, class Read>
+int readRecords(const XMLNode& root, const char* entry, Record** records, Read read) {
   *records = allocateRecords<Record>(root.nChildNode(entry));
   if (*records == nullptr) {
     return 0;
   }
   int n = 0;
-  root.forEachChild(entry,
-                    [&](const XMLNode& element) { readRecord(element, table, (*records)[n++]); });
+  root.forEachChild(entry, [&](const XMLNode& element) { read(element, (*records)[n++]); });
   return n;
+}
+
+/// The same, where each child holds the elements of a table.
+template <class Record, std::size_t N>
+int readRecords(const XMLNode& root, const char* entry, const Field<Record> (&table)[N],
+                Record** records) {
+  return readRecords(root, entry, records, [&table](const XMLNode& element, Record& record) {
+    readRecord(element, table, record);
+  });
 }
 
 }  // namespace libquilp

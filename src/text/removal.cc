@@ -29,6 +29,14 @@ void removeAll(std::string& text, char c) {
   text.erase(std::remove(text.begin(), text.end(), c), text.end());
 }
 
+std::string replaced(std::string_view text, char c, std::string_view replacement) {
+  std::string copy;
+  for (const char own : text) {
+    copy.append(own == c ? replacement : std::string_view(&own, 1));
+  }
+  return copy;
+}
+
 }  // namespace libquilp
 
 std::string& removeEmptyChar(std::string& text) {

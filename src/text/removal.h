@@ -11,4 +11,7 @@ void removeAll(std::string& text, std::string_view pattern);
 
 void removeAll(std::string& text, char c);
 
+/// A copy with `replacement` for each `c`.
+std::string replaced(std::string_view text, char c, std::string_view replacement);
+
 }  // namespace libquilp

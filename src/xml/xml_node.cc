@@ -209,6 +209,14 @@ XMLNode XMLNode::getChildNode(const char* name, int i) const {
   return {};
 }
 
+XMLNode XMLNode::getNextNode() const {
+  pugi::xml_node next = node_.next_sibling();
+  while (next && next.type() != pugi::node_element) {
+    next = next.next_sibling();
+  }
+  return {document_, next};
+}
+
 int XMLNode::nClear() const { return countOfType(node_, pugi::node_cdata); }
 
 XMLClear XMLNode::getClear(int i) const { return {valueOfType(node_, pugi::node_cdata, i)}; }

@@ -35,6 +35,8 @@ class XMLNode {
   int nChildNode(const char* name) const;
   XMLNode getChildNode(int i) const;
   XMLNode getChildNode(const char* name, int i = 0) const;
+  /// The element behind this one, under the same parent.
+  XMLNode getNextNode() const;
 
   /// Calls visit(child) for each child element of that name, in document order: one walk, where
   /// getChildNode by index starts anew for each.
@@ -55,6 +57,14 @@ class XMLNode {
   int nAttribute() const;
   XMLAttribute getAttribute(int i) const;
   const char* getAttribute(const char* name) const;
+
+  /// Calls visit(attribute) for each attribute, in their order: one walk.
+  template <class Visit>
+  void forEachAttribute(Visit visit) const {
+    for (pugi::xml_attribute attribute : node_.attributes()) {
+      visit(XMLAttribute{attribute.name(), attribute.value()});
+    }
+  }
 
   XMLNode addChild(const char* name);
   void addAttribute(const char* name, const char* value);

@@ -52,6 +52,7 @@ int main(int argc, char** argv) {
   quilp_site::Site site;
   quilp_site::AddMovies(site);
   quilp_site::AddTV(site);
+  quilp_site::AddMusic(site);
 
   httplib::SSLServer server(certificate.c_str(), key.c_str());
   if (!server.is_valid()) {

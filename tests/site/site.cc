@@ -28,14 +28,8 @@ std::string EveryByte() {
 }
 
 constexpr Fault kFaults[] = {
-    {"fault500",
-     [](Reply& reply) {
-       reply = {500, "<p>Something broke.</p>", "", false};
-     }},
-    {"fault503",
-     [](Reply& reply) {
-       reply = {503, "<p>Too many requests.</p>", "", false};
-     }},
+    {"fault500", [](Reply& reply) { reply = Reply(500, "<p>Something broke.</p>"); }},
+    {"fault503", [](Reply& reply) { reply = Reply(503, "<p>Too many requests.</p>"); }},
     {"faultempty", [](Reply& reply) { reply.body.clear(); }},
     {"faultcut", [](Reply& reply) { reply.body.resize(reply.body.size() / 2); }},
     {"faultbinary", [](Reply& reply) { reply.body = EveryByte() + reply.body + EveryByte(); }},
@@ -97,10 +91,7 @@ Reply Site::Answer(Request request) const {
     const Fault* found = TakeFault(value);
     fault = found ? found : fault;
   }
-  const Body page = Find(request);
-  Reply reply;
-  reply.status = page ? 200 : 404;
-  reply.body = page.value_or("<p>There is no such page.</p>\n");
+  Reply reply = Find(request).value_or(Reply(404, "<p>There is no such page.</p>\n"));
   if (fault) {
     TakeFault(request.target);
     reply.location = "https://" + request.host + request.target;

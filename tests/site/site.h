@@ -7,6 +7,7 @@
 #include <optional>
 #include <regex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quilp_site {
@@ -22,6 +23,9 @@ struct Request {
 };
 
 struct Reply {
+  Reply(std::string page) : body(std::move(page)) {}
+  Reply(int code, std::string page) : status(code), body(std::move(page)) {}
+
   int status = 200;
   std::string body;
   std::string location;          // where to, for a redirection
@@ -32,7 +36,7 @@ struct Reply {
 /// of ID or WORDS with that fault in it; FaultNames() has the names.
 class Site {
  public:
-  using Body = std::optional<std::string>;  // nothing: no such page here
+  using Body = std::optional<Reply>;  // nothing: no such page here
   using Page = std::function<Body(const Request&)>;
 
   /// Pages of the same host and path are asked in the order of these calls.
@@ -71,5 +75,6 @@ bool HasWords(const std::string& title, const std::string& query);
 // One for each kind of page.
 void AddMovies(Site& site);
 void AddTV(Site& site);
+void AddMusic(Site& site);
 
 }  // namespace quilp_site

@@ -13,6 +13,7 @@ inline constexpr int kDefaultCount = 10;
 void addMovieCommands(CLI::App& app, int& status);
 void addTVCommands(CLI::App& app, int& status);
 void addKaraokeCommand(CLI::App& app, int& status);
+void addMusicCommands(CLI::App& app, int& status);
 void addKeywordCommand(CLI::App& app, int& status);
 
 }  // namespace quilp

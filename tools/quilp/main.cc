@@ -33,6 +33,7 @@ int run(int argc, char** argv) {
   quilp::addMovieCommands(app, status);
   quilp::addTVCommands(app, status);
   quilp::addKaraokeCommand(app, status);
+  quilp::addMusicCommands(app, status);
   quilp::addKeywordCommand(app, status);
   try {
     app.parse(argumentsOf(argc, argv));

@@ -1,0 +1,53 @@
+#include "music/json.h"
+
+#include <json/reader.h>
+
+#include <cstdio>
+#include <exception>
+#include <fstream>
+
+namespace libquilp {
+namespace {
+
+// Some versions of JsonCpp mark their Reader as deprecated.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+/// Returns what the reader has to say; none when all is well.
+std::optional<std::string> parse(std::istream& document, Json::Value& root) {
+  Json::Reader reader;
+  try {
+    if (reader.parse(document, root, false)) {
+      return {};
+    }
+    return reader.getFormattedErrorMessages();
+  } catch (const std::exception& error) {  // nested too deep for the reader, or no memory
+    return std::string(error.what()) + '\n';
+  }
+}
+#pragma GCC diagnostic pop
+
+}  // namespace
+
+std::optional<Json::Value> readJson(const char* path) {
+  std::ifstream document(path);
+  Json::Value root;
+  if (const auto messages = parse(document, root)) {
+    std::fprintf(stderr, "Failed to parse configuration\n%s", messages->c_str());
+    return {};
+  }
+  return root;
+}
+
+const Json::Value& member(const Json::Value& value, const std::string& name) {
+  return value.isObject() ? value[name] : Json::Value::nullSingleton();
+}
+
+const Json::Value& element(const Json::Value& value, Json::ArrayIndex i) {
+  return value.isArray() ? value[i] : Json::Value::nullSingleton();
+}
+
+std::string text(const Json::Value& value) {
+  return value.isString() ? value.asString() : std::string();
+}
+
+}  // namespace libquilp

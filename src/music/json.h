@@ -1,0 +1,25 @@
+#pragma once
+
+#include <json/value.h>
+
+#include <optional>
+#include <string>
+
+// Documents of the artwork service. What has not the expected shape counts as missing: nothing is
+// thrown.
+
+namespace libquilp {
+
+/// The document in a file; none when it cannot be parsed, which is told on standard error.
+std::optional<Json::Value> readJson(const char* path);
+
+/// A member of an object; null when there is none, or when `value` is no object.
+const Json::Value& member(const Json::Value& value, const std::string& name);
+
+/// An element of an array; null when there is none, or when `value` is no array.
+const Json::Value& element(const Json::Value& value, Json::ArrayIndex i);
+
+/// A string; empty when `value` is none.
+std::string text(const Json::Value& value);
+
+}  // namespace libquilp
