@@ -19,16 +19,15 @@
  * 5. An identifier is the scraper's own with five characters in front, which tell the catalogue
  *    whose it is. An add-on gets it without them (an empty one when it is shorter); the built-in
  *    scrapers take an identifier of the site as a search gave it, nothing in front.
- * 6. No function reports by exception. Where a standard exception can leave one, it says so.
+ * 6. No function reports by exception. Where a standard exception can leave one, it says so; when
+ *    memory runs out, std::bad_alloc can leave any that returns no plain number or character.
  *
  * What the library does to your process
  *
  * - It reads /etc/config/zorp.conf (which add-ons are enabled) at each lookup, and
  *   /etc/config/catalox.conf (an add-on's language); it keeps nothing between calls.
  * - It runs an add-on with fork and execvp and waits for it, however long that takes; the add-on
- *   inherits standard input. A signal handler of yours that interrupts the wait (one without
- *   SA_RESTART) ends it: the call goes on as if the add-on had written nothing, and the child is
- *   left for you to collect. Pages are fetched by /sbin/curl through system and popen, at most 25
+ *   inherits standard input. Pages are fetched by /sbin/curl through system and popen, at most 25
  *   seconds each; documents of the music services have 15 seconds to connect and no other limit.
  * - The search behind velSearchMovie starts one thread for each result and joins them all before it
  *   returns.
@@ -37,6 +36,10 @@
  *   under /var/tmp that are left behind: within a process requests of one kind wait for each other;
  *   two processes must not make requests of one kind at the same time.
  * - Messages go to standard error.
+ * - It relies on collecting its own children: do not ignore SIGCHLD, and do not wait for just any
+ *   child (waitpid with -1) while a call runs. A child that you fork meanwhile without executing
+ *   another program can hold a page's pipe open, and the call waits for it. While a page is fetched
+ *   to a file, SIGINT and SIGQUIT are ignored, as system does.
  *
  * Every function may be called from several threads at once, each with records of its own.
  */
@@ -359,7 +362,7 @@ QUILP_API void velFreeThumbs(velThumb_* thumbs, int count);
 /** A pattern to search a title by. */
 struct TitleSearchPattern_t {
   std::string text; /**< the title; empty when an add-on gave the number of words only */
-  int wordCount;    /**< its words: every CJK character is one, every run of Latin letters is one */
+  int wordCount;    /**< every CJK character counts, and every run of ASCII letters */
   int kind;         /**< always 1 */
 };
 
@@ -429,9 +432,9 @@ struct CountryEntry {
 extern "C" {
 
 /**
- * Languages of the title part. The lengths are 0 until the first marker is looked for, by any of
- * the functions below; that is safe in many threads. A host that reads the lengths itself does so
- * after such a call.
+ * Languages of the title part. The lengths are 0 until the first "[" of a title part is looked at,
+ * which is safe in many threads. A host that reads the lengths itself has them filled before, by
+ * BasicGetKTVInfo("[", &info).
  */
 QUILP_API extern KaraokeLanguageEntry g_LanguageCode[9];
 
@@ -472,8 +475,8 @@ QUILP_API void initKTVInfo(KTV_ExtraData_t* info);
  * Fills the record from a file name: ARTISTS_TITLE.EXTENSION, or TITLE.EXTENSION. What the name
  * does not tell is left as it was; lists are appended to.
  *
- * @param name  without folders. What follows its last dot goes, and all but the first 1023 bytes
- *              (a character that does not fit goes whole)
+ * @param name  without folders. All but its first 1023 bytes go (a character that does not fit goes
+ *              whole), then the last dot of those with what follows it
  * @return      always 0; a null argument does nothing
  */
 QUILP_API int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info);

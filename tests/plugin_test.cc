@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -109,6 +110,14 @@ TEST_F(Runner, GivesTheExitStatus) {
             0);
 }
 
+TEST_F(Runner, ASignalThatInterruptsTheWaitLeavesNoChild) {
+  struct sigaction action = {};
+  action.sa_handler = [](int) {};
+  sigaction(SIGALRM, &action, nullptr);
+  ualarm(100000, 0);
+  EXPECT_EQ(exec({"sh", "-c", "sleep 1; exit 3"}), 0);
+}
+
 TEST_F(Runner, HidesTheProgramsOutput) {
   EXPECT_EQ(test::standardOutputOf([] {
               exec({"sh", "-c", "echo out; ls -l /proc/$$/fd >&2"});
@@ -207,6 +216,13 @@ TEST_F(Fetch, AQuoteRunsNothing) {
   EXPECT_FALSE(fetchLeavingPipe(address));
   EXPECT_NE(access("/etc/config/ran", F_OK), 0);
   EXPECT_THAT(test::newSiteRequests(), testing::IsEmpty());
+}
+
+TEST_F(Fetch, BracketsMakeOneRequest) {
+  test::newSiteRequests();
+  EXPECT_TRUE(fetchThroughPipe("https://www.imdb.com/title/tt900000[1-3]/{a,b}"));
+  fetchToFile("https://www.imdb.com/title/tt900000[1-3]/", page);
+  EXPECT_THAT(test::newSiteRequests(), testing::SizeIs(2));
 }
 
 TEST_F(Fetch, ThePipeThatIsLeftBehindGoesWithItsThread) {

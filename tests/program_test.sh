@@ -63,8 +63,13 @@ sed -i s/Movie/KTV/ /etc/config/zorp.conf
 expect 1 'x y' karaoke x y
 expect 1 '.*{ *"file" : "x" *}.*' karaoke --json x
 
-# A full disk is no success.
+# A full disk and a closed output are no success.
 rm /etc/config/zorp.conf
+for tt in tt9000001 faultempty-tt9000001; do
+  actual=0
+  "$QUILP_PROGRAM" movie show $tt >&- 2>/tmp/errors || actual=$?
+  [ "$actual" = 1 ] && grep -q '^quilp: cannot take over' /tmp/errors || failures=$((failures + 1))
+done
 actual=0
 "$QUILP_PROGRAM" movie show tt9000001 >/dev/full 2>/tmp/errors || actual=$?
 [ "$actual" = 1 ] && grep -q '^quilp: cannot write' /tmp/errors || failures=$((failures + 1))

@@ -21,7 +21,7 @@ void copyCut(char (&buffer)[N], std::string_view text) {
 
 }  // namespace
 
-void enrichFromTitlePage(MovieWorkRecord& record, const char* reference) noexcept {
+void enrichFromTitlePage(MovieWorkRecord& record, const char* reference) {
   if (record.id[0] == '\0') {
     return;
   }
@@ -38,13 +38,19 @@ void enrichFromTitlePage(MovieWorkRecord& record, const char* reference) noexcep
   }
 }
 
-Enrichment::Enrichment(int n, ThreadBody body) : body_(body), work_(inFrame_) {
+Enrichment::Enrichment(int n, ThreadBody body) : n_(n), body_(body), work_(inFrame_) {
   const auto size = static_cast<std::size_t>(n);
   if (n > kInFrame) {
     onHeap_.reset(new Work[size]);
     work_ = onHeap_.get();
   }
   std::memset(work_, 0, size * sizeof(Work));
+}
+
+Enrichment::~Enrichment() {
+  for (int i = 0; i < n_; ++i) {
+    join(i);
+  }
 }
 
 void Enrichment::start(int i, const char* id) {
@@ -59,6 +65,7 @@ void Enrichment::start(int i, const char* id) {
 const MovieWorkRecord& Enrichment::join(int i) {
   if (work_[i].running) {
     pthread_join(work_[i].thread, nullptr);
+    work_[i].running = false;
   }
   return work_[i].record;
 }

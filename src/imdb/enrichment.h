@@ -18,13 +18,17 @@ struct MovieWorkRecord {
 using ThreadBody = void* (*)(void*);
 
 /// Fills a record from its title page; `reference` ends the page's address. An empty identifier is
-/// not fetched. Nothing is thrown: a thread has nobody to catch it.
-void enrichFromTitlePage(MovieWorkRecord& record, const char* reference) noexcept;
+/// not fetched. No error is thrown: a thread has nobody to catch it.
+void enrichFromTitlePage(MovieWorkRecord& record, const char* reference);
 
 /// Fans out over work records of its own, one thread each, and joins them in order.
 class Enrichment {
  public:
   Enrichment(int n, ThreadBody body);
+  /// Joins what still runs: the calling thread may have been cancelled.
+  ~Enrichment();
+  Enrichment(const Enrichment&) = delete;
+  Enrichment& operator=(const Enrichment&) = delete;
 
   /// A thread that cannot be started is run by the caller.
   void start(int i, const char* id);
@@ -39,6 +43,7 @@ class Enrichment {
   // More than these would not be safe in the frame of a small thread.
   static constexpr int kInFrame = 4;
 
+  int n_;
   ThreadBody body_;
   Work inFrame_[kInFrame];
   std::unique_ptr<Work[]> onHeap_;

@@ -24,8 +24,12 @@ constexpr NumberField kNumberFields[] = {
     {"Gain", &KTV_ExtraData_t::gain},
 };
 
-/// The element's plain text; null when it has none. These documents use no CDATA.
-const char* textOf(const XMLNode& element) { return element.getText(0); }
+/// The element's plain text; null when it has none, or only references to blanks. These documents
+/// use no CDATA.
+const char* textOf(const XMLNode& element) {
+  const char* text = element.getText(0);
+  return text != nullptr && *text != '\0' ? text : nullptr;
+}
 
 /// 0 for no text. What an int cannot hold becomes its nearest value, wherever a long is wider.
 int numberOf(const char* text) {

@@ -25,7 +25,11 @@ int lengthOf(const char* marker) { return static_cast<int>(std::strlen(marker));
 /// The first call fills the lengths in, any further one costs the look at a flag.
 void fillLanguageLengths() {
   static const bool filled = [] {
-    for (KaraokeLanguageEntry* row = g_LanguageCode; row->code > 0; ++row) {
+    KaraokeLanguageEntry* row = g_LanguageCode;
+    if (row->length1 != 0) {
+      return true;  // a host has done it
+    }
+    for (; row->code > 0; ++row) {
       row->length1 = lengthOf(row->marker1);
       row->length2 = lengthOf(row->marker2);
       row->length3 = lengthOf(row->marker3);

@@ -119,7 +119,7 @@ Cut photoPathOf(std::string_view page) {
 
 char* fetchPoster(std::string_view page) {
   const Cut path = photoPathOf(page);
-  if (!path) {
+  if (!path || !isSitePath(*path)) {
     return nullptr;
   }
   const FilePage photo =
@@ -167,13 +167,16 @@ void readCast(std::string_view page, velMovieInfo_& info) {
   Cutter cast(Cutter(page)
                   .betweenOrRest("<h3>Cast</h3>", "<form action=\"/character/create\"")
                   .value_or(""));
+  bool cellsLeft = true;  // without it, every actor behind the last cell would look to the end
   while (cast.past(".src='/rg/castlist/position-")) {
     const Cut actor = cast.betweenOrRest("/';\">", "</a>");
     if (!actor) {
       return;
     }
     info.actor.push_back(decoded(*actor));
-    if (const Cut cell = cast.betweenOrRest("<td class=\"char\">", "</td>")) {
+    const Cut cell = cellsLeft ? cast.betweenOrRest("<td class=\"char\">", "</td>") : Cut();
+    cellsLeft = cell.has_value();
+    if (cell) {
       info.role.push_back(roleOf(*cell));
     }
   }
@@ -219,7 +222,7 @@ void readCombinedPage(std::string_view page, const char* id, velMovieInfo_& info
 
 int imdbGetMovieInfo(const char* id, velMovieInfo_* info) {
   using namespace libquilp;
-  id = id != nullptr ? id : "";
+  id = orEmpty(id);
   const FilePage page =
       fetchToFile(std::string(IMDB_AKAS_BASE) + "/title/" + id + "/combined", movieInfoPage);
   if (page.text) {

@@ -57,6 +57,7 @@ int readAlternatePage(std::string_view page, int count, velMovie_* movies) {
 
 int imdbBasicGetMovies(const char* keyword, int count, velMovie_** movies) {
   using namespace libquilp;
+  keyword = orEmpty(keyword);
   return searchTitles(kMovieSearch,
                       std::string(IMDB_MAIN_BASE) + "/find?ref_=nv_sr_fn&q=" + keyword + "&s=tt",
                       count, movies);
@@ -64,6 +65,7 @@ int imdbBasicGetMovies(const char* keyword, int count, velMovie_** movies) {
 
 int imdbGetMovies(const char* keyword, int count, velMovie_** movies) {
   using namespace libquilp;
+  keyword = orEmpty(keyword);
   const FilePage page =
       fetchToFile(std::string(IMDB_AKAS_BASE) +
                       "/search/title?at=0&sort=moviemeter,asc&start=1&title=" + keyword +

@@ -4,6 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace libquilp {
 
 int ExecCommand(char** argv) {
@@ -18,7 +20,15 @@ int ExecCommand(char** argv) {
     }
     execvp(argv[0], argv);
   }
-  waitpid(child, &status, 0);
+  if (child < 0) {
+    return status;  // a wait would collect a child of the host
+  }
+  if (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    // The interrupted wait's status counts, but the child is not left behind.
+    int ignored = 0;
+    while (waitpid(child, &ignored, 0) < 0 && errno == EINTR) {
+    }
+  }
   return WIFSIGNALED(status) ? 1 : WEXITSTATUS(status);
 }
 

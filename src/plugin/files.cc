@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -50,10 +51,15 @@ std::optional<std::string> readFile(const char* path) {
 std::string readLines(std::FILE* stream) {
   std::string text;
   char piece[2048];
-  while (std::fgets(piece, sizeof piece, stream) != nullptr) {
-    text += piece;
+  for (;;) {
+    if (std::fgets(piece, sizeof piece, stream) != nullptr) {
+      text += piece;
+    } else if (std::ferror(stream) != 0 && errno == EINTR) {
+      std::clearerr(stream);  // a signal of the host's is not the end of the page
+    } else {
+      return text;
+    }
   }
-  return text;
 }
 
 char* SafeStrdup(const char* text) { return text != nullptr ? strdup(text) : nullptr; }

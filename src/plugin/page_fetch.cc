@@ -30,8 +30,13 @@ bool canBeQuoted(const std::string& address) {
   return address.find_first_of(std::string_view("'\0", 2)) == std::string::npos;
 }
 
+/// The client makes several addresses out of one with braces or brackets, unless it is told not to.
+const char* globOption(const std::string& address) {
+  return address.find_first_of("{}[]") != std::string::npos ? " -g" : "";
+}
+
 std::string clientCommand(const std::string& address) {
-  return std::string(kHttpClient) + " -s -L '" + address + "'";
+  return std::string(kHttpClient) + globOption(address) + " -s -L '" + address + "'";
 }
 
 /// One word of a command.
@@ -120,11 +125,9 @@ void ServiceDocument::fetchOnce(const std::string& address) {
   if (headers.empty() || body.empty()) {
     return;  // the client would take the next word of its command for the missing name
   }
-  // The client makes several addresses out of one with braces or brackets, unless it is told not
-  // to.
-  const std::string options = address.find_first_of("{}[]") != std::string::npos ? " -g " : " ";
-  const std::string command = kHttpClient + (" -D '" + headers) + "' --connect-timeout 15 -o " +
-                              body + options + quoted(address) + " >/dev/null 2>&1";
+  const std::string command = std::string(kHttpClient) + globOption(address) + " -D '" + headers +
+                              "' --connect-timeout 15 -o " + body + ' ' + quoted(address) +
+                              " >/dev/null 2>&1";
   static_cast<void>(std::system(command.c_str()));
 }
 

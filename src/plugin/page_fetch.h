@@ -3,6 +3,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform.h"
 #include "plugin/files.h"
@@ -28,6 +29,10 @@ struct FilePage {
   int status;                       // the client's exit status; nothing else is set when not 0
   std::optional<std::string> text;  // none when the file cannot be opened
 };
+
+/// Whether a page's own text leads to a page of the same site: behind the host's name anything else
+/// could name another host.
+inline bool isSitePath(std::string_view path) { return path.substr(0, 1) == "/"; }
 
 /// Fetches a page into its file, which is removed before and left behind afterwards.
 FilePage fetchToFile(const std::string& address, PageFile& file);

@@ -9,6 +9,7 @@
 
 #include "ascii.h"
 #include "libquilp.h"
+#include "text/c_locale.h"
 
 namespace libquilp {
 namespace {
@@ -134,6 +135,7 @@ std::string ProcessKeyword(const char* keyword, int mode) {
   blankBrackets(text, '(', ')');
   blankBrackets(text, '[', ']');
   blankReleaseTags(text);
+  const CLocale digits;
   const EpisodePattern episode;
   if (!episode.ready()) {
     std::fputs("regcomp() failed, returning nonzero\n", stderr);

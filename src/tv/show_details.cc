@@ -61,7 +61,7 @@ Cut firstPicturePathOf(std::string_view page) {
 
 char* fetchBanner(std::string_view page) {
   const Cut path = firstPicturePathOf(page);
-  if (!path) {
+  if (!path || !isSitePath(*path)) {
     return nullptr;
   }
   const auto picture = fetchWithoutLimits(std::string(IMDB_MAIN_BASE).append(*path));

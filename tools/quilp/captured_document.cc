@@ -21,8 +21,9 @@ namespace {
 /// Standard output goes to a file in memory as long as it lives.
 class Capture {
  public:
-  Capture() : file_(memfd_create("document", MFD_CLOEXEC)), output_(dup(STDOUT_FILENO)) {
-    if (file_ < 0 || output_ < 0 || dup2(file_, STDOUT_FILENO) < 0) {
+  // The output is looked at first: where it is closed, the file would take its place.
+  Capture() : output_(dup(STDOUT_FILENO)), file_(memfd_create("document", MFD_CLOEXEC)) {
+    if (output_ < 0 || file_ < 0 || dup2(file_, STDOUT_FILENO) < 0) {
       fail("cannot take over standard output");
     }
   }
@@ -52,8 +53,8 @@ class Capture {
     dup2(output_, STDOUT_FILENO);
   }
 
-  int file_;
   int output_;
+  int file_;
 };
 
 /// Whether anything but blanks stands between two tags or in a CDATA section.
@@ -79,8 +80,8 @@ int printDocument(const std::function<int()>& print) {
   Capture capture;
   const int status = print();
   const std::string document = capture.take();
-  std::fwrite(document.data(), 1, document.size(), stdout);
-  if (std::fflush(stdout) != 0) {
+  if (std::fwrite(document.data(), 1, document.size(), stdout) != document.size() ||
+      std::fflush(stdout) != 0) {
     fail("cannot write");
   }
   if (status != 0) {

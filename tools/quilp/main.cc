@@ -7,13 +7,15 @@
 
 namespace {
 
-/// The arguments as the parser takes them, last one first. It would take "[a,b]" for a list: a zero
-/// byte behind the bracket, where c_str() ends, keeps it whole.
+/// The arguments as the parser takes them, last one first. It would take "[a,b]" for a list and
+/// "++" for the end of a command: a zero byte behind them, where c_str() ends, keeps them what they
+/// are.
 std::vector<std::string> argumentsOf(int argc, char** argv) {
   std::vector<std::string> arguments;
   for (int i = argc; --i > 0;) {
     std::string argument = argv[i];
-    if (!argument.empty() && argument.front() == '[' && argument.back() == ']') {
+    const bool list = !argument.empty() && argument.front() == '[' && argument.back() == ']';
+    if (list || argument == "++") {
       argument += '\0';
     }
     arguments.push_back(argument);

@@ -25,7 +25,7 @@ void addMovieCommands(CLI::App& app, int& status) {
   search->add_option("KEYWORD", keyword, "What to look for")->required();
   search->add_option("-n", count, "Results wanted")
       ->capture_default_str()
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(1, kMostResults));
   search->callback([&status] {
     status = printDocument([] { return velPrintSearchMovie(keyword.c_str(), count); });
   });

@@ -13,7 +13,7 @@ int count = kDefaultCount;
 void addCount(CLI::App* command) {
   command->add_option("-n", count, "Results wanted")
       ->capture_default_str()
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(1, kMostResults));
 }
 
 void addArtistCommand(CLI::App* music, int& status, const char* name, const char* description,

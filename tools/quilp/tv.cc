@@ -48,7 +48,7 @@ void addTVCommands(CLI::App& app, int& status) {
   search->add_option("KEYWORD", keyword, "What to look for")->required();
   search->add_option("-n", count, "Results wanted")
       ->capture_default_str()
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(1, kMostResults));
   addLanguage(search);
   search->callback([&status] {
     status = printDocument(

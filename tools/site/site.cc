@@ -19,7 +19,7 @@ struct Fault {
   void (*apply)(Reply& reply);
 };
 
-std::string EveryByte() {
+std::string everyByte() {
   std::string bytes;
   for (int byte = 0; byte < 256; ++byte) {
     bytes += static_cast<char>(byte);
@@ -32,14 +32,14 @@ constexpr Fault kFaults[] = {
     {"fault503", [](Reply& reply) { reply = Reply(503, "<p>Too many requests.</p>"); }},
     {"faultempty", [](Reply& reply) { reply.body.clear(); }},
     {"faultcut", [](Reply& reply) { reply.body.resize(reply.body.size() / 2); }},
-    {"faultbinary", [](Reply& reply) { reply.body = EveryByte() + reply.body + EveryByte(); }},
+    {"faultbinary", [](Reply& reply) { reply.body = everyByte() + reply.body + everyByte(); }},
     {"faultbig", [](Reply& reply) { reply.body.insert(0, 5 << 20, '.'); }},
     {"faultclosed", [](Reply& reply) { reply.closes_half_way = true; }},
     {"faultmoved", [](Reply& reply) { reply.status = 302; }},
 };
 
 // Takes a fault's name, and what separates it from the rest, out of the text.
-const Fault* TakeFault(std::string& text) {
+const Fault* takeFault(std::string& text) {
   for (const Fault& fault : kFaults) {
     const size_t start = text.find(fault.name);
     if (start == std::string::npos) {
@@ -57,7 +57,7 @@ const Fault* TakeFault(std::string& text) {
   return nullptr;
 }
 
-std::set<std::string> Words(const std::string& text) {
+std::set<std::string> words(const std::string& text) {
   static const std::regex reference("&#?[A-Za-z0-9]+;");
   std::string plain = std::regex_replace(text, reference, " ");
   std::set<std::string> words;
@@ -76,31 +76,31 @@ std::set<std::string> Words(const std::string& text) {
 
 }  // namespace
 
-std::string Request::Query(const std::string& name) const {
+std::string Request::parameter(const std::string& name) const {
   auto found = query.find(name);
   return found == query.end() ? "" : found->second;
 }
 
-void Site::Serve(std::string host, const std::string& path_pattern, Page page) {
+void Site::serve(std::string host, const std::string& path_pattern, Page page) {
   routes_.push_back({std::move(host), std::regex(path_pattern), std::move(page)});
 }
 
-Reply Site::Answer(Request request) const {
-  const Fault* fault = TakeFault(request.path);
+Reply Site::answer(Request request) const {
+  const Fault* fault = takeFault(request.path);
   for (auto& [name, value] : request.query) {
-    const Fault* found = TakeFault(value);
+    const Fault* found = takeFault(value);
     fault = found ? found : fault;
   }
-  Reply reply = Find(request).value_or(Reply(404, "<p>There is no such page.</p>\n"));
+  Reply reply = find(request).value_or(Reply(404, "<p>There is no such page.</p>\n"));
   if (fault) {
-    TakeFault(request.target);
+    takeFault(request.target);
     reply.location = "https://" + request.host + request.target;
     fault->apply(reply);
   }
   return reply;
 }
 
-Site::Body Site::Find(Request& request) const {
+Site::Body Site::find(Request& request) const {
   for (const Route& route : routes_) {
     std::smatch match;
     if (route.host == request.host && std::regex_match(request.path, match, route.path)) {
@@ -113,7 +113,7 @@ Site::Body Site::Find(Request& request) const {
   return std::nullopt;
 }
 
-std::vector<std::string> FaultNames() {
+std::vector<std::string> faultNames() {
   std::vector<std::string> names;
   for (const Fault& fault : kFaults) {
     names.emplace_back(fault.name);
@@ -121,7 +121,7 @@ std::vector<std::string> FaultNames() {
   return names;
 }
 
-std::string ReadFile(const std::string& name) {
+std::string readFile(const std::string& name) {
   std::ifstream file(std::string(QUILP_SITE_DATA) + "/" + name);
   if (!file) {
     throw std::runtime_error("no file " + name);
@@ -129,14 +129,14 @@ std::string ReadFile(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-Json::Value ParseJson(const std::string& text) {
+Json::Value parseJson(const std::string& text) {
   Json::Value value;
   std::istringstream stream(text);
   stream >> value;
   return value;
 }
 
-std::string Fill(const std::string& text, const Json::Value& values) {
+std::string fill(const std::string& text, const Json::Value& values) {
   // Where the text goes on after the mark that ends at `end`.
   auto after = [&text](size_t mark, size_t end) {
     bool alone = (mark == 0 || text[mark - 1] == '\n') && text[end] == '\n';
@@ -160,7 +160,7 @@ std::string Fill(const std::string& text, const Json::Value& values) {
     from = after(close, close + closing.size());
     const Json::Value& member = values[name];
     if (member.isString()) {
-      filled += Fill(inner, values);
+      filled += fill(inner, values);
     }
     for (Json::ArrayIndex i = 0; member.isArray() && i < member.size(); ++i) {
       Json::Value item = values;
@@ -170,15 +170,15 @@ std::string Fill(const std::string& text, const Json::Value& values) {
       }
       item["."] = member[i].isString() ? member[i] : "";
       item["n"] = i + 1;
-      filled += Fill(inner, item);
+      filled += fill(inner, item);
     }
   }
   return filled + text.substr(from);
 }
 
-bool HasWords(const std::string& title, const std::string& query) {
-  std::set<std::string> has = Words(title);
-  std::set<std::string> wanted = Words(query);
+bool hasWords(const std::string& title, const std::string& query) {
+  std::set<std::string> has = words(title);
+  std::set<std::string> wanted = words(query);
   return !wanted.empty() && std::includes(has.begin(), has.end(), wanted.begin(), wanted.end());
 }
 

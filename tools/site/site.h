@@ -19,7 +19,7 @@ struct Request {
   std::multimap<std::string, std::string> query;  // decoded
   std::string id;                                 // what the page's pattern has in parentheses
 
-  std::string Query(const std::string& name) const;
+  std::string parameter(const std::string& name) const;
 };
 
 struct Reply {
@@ -33,16 +33,16 @@ struct Reply {
 };
 
 /// The pages of all hosts. A title of "faultNAME-ID" and a query of "faultNAME WORDS" give the page
-/// of ID or WORDS with that fault in it; FaultNames() has the names.
+/// of ID or WORDS with that fault in it; faultNames() has the names.
 class Site {
  public:
   using Body = std::optional<Reply>;  // nothing: no such page here
   using Page = std::function<Body(const Request&)>;
 
   /// Pages of the same host and path are asked in the order of these calls.
-  void Serve(std::string host, const std::string& path_pattern, Page page);
+  void serve(std::string host, const std::string& path_pattern, Page page);
 
-  Reply Answer(Request request) const;
+  Reply answer(Request request) const;
 
  private:
   struct Route {
@@ -51,30 +51,30 @@ class Site {
     Page page;
   };
 
-  Body Find(Request& request) const;
+  Body find(Request& request) const;
 
   std::vector<Route> routes_;
 };
 
-std::vector<std::string> FaultNames();
+std::vector<std::string> faultNames();
 
 /// Reads a file beside the site's sources.
-std::string ReadFile(const std::string& name);
-Json::Value ParseJson(const std::string& text);
+std::string readFile(const std::string& name);
+Json::Value parseJson(const std::string& text);
 
 /// Puts the member `name` in the place of {{name}}: nothing if it is missing. The text between
 /// {{#name}} and {{/name}} stands there if the member exists; once for each item of a list, whose
 /// members come first, {{n}} being its number and {{.}} an item that is a string. Such a mark alone
 /// on its line takes the line with it.
-std::string Fill(const std::string& text, const Json::Value& values);
+std::string fill(const std::string& text, const Json::Value& values);
 
 /// Whether every word of `query` is a word of `title`, without regard to ASCII case; false for a
 /// query without words. Character references are no words.
-bool HasWords(const std::string& title, const std::string& query);
+bool hasWords(const std::string& title, const std::string& query);
 
 // One for each kind of page.
-void AddMovies(Site& site);
-void AddTV(Site& site);
-void AddMusic(Site& site);
+void addMovies(Site& site);
+void addTV(Site& site);
+void addMusic(Site& site);
 
 }  // namespace quilp_site

@@ -10,7 +10,7 @@ namespace {
 using Movies = std::vector<Json::Value>;
 
 // Gives what the pages need beyond the data.
-Json::Value Complete(Json::Value movie) {
+Json::Value complete(Json::Value movie) {
   auto preset = [&movie](const char* member, const std::string& value) {
     movie[member] = movie.get(member, value);
   };
@@ -27,60 +27,60 @@ Json::Value Complete(Json::Value movie) {
   return movie;
 }
 
-Movies ReadMovies() {
-  const Json::Value data = ParseJson(ReadFile("movies.json"));
+Movies readMovies() {
+  const Json::Value data = parseJson(readFile("movies.json"));
   Movies movies;
   for (const Json::Value& movie : data["movies"]) {
-    movies.push_back(Complete(movie));
+    movies.push_back(complete(movie));
   }
   const Json::Value& filler = data["filler"];
   const std::string pattern = Json::writeString(Json::StreamWriterBuilder(), filler["movie"]);
   for (int i = 0; i < filler["count"].asInt(); ++i) {
     Json::Value number;
     number["n"] = i + 1;
-    Json::Value movie = ParseJson(Fill(pattern, number));
+    Json::Value movie = parseJson(fill(pattern, number));
     movie["id"] = "tt" + std::to_string(filler["first_id"].asInt() + i);
-    movies.push_back(Complete(movie));
+    movies.push_back(complete(movie));
   }
   // Rows whose title pages have faults.
-  for (const std::string& fault : FaultNames()) {
+  for (const std::string& fault : faultNames()) {
     Json::Value row;
     row["id"] = fault + "-" + movies.front()["id"].asString();
     row["title"] = "Broken Lantern";
     row["year"] = "2001";
-    movies.push_back(Complete(row));
+    movies.push_back(complete(row));
   }
   return movies;
 }
 
 }  // namespace
 
-void AddMovies(Site& site) {
-  const Movies movies = ReadMovies();
+void addMovies(Site& site) {
+  const Movies movies = readMovies();
 
   auto serve_search = [&](const char* host, const char* path, const char* words, const char* name) {
-    site.Serve(host, path, [=, page = ReadFile(name)](const Request& request) -> Site::Body {
-      if (request.Query("ttype") == "tv") {
+    site.serve(host, path, [=, page = readFile(name)](const Request& request) -> Site::Body {
+      if (request.parameter("ttype") == "tv") {
         return std::nullopt;
       }
       Json::Value values;
       for (const Json::Value& movie : movies) {
-        if (HasWords(movie["words"].asString(), request.Query(words))) {
+        if (hasWords(movie["words"].asString(), request.parameter(words))) {
           values["rows"].append(movie);
         }
       }
       values[values.isMember("rows") ? "found" : "none"] = "yes";
-      return Fill(page, values);
+      return fill(page, values);
     });
   };
   serve_search("www.imdb.com", "/find", "q", "pages/movie_find.html");
   serve_search("akas.imdb.com", "/search/title", "title", "pages/movie_alternate_search.html");
 
   auto serve_movie = [&](const char* host, const char* path, const char* name) {
-    site.Serve(host, path, [=, page = ReadFile(name)](const Request& request) -> Site::Body {
+    site.serve(host, path, [=, page = readFile(name)](const Request& request) -> Site::Body {
       for (const Json::Value& movie : movies) {
         if (movie["id"] == request.id) {
-          return Fill(page, movie);
+          return fill(page, movie);
         }
       }
       return std::nullopt;

@@ -18,7 +18,7 @@ namespace {
 
 constexpr size_t kWorkers = 64;  // requests that are served, and delayed, at the same time
 
-void Send(const quilp_site::Reply& reply, httplib::Response& response) {
+void send(const quilp_site::Reply& reply, httplib::Response& response) {
   response.status = reply.status;
   if (reply.status == 302) {
     response.set_redirect(reply.location);
@@ -50,9 +50,9 @@ int main(int argc, char** argv) {
   CLI11_PARSE(app, argc, argv);
 
   quilp_site::Site site;
-  quilp_site::AddMovies(site);
-  quilp_site::AddTV(site);
-  quilp_site::AddMusic(site);
+  quilp_site::addMovies(site);
+  quilp_site::addTV(site);
+  quilp_site::addMusic(site);
 
   httplib::SSLServer server(certificate.c_str(), key.c_str());
   if (!server.is_valid()) {
@@ -71,7 +71,7 @@ int main(int argc, char** argv) {
   server.set_pre_routing_handler([&](const httplib::Request& request, httplib::Response& response) {
     std::string host = request.get_header_value("Host");
     host.resize(std::min(host.size(), host.find(':')));
-    quilp_site::Reply reply = site.Answer({host, request.target, request.path, request.params, ""});
+    quilp_site::Reply reply = site.answer({host, request.target, request.path, request.params, ""});
     {
       // Before the reply: who has a page finds its line.
       std::lock_guard<std::mutex> lock(log_mutex);
@@ -79,7 +79,7 @@ int main(int argc, char** argv) {
                << std::endl;
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(delay));
-    Send(reply, response);
+    send(reply, response);
     return httplib::Server::HandlerResponse::Handled;
   });
   // The library's queue of five waiting connections is too short for a search's threads.

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <locale.h>
+
+namespace libquilp {
+
+/// As long as it lives, the calling thread's C functions classify characters as in the "C" locale,
+/// whatever the host has set.
+class CLocale {
+ public:
+  CLocale() : own_(newlocale(LC_ALL_MASK, "C", nullptr)), hosts_(uselocale(own_)) {}
+  ~CLocale() {
+    uselocale(hosts_);
+    if (own_ != nullptr) {
+      freelocale(own_);
+    }
+  }
+  CLocale(const CLocale&) = delete;
+  CLocale& operator=(const CLocale&) = delete;
+
+ private:
+  locale_t own_;
+  locale_t hosts_;
+};
+
+}  // namespace libquilp
