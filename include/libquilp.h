@@ -28,9 +28,10 @@
  *   /etc/config/catalox.conf (an add-on's language); it keeps nothing between calls.
  * - It runs an add-on with fork and execvp and waits for it, however long that takes; the add-on
  *   inherits standard input. Pages are fetched by /sbin/curl through system and popen, at most 25
- *   seconds each; documents of the music services have 15 seconds to connect and no other limit.
- * - The search behind velSearchMovie starts one thread for each result and joins them all before it
- *   returns.
+ *   seconds each, but for the picture page that leads to a show's banner, which has no limit.
+ *   Documents of the music services have 15 seconds to connect at each try and no other limit.
+ * - The searches behind velSearchMovie and velSearchTVShows start one thread for each result and
+ *   join them all before they return.
  * - An add-on's document goes to a file of its own under /tmp that is removed before the call
  *   returns, and so do a music service's document and its headers. Pages go to files of fixed names
  *   under /var/tmp that are left behind: within a process requests of one kind wait for each other;
@@ -218,8 +219,9 @@ extern "C" {
  * @param keyword  what to look for
  * @param count    how many results are wanted; an add-on may give more, all of which are returned
  * @param lang     language for an add-on; null for the one configured for it (see getDefaultLang)
- * @param shows    receives an array for velFreeTVShows, also an empty one when an add-on found
- *                 nothing; left untouched when nothing could be fetched
+ * @param shows    receives an array for velFreeTVShows, also when it holds nothing; left untouched
+ *                 by some failures. Set it to null before the call, and release what it holds
+ * after.
  * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
  *                 otherwise left untouched
  * @return         how many records are in the array; 0 for none or failure. The built-in search
@@ -232,8 +234,8 @@ QUILP_API int velSearchTVShows(const char* keyword, int count, const char* lang,
 /**
  * Prints what velSearchTVShows finds as a "tvshowlist" document, its values in CDATA sections.
  *
- * @return 0 after printing; when nothing was found, nothing is printed and the result is the
- *         add-on's exit status, or 0 if there is none
+ * @return 0 after printing, an empty record included; when velSearchTVShows gives 0, nothing is
+ *         printed and the result is the add-on's exit status, or 0 if there is none
  */
 QUILP_API int velPrintSearchTVShows(const char* keyword, int count, const char* lang);
 
@@ -248,7 +250,7 @@ QUILP_API int velPrintSearchTVShows(const char* keyword, int count, const char* 
  * @param lang  language for an add-on; null for the one configured for it
  * @return      0 on success; 1 when refused, when an add-on wrote no readable document, or when the
  *              page could not be fetched; an add-on's exit status when that is not 0
- * @throws std::out_of_range  when the site's page has a cast row of less than a name's length;
+ * @throws std::out_of_range  when the site's page has a cast row too short to hold a name;
  *         `info` holds the fields read so far
  */
 QUILP_API int velGetTVShowByID(const char* id, const char* lang, velTVShowInfo* info);
@@ -296,7 +298,7 @@ struct velAlbum_ {
   char* name;        /**< title */
   char* artist;      /**< artist; filled by the album search only */
   char* releasedate; /**< date of the first release, as text; the built-in search leaves it empty */
-  char* image;       /**< address of a cover picture; empty when there is none */
+  char* image; /**< address of a cover picture; the built-in ones give an empty string for none */
 };
 
 /** One picture of an artist. */
@@ -312,11 +314,11 @@ extern "C" {
  * @param album   what to look for
  * @param artist  whose albums; null or empty for anybody's
  * @param count   how many results are wanted; an add-on may give more, all of which are returned
- * @param albums  receives an array for velFreeAlbums, also an empty one when an add-on found
- *                nothing or `count` is below 1; left untouched when an add-on failed or the service
- *                has nothing
+ * @param albums  receives an array for velFreeAlbums, also when it holds nothing; left untouched by
+ *                some failures. Set it to null before the call, and release what it holds after.
  * @return        how many records are in the array; 0 for none or failure, an add-on's too. The
- *                built-in search gives a negative count back, with an empty array.
+ *                built-in search gives a negative count back, with an empty array, where the
+ *                service has results.
  */
 QUILP_API int velSearchAlbum(const char* album, const char* artist, int count, velAlbum_** albums);
 
@@ -324,18 +326,19 @@ QUILP_API int velSearchAlbum(const char* album, const char* artist, int count, v
  * Lists the albums of an artist: as velSearchAlbum, but without the artist's name. Of the service's
  * first `count` releases, those that are no albums are left out.
  *
- * @param albums  left untouched as for velSearchAlbum. When an artwork document cannot be read, the
- *                listing is abandoned: the array is stored with the records filled so far, but the
- *                result is 0.
+ * @param albums  as for velSearchAlbum. When an artwork document cannot be read, the listing is
+ *                abandoned: the array is stored with the records filled so far, but the result is
+ * 0. To release it then, count its records up to the first whose `image` is null, that one
+ * included.
+ * @return        how many records are in the array; 0 for none or failure
  */
 QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums);
 
 /**
  * Lists pictures of an artist.
  *
- * @param thumbs  receives an array for velFreeThumbs, also an empty one when an add-on found
- *                nothing, the service has no pictures or `count` is below 1; otherwise left
- *                untouched when there is no result
+ * @param thumbs  receives an array for velFreeThumbs, also when it holds nothing; left untouched by
+ *                some failures. Set it to null before the call, and release what it holds after.
  * @return        how many records are in the array; 0 for none or failure
  */
 QUILP_API int velGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs);
@@ -345,7 +348,8 @@ QUILP_API int velGetArtistThumbnail(const char* artist, int count, velThumb_** t
  * or "artistthumbnail" document. An add-on's document is copied as it is, and an add-on without the
  * library's class serves these functions too.
  *
- * @return 0 after printing; 1 when nothing was found or an add-on failed, with nothing printed
+ * @return 0 after printing, an add-on's empty document included; 1 when the services have nothing
+ * or an add-on failed, with nothing printed
  */
 QUILP_API int velPrintSearchAlbum(const char* album, const char* artist, int count);
 QUILP_API int velPrintGetAlbumByArtist(const char* artist, int count);

@@ -46,7 +46,7 @@ TEST(Json, ALargeDocumentIsNoFault) {
 
 TEST(Cover, IsNotAskedForWithoutAnIdentifier) {
   test::newSiteRequests();
-  EXPECT_EQ(coverOf("", CoverKind::kFront), "");
+  EXPECT_EQ(coverOf(nullptr, CoverKind::kFront), "");
   EXPECT_THAT(test::newSiteRequests(), IsEmpty());
 }
 

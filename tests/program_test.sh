@@ -52,6 +52,7 @@ expect 2 '' karaoke
 expect 2 '' karaoke --jsn x
 expect 2 '' music albums
 expect 2 '' nothing
+expect 2 '' tv episode tt9500001 '' 1
 
 printf '[a]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/shell\n' \
   >/etc/config/zorp.conf

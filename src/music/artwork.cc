@@ -23,11 +23,11 @@ std::optional<Json::Value> fetchArtwork(const std::string& path) {
 
 // {"albums": {"ID": {"albumcover": [{"url": "URL"}, …], "cdart": [{"url": "URL"}, …]}}}
 // {"status": "error"}
-std::optional<std::string> coverOf(const std::string& id, CoverKind kind) {
-  if (id.empty()) {
+std::optional<std::string> coverOf(const char* id, CoverKind kind) {
+  if (id == nullptr) {
     return "";
   }
-  const auto document = fetchArtwork("albums/" + id);
+  const auto document = fetchArtwork(std::string("albums/") + id);
   if (!document) {
     return {};
   }

@@ -103,7 +103,7 @@ AlbumListing listAlbums(const char* artist, int count, velAlbum_** albums) {
     velAlbum_& album = (*albums)[found];
     album.name = SafeStrdup(node.getChildNode("title").getText(0));
     album.releasedate = SafeStrdup(orEmpty(node.getChildNode("first-release-date").getText(0)));
-    const auto cover = coverOf(orEmpty(group.id), CoverKind::kFrontOrDisc);
+    const auto cover = coverOf(group.id, CoverKind::kFrontOrDisc);
     if (!cover) {
       return {0, found + 1};
     }
@@ -145,7 +145,7 @@ int mbfSearchAlbum(const char* album, const char* artist, int count, velAlbum_**
     record.artist = SafeStrdup(credit.getChildNode("artist").getChildNode("name").getText(0));
     record.releasedate = SafeStrdup("");  // not read here, on purpose
     record.image =
-        SafeStrdup(coverOf(orEmpty(firstAttribute(node)), CoverKind::kFront).value_or("").c_str());
+        SafeStrdup(coverOf(firstAttribute(node), CoverKind::kFront).value_or("").c_str());
   }
   return n;
 }

@@ -23,7 +23,8 @@ class CTmpFile {
   char name_[1024] = {};
 };
 
-/// Copies a file to standard output, unchanged. 0, or 1 when it cannot be opened.
+/// Copies a text file to standard output; what follows a zero byte in a line is lost. 0, or 1 when
+/// it cannot be opened.
 int PrintFile(const char* path);
 
 /// The whole file; none when it cannot be opened.

@@ -80,7 +80,7 @@ inline void readActor(const XMLNode& actor, Missing missing, Strings& names, Str
 }
 
 /// Fills the record from the children of `element`, in the table's order; lists are appended to. Of
-/// two elements for one text the later counts, unless it has no value.
+/// two lines for one text the later counts, unless it has no value.
 template <class Record, std::size_t N>
 void readRecord(const XMLNode& element, const Field<Record> (&table)[N], Record& record) {
   for (const Field<Record>& field : table) {

@@ -96,7 +96,7 @@ void readEpisodePage(const std::string& page, int season, int episode, velTVEpis
 }
 
 int imdbGetEpisodeInfo(const char* showId, int season, int episode, velTVEpisode* info) {
-  if (imdbGetEpisodeId(showId, season, episode, info) != 0 || info->id == nullptr) {
+  if (imdbGetEpisodeId(showId, season, episode, info) != 0 || *orEmpty(info->id) == '\0') {
     return -1;
   }
   const FilePage page = fetchToFile(titleAddress(info->id, kTVReference), tvShowInfoPage);

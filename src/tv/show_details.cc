@@ -45,11 +45,14 @@ void readDates(std::string_view page, velTVShowInfo& info) {
   if (!years) {
     return;
   }
+  // A year ends at a zero byte.
+  const auto dated = [](std::string_view year, const char* day) {
+    return duplicate(std::string(year.substr(0, year.find('\0'))) + day);
+  };
   Cutter cutter(*years);
-  const std::string first(cutter.upToOrRest(kDash));
-  info.first_air_date = duplicate(first + "-01-01");
+  info.first_air_date = dated(cutter.upToOrRest(kDash), "-01-01");
   if (!cutter.done()) {
-    info.last_air_date = duplicate(std::string(cutter.rest()) + "-12-31");
+    info.last_air_date = dated(cutter.rest(), "-12-31");
   }
 }
 

@@ -9,7 +9,6 @@ namespace quilp {
 inline constexpr int kNothingFound = 1;
 inline constexpr int kWrongUsage = 2;
 inline constexpr int kDefaultCount = 10;
-inline constexpr int kMostResults = 10000;
 
 void addMovieCommands(CLI::App& app, int& status);
 void addTVCommands(CLI::App& app, int& status);

@@ -3,6 +3,7 @@
 #include "captured_document.h"
 #include "commands.h"
 #include "libquilp.h"
+#include "options.h"
 
 namespace quilp {
 namespace {
@@ -23,9 +24,7 @@ void addMovieCommands(CLI::App& app, int& status) {
   static int count = kDefaultCount;
   CLI::App* search = movie->add_subcommand("search", "Search movies by keyword or release name");
   search->add_option("KEYWORD", keyword, "What to look for")->required();
-  search->add_option("-n", count, "Results wanted")
-      ->capture_default_str()
-      ->check(CLI::Range(1, kMostResults));
+  addCount(search, count);
   search->callback([&status] {
     status = printDocument([] { return velPrintSearchMovie(keyword.c_str(), count); });
   });

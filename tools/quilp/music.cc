@@ -3,6 +3,7 @@
 #include "captured_document.h"
 #include "commands.h"
 #include "libquilp.h"
+#include "options.h"
 
 namespace quilp {
 namespace {
@@ -10,17 +11,11 @@ namespace {
 std::string artist;
 int count = kDefaultCount;
 
-void addCount(CLI::App* command) {
-  command->add_option("-n", count, "Results wanted")
-      ->capture_default_str()
-      ->check(CLI::Range(1, kMostResults));
-}
-
 void addArtistCommand(CLI::App* music, int& status, const char* name, const char* description,
                       int (*print)(const char* artist, int count)) {
   CLI::App* command = music->add_subcommand(name, description);
   command->add_option("ARTIST", artist, "Name of the artist")->required();
-  addCount(command);
+  addCount(command, count);
   command->callback([&status, print] {
     status = printDocument([print] { return print(artist.c_str(), count); });
   });
@@ -35,7 +30,7 @@ void addMusicCommands(CLI::App& app, int& status) {
   CLI::App* search = music->add_subcommand("search", "Search albums by title");
   search->add_option("ALBUM", album, "Title of the album")->required();
   search->add_option("--artist", artist, "Only albums of this artist");
-  addCount(search);
+  addCount(search, count);
   search->callback([&status] {
     status =
         printDocument([] { return velPrintSearchAlbum(album.c_str(), artist.c_str(), count); });

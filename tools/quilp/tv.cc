@@ -1,9 +1,9 @@
-#include <algorithm>
 #include <string>
 
 #include "captured_document.h"
 #include "commands.h"
 #include "libquilp.h"
+#include "options.h"
 
 namespace quilp {
 namespace {
@@ -24,17 +24,6 @@ void addShowId(CLI::App* command) {
       ->required();
 }
 
-// A release name's "08" is eight; the parser would take it for an octal number.
-void addNumber(CLI::App* command, const char* name, int& number, const char* description) {
-  const auto dropZeros = [](std::string& text) {
-    text.erase(0, std::min(text.find_first_not_of('0'), text.size() - 1));
-    return std::string();
-  };
-  command->add_option(name, number, description)
-      ->required()
-      ->transform(CLI::Validator(dropZeros, ""));
-}
-
 const char* languageOrNull() { return language.empty() ? nullptr : language.c_str(); }
 
 }  // namespace
@@ -46,9 +35,7 @@ void addTVCommands(CLI::App& app, int& status) {
   static int count = kDefaultCount;
   CLI::App* search = tv->add_subcommand("search", "Search TV shows by keyword or release name");
   search->add_option("KEYWORD", keyword, "What to look for")->required();
-  search->add_option("-n", count, "Results wanted")
-      ->capture_default_str()
-      ->check(CLI::Range(1, kMostResults));
+  addCount(search, count);
   addLanguage(search);
   search->callback([&status] {
     status = printDocument(
@@ -66,8 +53,8 @@ void addTVCommands(CLI::App& app, int& status) {
   static int number = 0;
   CLI::App* episode = tv->add_subcommand("episode", "Show the details of one episode");
   addShowId(episode);
-  addNumber(episode, "SEASON", season, "Number of the season");
-  addNumber(episode, "EPISODE", number, "Number of the episode in its season");
+  addNumber(episode, "SEASON", season, "Number of the season")->required();
+  addNumber(episode, "EPISODE", number, "Number of the episode in its season")->required();
   addLanguage(episode);
   episode->callback([&status] {
     const int result = printDocument(
