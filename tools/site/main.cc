@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdio>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <mutex>
@@ -33,9 +34,7 @@ void send(const quilp_site::Reply& reply, httplib::Response& response) {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   int port = 8443;
   int delay = 0;
   std::string log_name;
@@ -89,4 +88,15 @@ int main(int argc, char** argv) {
   }
   std::cout << "quilp-site listens on port " << port << std::endl;
   return server.listen_after_bind() ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "quilp-site: %s\n", error.what());
+    return 1;
+  }
 }
