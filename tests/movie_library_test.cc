@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -348,22 +347,6 @@ TEST_F(BuiltIn, AClientThatFailsIsAFailedFetch) {
             }),
             "");
   test::writeFile("/run/box/.curlrc", setup);
-}
-
-TEST_F(BuiltIn, ACancelledSearchLeavesNoThreadBehind) {
-  pthread_t host;
-  pthread_create(
-      &host, nullptr,
-      [](void*) -> void* {
-        velMovie_* movies = nullptr;
-        int error = 0;
-        velFreeMovies(movies, velSearchMovie("everything", 20, &movies, &error));
-        return nullptr;
-      },
-      nullptr);
-  std::this_thread::sleep_for(std::chrono::milliseconds(150));
-  pthread_cancel(host);
-  pthread_join(host, nullptr);
 }
 
 TEST_F(BuiltIn, RequestsOfOneKindWaitForEachOther) {

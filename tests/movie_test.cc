@@ -1,10 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "imdb/enrichment.h"
 #include "imdb/find_page.h"
@@ -256,6 +259,21 @@ TEST_F(Details, APageMayEndAnywhere) {
   // Only between the plot's heading and its link.
   EXPECT_EQ(thrown, static_cast<int>(page.find("<a class") + 8 - (page.find("<h5>Plot") + 8)));
   EXPECT_THAT(info.director, ElementsAre("D"));
+}
+
+TEST(Enrich, NoThreadOutlivesItsRecords) {
+  static std::atomic<int> ended{0};
+  {
+    Enrichment left(6, [](void*) -> void* {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      ++ended;
+      return nullptr;
+    });
+    for (int i = 0; i < 6; ++i) {
+      left.start(i, "tt1");
+    }
+  }
+  EXPECT_EQ(ended, 6);
 }
 
 TEST(Enrich, BuffersAreCutBetweenCharacters) {
