@@ -5,18 +5,6 @@
 #include "plugin/result_document.h"
 #include "plugin/shell_call.h"
 
-namespace {
-
-/// A record that releases its strings, also when an error leaves the call.
-struct OwnedMovieInfo : velMovieInfo_ {
-  OwnedMovieInfo() : velMovieInfo_() {}
-  ~OwnedMovieInfo() { velFreeMovieInfo(this); }
-  OwnedMovieInfo(const OwnedMovieInfo&) = delete;
-  OwnedMovieInfo& operator=(const OwnedMovieInfo&) = delete;
-};
-
-}  // namespace
-
 int velSearchMovie(const char* keyword, int count, velMovie_** movies, int* error) {
   using namespace libquilp;
   ShellCall shell("Movie");
@@ -73,7 +61,7 @@ int velGetMovieByID(const char* id, velMovieInfo_* info) {
 
 int velPrintMovieByID(const char* id) {
   using namespace libquilp;
-  OwnedMovieInfo info;
+  Owned<velMovieInfo_, velFreeMovieInfo> info;
   if (velGetMovieByID(id, &info) != 0) {
     return 1;
   }

@@ -184,6 +184,15 @@ void freeRecords(const Field<Record> (&table)[N], Record* records, int count) {
   std::free(records);
 }
 
+/// A record that releases its strings, also when an error leaves the call.
+template <class Record, void (*Free)(Record*)>
+struct Owned : Record {
+  Owned() : Record() {}
+  ~Owned() { Free(this); }
+  Owned(const Owned&) = delete;
+  Owned& operator=(const Owned&) = delete;
+};
+
 /// An array of records for a caller, zeroed; there is room for one even when none are asked for.
 template <class Record>
 Record* allocateRecords(int count) {

@@ -9,15 +9,6 @@
 
 namespace {
 
-/// A record that releases its strings, also when an error leaves the call.
-template <class Record, void (*Free)(Record*)>
-struct Owned : Record {
-  Owned() : Record() {}
-  ~Owned() { Free(this); }
-  Owned(const Owned&) = delete;
-  Owned& operator=(const Owned&) = delete;
-};
-
 const char* languageOr(libquilp::ShellCall& shell, const char* lang) {
   if (lang == nullptr) {
     getDefaultLang(&lang, shell.shell());
