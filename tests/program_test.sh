@@ -36,11 +36,22 @@ expect 1 '' music search Fog --artist Lanterns
 expect 0 '<?xml.*<album rank="2">.*</albumlist> *' music albums Lanterns -n 2
 expect 0 '<?xml.*<url>[^<]*/3.jpg</url>.</artistthumbnail> *' music art 'Tin Harbour' -n 3
 expect 1 '' music art Nobody
+expect 0 '\[ *{ *"id" : "tt9000001",.*"rank" : 1,.*} *, *{ *"id" : "tt9000008", *"outline" : null,.*} *\]' \
+  movie search Lighthouse -n 2 --format json
+expect 1 '\[\]' movie search nosuchfilm --format json
+expect 0 '{ *"actor" : *\[ *{ *"name" : "Hedda Lund", *"role" : "Jane Doe" *},.*"networks" : \[\],.*' \
+  tv show tt8000001 --format json
+expect 0 '\[ *"https[^ ]*/1.jpg", *"https[^ ]*/2.jpg" *\]' music art 'Tin Harbour' -n 2 --format json
+expect 0 'rank  id         title                        year 1     tt9000001  The .* 2011 2 .*Keeper *' \
+  movie search Lighthouse -n 2 --format table
+expect 1 '' movie search nosuchfilm --format table
+expect 0 'title            The Paper .* actor            Jørn Vale as Postman .*' \
+  movie show tt9000001 --format table
 expect 0 'Up	Up a b	a%20b' keyword 'Up (2009' a_b.2010
 expect 0 '/s/A\[F\]_Song\[E\]\[0\]     title        Song     language     English     vocal track  0 .*'\
 '    artist       A, female B?     title        B? *' karaoke '/s/A[F]_Song[E][0]' 'B
 '
-expect 0 '.*"file" : "\[M,a\]Song\[L\]",.*"title" : "M,a\]Song".*' karaoke --json '[M,a]Song[L]'
+expect 0 '.*"file" : "\[M,a\]Song\[L\]",.*"title" : "M,a\]Song".*' karaoke --format json '[M,a]Song[L]'
 expect 0 'quilp [0-9.]*' --version
 expect 0 '.*movie.*keyword.*' --help
 expect 2 ''
@@ -49,7 +60,7 @@ expect 2 '' movie search
 expect 2 '' movie search x -n 0
 expect 2 '' movie show
 expect 2 '' karaoke
-expect 2 '' karaoke --jsn x
+expect 2 '' karaoke --format xml x
 expect 2 '' music albums
 expect 2 '' nothing
 expect 2 '' tv episode tt9500001 '' 1
@@ -62,7 +73,7 @@ expect 42 '' movie search x
 expect 42 '' movie show abcdex
 sed -i s/Movie/KTV/ /etc/config/zorp.conf
 expect 1 'x y' karaoke x y
-expect 1 '.*{ *"file" : "x" *}.*' karaoke --json x
+expect 1 '.*{ *"file" : "x" *}.*' karaoke --format json x
 
 # A full disk and a closed output are no success.
 rm /etc/config/zorp.conf

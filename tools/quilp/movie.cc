@@ -1,9 +1,9 @@
 #include <string>
 
-#include "captured_document.h"
 #include "commands.h"
 #include "libquilp.h"
 #include "options.h"
+#include "result.h"
 
 namespace quilp {
 namespace {
@@ -20,13 +20,15 @@ int statusOfDetails(const std::string& id) {
 void addMovieCommands(CLI::App& app, int& status) {
   CLI::App* movie = app.add_subcommand("movie", "Movies")->require_subcommand(1);
 
+  static Format format;
   static std::string keyword;
   static int count = kDefaultCount;
   CLI::App* search = movie->add_subcommand("search", "Search movies by keyword or release name");
   search->add_option("KEYWORD", keyword, "What to look for")->required();
   addCount(search, count);
+  addFormat(search, format);
   search->callback([&status] {
-    status = printDocument([] { return velPrintSearchMovie(keyword.c_str(), count); });
+    status = printDocument([] { return velPrintSearchMovie(keyword.c_str(), count); }, format);
   });
 
   static std::string id;
@@ -36,11 +38,14 @@ void addMovieCommands(CLI::App& app, int& status) {
           "Identifier: as a search gave it; for an add-on, five characters in front of its "
           "own")
       ->required();
+  addFormat(show, format);
   show->callback([&status] {
-    status = printDocument([] {
-      // Printing tells only that it failed; asking once more tells how.
-      return velPrintMovieByID(id.c_str()) == 0 ? 0 : statusOfDetails(id);
-    });
+    status = printDocument(
+        [] {
+          // Printing tells only that it failed; asking once more tells how.
+          return velPrintMovieByID(id.c_str()) == 0 ? 0 : statusOfDetails(id);
+        },
+        format);
   });
 }
 

@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include <algorithm>
+#include <map>
 #include <string_view>
 
 namespace quilp {
@@ -18,11 +19,44 @@ std::string toDecimal(std::string& text) {
   return {};
 }
 
+const char* nameOf(Format format) {
+  switch (format) {
+    case Format::kJson:
+      return "json";
+    case Format::kTable:
+      return "table";
+    case Format::kXml:
+      break;
+  }
+  return "xml";
+}
+
 }  // namespace
 
 CLI::Option* addNumber(CLI::App* command, const std::string& name, int& number,
                        const std::string& description) {
   return command->add_option(name, number, description)->transform(CLI::Validator(toDecimal, ""));
+}
+
+void addFormat(CLI::App* command, Format& format, const std::vector<Format>& known) {
+  format = known.front();
+  std::map<std::string, Format> byName;
+  std::string names;
+  for (const Format one : known) {
+    byName[nameOf(one)] = one;
+    names += (names.empty() ? "" : "|") + std::string(nameOf(one));
+  }
+  const auto choose = [&format, byName](const std::string& name) { format = byName.at(name); };
+  command
+      ->add_option_function<std::string>(
+          "--format", choose,
+          std::string("How the result is printed (default: ") + nameOf(format) + ")")
+      ->check(CLI::Validator(
+          [byName, names](const std::string& name) {
+            return byName.count(name) > 0 ? "" : name + " is none of " + names;
+          },
+          ""))
+      ->type_name(names);
 }
 
 void addCount(CLI::App* command, int& count) {

@@ -1,15 +1,16 @@
 #include <string>
 
-#include "captured_document.h"
 #include "commands.h"
 #include "libquilp.h"
 #include "options.h"
+#include "result.h"
 
 namespace quilp {
 namespace {
 
 std::string id;
 std::string language;
+Format format;
 
 void addLanguage(CLI::App* command) {
   command->add_option("-l", language,
@@ -37,16 +38,18 @@ void addTVCommands(CLI::App& app, int& status) {
   search->add_option("KEYWORD", keyword, "What to look for")->required();
   addCount(search, count);
   addLanguage(search);
+  addFormat(search, format);
   search->callback([&status] {
     status = printDocument(
-        [] { return velPrintSearchTVShows(keyword.c_str(), count, languageOrNull()); });
+        [] { return velPrintSearchTVShows(keyword.c_str(), count, languageOrNull()); }, format);
   });
 
   CLI::App* show = tv->add_subcommand("show", "Show the details of one TV show");
   addShowId(show);
   addLanguage(show);
+  addFormat(show, format);
   show->callback([&status] {
-    status = printDocument([] { return velPrintTVShowByID(id.c_str(), languageOrNull()); });
+    status = printDocument([] { return velPrintTVShowByID(id.c_str(), languageOrNull()); }, format);
   });
 
   static int season = 0;
@@ -56,9 +59,10 @@ void addTVCommands(CLI::App& app, int& status) {
   addNumber(episode, "SEASON", season, "Number of the season")->required();
   addNumber(episode, "EPISODE", number, "Number of the episode in its season")->required();
   addLanguage(episode);
+  addFormat(episode, format);
   episode->callback([&status] {
     const int result = printDocument(
-        [] { return velPrintTVEpisode(id.c_str(), season, number, languageOrNull()); });
+        [] { return velPrintTVEpisode(id.c_str(), season, number, languageOrNull()); }, format);
     status = result < 0 ? kNothingFound : result;
   });
 }

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <json/value.h>
+
+#include <string_view>
+
+namespace quilp {
+
+/// A string; null for an empty one. JSON is UTF-8: a byte that is no part of it becomes U+FFFD.
+Json::Value jsonText(std::string_view bytes);
+
+/// Prints a value, a line feed behind it; false when it could not be written.
+bool printJson(const Json::Value& value);
+
+}  // namespace quilp
