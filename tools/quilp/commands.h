@@ -15,5 +15,6 @@ void addTVCommands(CLI::App& app, int& status);
 void addKaraokeCommand(CLI::App& app, int& status);
 void addMusicCommands(CLI::App& app, int& status);
 void addKeywordCommand(CLI::App& app, int& status);
+void addScanCommand(CLI::App& app, int& status);
 
 }  // namespace quilp

@@ -28,15 +28,15 @@ int run(int argc, char** argv) {
   app.set_version_flag("--version", std::string("quilp ") + QUILP_VERSION);
   app.require_subcommand(1);
   app.footer(
-      "Results are XML documents on standard output, but for karaoke and keyword. Exit status: 0\n"
-      "for a document, 1 for nothing found, the status of the add-on, or of the client, that\n"
-      "failed (karaoke: 1), 2 for wrong usage.");
+      "Exit status: 0 for a result, 1 for nothing found, the status of the add-on, or of the client,\n"
+      "that failed (karaoke: 1; scan: 101 and more), 2 for wrong usage. See quilp(1).");
   int status = 0;
   quilp::addMovieCommands(app, status);
   quilp::addTVCommands(app, status);
   quilp::addKaraokeCommand(app, status);
   quilp::addMusicCommands(app, status);
   quilp::addKeywordCommand(app, status);
+  quilp::addScanCommand(app, status);
   try {
     app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {

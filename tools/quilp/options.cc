@@ -1,7 +1,6 @@
 #include "options.h"
 
 #include <algorithm>
-#include <map>
 #include <string_view>
 
 namespace quilp {
@@ -25,6 +24,8 @@ const char* nameOf(Format format) {
       return "json";
     case Format::kTable:
       return "table";
+    case Format::kCsv:
+      return "csv";
     case Format::kXml:
       break;
   }
@@ -39,24 +40,11 @@ CLI::Option* addNumber(CLI::App* command, const std::string& name, int& number,
 }
 
 void addFormat(CLI::App* command, Format& format, const std::vector<Format>& known) {
-  format = known.front();
-  std::map<std::string, Format> byName;
-  std::string names;
+  std::vector<std::pair<std::string, Format>> choices;
   for (const Format one : known) {
-    byName[nameOf(one)] = one;
-    names += (names.empty() ? "" : "|") + std::string(nameOf(one));
+    choices.emplace_back(nameOf(one), one);
   }
-  const auto choose = [&format, byName](const std::string& name) { format = byName.at(name); };
-  command
-      ->add_option_function<std::string>(
-          "--format", choose,
-          std::string("How the result is printed (default: ") + nameOf(format) + ")")
-      ->check(CLI::Validator(
-          [byName, names](const std::string& name) {
-            return byName.count(name) > 0 ? "" : name + " is none of " + names;
-          },
-          ""))
-      ->type_name(names);
+  addChoice(command, "--format", format, "How the result is printed", choices);
 }
 
 void addCount(CLI::App* command, int& count) {

@@ -19,7 +19,7 @@ bool write(const std::string& document, Format format) {
       return printJson(jsonOfDocument(document));
     case Format::kTable:
       return printAsTable(document);
-    case Format::kXml:
+    default:
       break;
   }
   return std::fwrite(document.data(), 1, document.size(), stdout) == document.size() &&

@@ -1,0 +1,93 @@
+#!/bin/bash
+# quilp scan: rows in the order of the files, failures, resuming, an end by Ctrl-C. Runs in the box,
+# beside the sample site.
+set -u
+failures=0
+mkdir -p /tmp/m/b /tmp/m/.hidden /tmp/k
+cd /tmp/m || exit
+touch The.Paper.Lighthouse.2011.mkv 'b/Zoë, and "the" Tide.mp4' b/faultclosed-x.MKV b/nosuchfilm.avi \
+  .hidden/x.mkv notes.txt $'c\nd.mkv'
+ln -s . b/loop
+touch '/tmp/k/林小雨[F]_夜航船[國][L].mp3' /tmp/k/_B.flac
+
+fail() {
+  echo "$*" >&2
+  failures=$((failures + 1))
+}
+
+# expect NAME STATUS WANTED: of the scan that was run last.
+expect() {
+  [ "$status" = "$2" ] || fail "$1: status $status instead of $2"
+  diff <(printf '%s\n' "$3") <(printf '%s\n' "$output") >&2 || fail "$1: other rows"
+}
+
+scan() {
+  output=$("$QUILP_PROGRAM" scan "$@" 2>/tmp/errors)
+  status=$?
+}
+
+known='/tmp/m/The.Paper.Lighthouse.2011.mkv,The Paper Lighthouse,The Paper Lighthouse,2011,tt9000001
+"/tmp/m/b/Zoë, and ""the"" Tide.mp4","Zoë, and ""the"" Tide",Zoë and the Tide,2009,tt9000005
+/tmp/m/b/faultclosed-x.MKV,faultclosed x,,,
+/tmp/m/b/nosuchfilm.avi,nosuchfilm,,,
+"/tmp/m/c
+d.mkv","c
+d",,,'
+scan /tmp/m --format csv -j 4 --resume /tmp/journal
+expect csv 101 "file,keyword,match,year,id
+$known"
+grep -q 'faultclosed-x.MKV: the site gave no answer' /tmp/errors || fail "the failure is not told"
+grep -q $'\r' /tmp/errors && fail "progress without a terminal"
+# However many jobs: the pages of one file's lookup come after each other.
+grep -o 'GET /find' /run/box/site.log | wc -l | grep -qx 5 || fail "not one find page a file"
+awk '/q=Zo/ { second = 1 } /tt9000001/ && second { exit 1 }' /run/box/site.log ||
+  fail "lookups without an add-on overlap"
+
+# What the journal has is not asked for again; what failed, or was cut off, is.
+asked() { grep -c 'GET /find' /run/box/site.log; }
+before=$(asked)
+printf '/tmp/m/b/fault' >>/tmp/journal
+scan /tmp/m --format csv --resume /tmp/journal
+expect resumed 101 "file,keyword,match,year,id
+$known"
+[ $(($(asked) - before)) = 1 ] || fail "resumed: asked again"
+scan /tmp/m --format csv --resume /tmp/journal --type tv
+expect "another journal" 1 ""
+scan /tmp/m/The.Paper.Lighthouse.2011.mkv
+expect "no folder" 1 ""
+scan /tmp/m --format xml
+expect format 2 ""
+
+scan /tmp/k --type karaoke
+expect karaoke 0 'file                                keyword                  match            year  id
+/tmp/k/_B.flac                      _B                       B
+/tmp/k/林小雨[F]_夜航船[國][L].mp3  林小雨[F]_夜航船[國][L]  林小雨 - 夜航船'
+scan /tmp/k --type karaoke --format json
+[ "$(tr -d '\n' <<<"$output" | cut -c 1-60)" = '[{"failure":null,"file":"/tmp/k/_B.flac","id":null,"keyword"' ] ||
+  fail "json: $output"
+
+# Add-ons may run at a time. Ctrl-C lets those under way end; what they found is kept.
+printf '[a]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/shell\n' >/etc/config/zorp.conf
+cat >/etc/config/shell <<'ADDON'
+#!/bin/sh
+echo start >>/tmp/runs
+sleep 0.4
+echo "<movielist><movie><title><![CDATA[$3]]></title><id><![CDATA[9]]></id></movie></movielist>" >"$7"
+echo end >>/tmp/runs
+ADDON
+chmod +x /etc/config/shell
+mkdir /tmp/many
+touch /tmp/many/{1,2,3,4,5,6,7,8,9}.mkv
+"$QUILP_PROGRAM" scan /tmp/many -j 2 --format csv >/tmp/rows 2>/tmp/errors &
+scanner=$!
+while ! [ "$(grep -c end /tmp/runs 2>/dev/null)" -ge 1 ]; do sleep 0.05; done
+kill -INT $scanner
+wait $scanner
+status=$? output=$(cat /tmp/rows)
+[ "$status" = 130 ] || fail "Ctrl-C: status $status"
+[ "$(head -n 2 /tmp/runs | tr -d '\n')" = startstart ] || fail "-j 2: add-ons did not overlap"
+[ "$(grep -c start /tmp/runs)" = "$(grep -c end /tmp/runs)" ] || fail "Ctrl-C: an add-on was cut off"
+[ "$(grep -c ',9$' <<<"$output")" = "$(grep -c end /tmp/runs)" ] || fail "Ctrl-C: rows are missing"
+[ "$(grep -c ',9$' <<<"$output")" -lt 9 ] || fail "Ctrl-C: nothing was left out"
+
+exit "$failures"

@@ -1,0 +1,67 @@
+#include "scan/media_files.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace quilp {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kVideo =
+    " 3gp asf avi divx dvr-ms flv iso m2t m2ts m4v mkv mov mp4 mpe mpeg mpg mts ogm ogv rm rmvb tp "
+    "trp ts vob webm wmv ";
+constexpr std::string_view kAudio = " aac ape cdg dat flac m4a mid midi mp3 ogg wav wma ";
+
+bool isMedia(const fs::path& path, MediaType type) {
+  std::string extension = path.extension().native();
+  if (extension.find(' ') != std::string::npos || extension.size() < 2) {
+    return false;
+  }
+  std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  const std::string word = ' ' + extension.substr(1) + ' ';
+  return kVideo.find(word) != std::string_view::npos ||
+         (type == MediaType::kKaraoke && kAudio.find(word) != std::string_view::npos);
+}
+
+bool isHidden(const fs::path& path) { return path.filename().native().front() == '.'; }
+
+void walk(const fs::path& folder, MediaType type, MediaFiles& files) {
+  std::vector<fs::directory_entry> entries;
+  std::error_code error;
+  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+    entries.push_back(*at);
+  }
+  if (error) {
+    files.failures.push_back(folder.native() + ": " + error.message());
+  }
+  std::sort(entries.begin(), entries.end());
+  for (const fs::directory_entry& entry : entries) {
+    std::error_code ignored;
+    if (isHidden(entry.path())) {
+      continue;
+    }
+    if (entry.is_directory(ignored)) {
+      if (!entry.is_symlink(ignored)) {
+        walk(entry.path(), type, files);
+      }
+    } else if (isMedia(entry.path(), type) && entry.is_regular_file(ignored)) {
+      files.paths.push_back(entry.path().native());
+    }
+  }
+}
+
+}  // namespace
+
+MediaFiles mediaFilesOf(const std::string& folder, MediaType type) {
+  static_cast<void>(fs::directory_iterator(folder));
+  MediaFiles files;
+  walk(folder, type, files);
+  return files;
+}
+
+}  // namespace quilp

@@ -1,0 +1,95 @@
+#include "scan/row_writer.h"
+
+#include <json/value.h>
+#include <json/writer.h>
+
+#include <initializer_list>
+#include <iostream>
+#include <string_view>
+
+#include "json_output.h"
+#include "table.h"
+#include "utf8.h"
+
+namespace quilp {
+namespace {
+
+class TableWriter : public RowWriter {
+ public:
+  void add(const ScanRow& row) override {
+    table_.addRow({row.file, row.keyword, row.match, row.year, row.id});
+  }
+  bool end() override { return table_.print(); }
+
+ private:
+  Table table_{{"file", "keyword", "match", "year", "id"}};
+};
+
+/// As RFC 4180 has it, but with a line feed at a line's end. Bytes are what they are.
+class CsvWriter : public RowWriter {
+ public:
+  CsvWriter() { line({"file", "keyword", "match", "year", "id"}); }
+  void add(const ScanRow& row) override {
+    line({row.file, row.keyword, row.match, row.year, row.id});
+  }
+  bool end() override { return static_cast<bool>(std::cout.flush()); }
+
+ private:
+  static void line(std::initializer_list<std::string_view> cells) {
+    std::string text;
+    for (const std::string_view cell : cells) {
+      text += text.empty() ? "" : ",";
+      text += cell.find_first_of("\",\r\n") == std::string_view::npos ? cell : quoted(cell);
+    }
+    std::cout << text << std::endl;
+  }
+  static std::string quoted(std::string_view cell) {
+    std::string text = "\"";
+    for (const char c : cell) {
+      text += c == '"' ? "\"\"" : std::string(1, c);
+    }
+    return text + '"';
+  }
+};
+
+class JsonWriter : public RowWriter {
+ public:
+  JsonWriter() {
+    settings_["emitUTF8"] = true;
+    settings_["indentation"] = "";
+  }
+  void add(const ScanRow& row) override {
+    Json::Value object;
+    object["file"] = validUtf8(row.file);
+    object["keyword"] = jsonText(row.keyword);
+    object["match"] = jsonText(row.match);
+    object["year"] = jsonText(row.year);
+    object["id"] = jsonText(row.id);
+    object["failure"] = jsonText(row.failure);
+    std::cout << separator_ << Json::writeString(settings_, object) << std::flush;
+    separator_ = ",\n";
+  }
+  bool end() override {
+    std::cout << (*separator_ == '[' ? "[]" : "\n]") << std::endl;
+    return std::cout.good();
+  }
+
+ private:
+  const char* separator_ = "[\n";
+  Json::StreamWriterBuilder settings_;
+};
+
+}  // namespace
+
+std::unique_ptr<RowWriter> makeRowWriter(Format format) {
+  switch (format) {
+    case Format::kCsv:
+      return std::make_unique<CsvWriter>();
+    case Format::kJson:
+      return std::make_unique<JsonWriter>();
+    default:
+      return std::make_unique<TableWriter>();
+  }
+}
+
+}  // namespace quilp

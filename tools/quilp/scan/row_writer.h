@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "options.h"
+#include "scan/row.h"
+
+namespace quilp {
+
+/// Prints the rows of a scan to standard output. CSV and JSON come row by row, a table at its end.
+class RowWriter {
+ public:
+  virtual ~RowWriter() = default;
+  virtual void add(const ScanRow& row) = 0;
+  /// False when something could not be written.
+  virtual bool end() = 0;
+};
+
+std::unique_ptr<RowWriter> makeRowWriter(Format format);
+
+}  // namespace quilp

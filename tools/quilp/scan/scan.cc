@@ -1,0 +1,179 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "commands.h"
+#include "options.h"
+#include "scan/interruption.h"
+#include "scan/journal.h"
+#include "scan/lookup.h"
+#include "scan/media_files.h"
+#include "scan/row_writer.h"
+#include "utf8.h"
+
+namespace quilp {
+namespace {
+
+constexpr int kFailures = 100;  // the exit status for one failure is one more
+constexpr int kMostFailures = 25;
+constexpr int kInterrupted = 130;  // as a shell has it
+constexpr int kMostJobs = 64;
+
+struct ScanRequest {
+  std::string folder;
+  MediaType type = MediaType::kMovie;
+  Format format = Format::kTable;
+  int jobs = 1;
+  int candidates = 3;
+  std::string journal;
+};
+
+/// Looks the files up, several at a time, and passes the rows on in the order of the files.
+class Scan {
+ public:
+  Scan(const ScanRequest& request, std::vector<std::string> files)
+      : lookUp_{request.type, hasAddOn(request.type), request.candidates},
+        jobs_(lookUp_.byAddOn ? request.jobs : 1),
+        files_(std::move(files)),
+        rows_(files_.size()),
+        journal_(request.journal, std::to_string(static_cast<int>(request.type)) + '/' +
+                                      std::to_string(request.candidates)),
+        writer_(makeRowWriter(request.format)) {}
+
+  void run() {
+    std::vector<std::thread> threads;
+    for (int i = 1; i < jobs_; ++i) {
+      threads.emplace_back([this] { work(); });
+    }
+    work();
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
+    showProgress("");
+  }
+
+  bool end() { return writer_->end(); }
+  bool interrupted() const { return interruption_.wanted(); }
+  std::size_t failures() const { return failures_; }
+  const std::string& error() const { return error_; }
+
+ private:
+  void work() {
+    try {
+      for (std::size_t i; !interruption_.wanted() && (i = next_++) < files_.size();) {
+        const ScanRow* known = journal_.find(files_[i]);
+        take(i, known != nullptr ? *known : lookUp_(files_[i]), known == nullptr);
+      }
+    } catch (const std::exception& error) {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      error_ = error.what();
+      next_ = files_.size();
+    }
+  }
+
+  void take(std::size_t i, ScanRow row, bool isNew) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (isNew) {
+      journal_.add(row);
+    }
+    if (!row.failure.empty()) {
+      ++failures_;
+      showProgress("");
+      std::fprintf(stderr, "quilp: %s: %s\n", lineText(row.file).c_str(), row.failure.c_str());
+    }
+    ++done_;
+    showProgress(std::to_string(done_) + '/' + std::to_string(files_.size()) + ' ' +
+                 fitted(lineText(row.file), kProgressColumns));
+    rows_[i] = std::move(row);
+    for (; written_ < rows_.size() && rows_[written_]; ++written_) {
+      writer_->add(*rows_[written_]);
+    }
+  }
+
+  static void showProgress(const std::string& text) {
+    constexpr char kToLineStart[] = "\r\x1B[K";
+    static const bool isTerminal = isatty(STDERR_FILENO) == 1;
+    if (isTerminal) {
+      std::fprintf(stderr, "%s%s", kToLineStart, text.c_str());
+    }
+  }
+
+  static constexpr std::size_t kProgressColumns = 60;
+
+  const Lookup lookUp_;
+  const int jobs_;
+  Interruption interruption_;
+  const std::vector<std::string> files_;
+  std::vector<std::optional<ScanRow>> rows_;  // of the files that were looked up
+  Journal journal_;
+  std::unique_ptr<RowWriter> writer_;
+  std::atomic<std::size_t> next_{0};
+  std::mutex mutex_;  // for what follows, and for journal and writer
+  std::size_t done_ = 0;
+  std::size_t written_ = 0;
+  std::size_t failures_ = 0;
+  std::string error_;
+};
+
+int scan(const ScanRequest& request) {
+  MediaFiles files;
+  try {
+    files = mediaFilesOf(request.folder, request.type);
+  } catch (const std::filesystem::filesystem_error& error) {
+    throw std::runtime_error("cannot read " + lineText(request.folder) + ": " +
+                             error.code().message());
+  }
+  for (const std::string& failure : files.failures) {
+    std::fprintf(stderr, "quilp: %s\n", lineText(failure).c_str());
+  }
+  Scan scan(request, std::move(files.paths));
+  scan.run();
+  if (!scan.end() || !scan.error().empty()) {
+    std::fprintf(stderr, "quilp: %s\n",
+                 scan.error().empty() ? "cannot write" : scan.error().c_str());
+    return kNothingFound;
+  }
+  if (scan.interrupted()) {
+    return kInterrupted;
+  }
+  const auto failures = static_cast<int>(
+      std::min<std::size_t>(scan.failures() + files.failures.size(), kMostFailures));
+  return failures > 0 ? kFailures + failures : 0;
+}
+
+}  // namespace
+
+void addScanCommand(CLI::App& app, int& status) {
+  static ScanRequest request;
+  static std::string type;
+  CLI::App* command = app.add_subcommand(
+      "scan", "Look up every media file of a folder by its name, and print a row for each");
+  command->add_option("DIR", request.folder, "The folder; those below it belong to it")->required();
+  addChoice<MediaType>(
+      command, "--type", request.type, "What the files are",
+      {{"movie", MediaType::kMovie}, {"tv", MediaType::kTV}, {"karaoke", MediaType::kKaraoke}});
+  addFormat(command, request.format, {Format::kTable, Format::kJson, Format::kCsv});
+  addNumber(command, "-n", request.candidates,
+            "Results of a search that are looked at for the year in a file's name")
+      ->capture_default_str()
+      ->check(CLI::Range(1, 100));
+  addNumber(command, "-j", request.jobs,
+            "How many add-ons may run at a time; pages are never fetched at the same time")
+      ->capture_default_str()
+      ->check(CLI::Range(1, kMostJobs));
+  command->add_option("--resume", request.journal,
+                      "Keep what was found in this file, and leave out what it already has");
+  command->callback([&status] { status = scan(request); });
+}
+
+}  // namespace quilp
