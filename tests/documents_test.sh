@@ -1,0 +1,58 @@
+#!/bin/bash
+# What the documents show is true: the first program, the commands, the picture of the rooms. Runs in
+# the box, beside the sample site; $1 is the built program of the README.
+set -u
+top=$(cd "$(dirname "$0")/.." && pwd)
+failures=0
+fail() {
+  echo "$*" >&2
+  failures=$((failures + 1))
+}
+
+sed -n '/^```cpp$/,/^```$/p' "$top/README.md" | sed '1d;$d' | diff - "$top/examples/search.cc" ||
+  fail "README.md: not the example"
+sed -n '/^#include <libquilp.h>$/,/^\.EE$/p' "$top/docs/man/libquilp.3" | sed '$d; s/\\e/\\/g' |
+  diff - "$top/examples/search.cc" || fail "libquilp.3: not the example"
+"$1" 2>/dev/null | grep -q 'tt9000001 The Paper Lighthouse' || fail "the example finds nothing"
+
+quilp() { "$QUILP_PROGRAM" "$@"; }
+
+# Every command of the program that the README names exists, with the options named.
+commands=$(sed -n 's/^| `quilp \([^`]*\)`.*/\1/p' "$top/README.md" | sed 's/\\|/|/g')
+[ "$(wc -l <<<"$commands")" -ge 11 ] || fail "README.md: the table of commands is not found"
+while read -r -a words; do
+  subcommand=()
+  for word in "${words[@]}"; do
+    [[ $word =~ ^[a-z]+$ ]] || break
+    subcommand+=("$word")
+  done
+  help=$(quilp "${subcommand[@]}" --help) || fail "README.md: no command ${subcommand[*]}"
+  for word in "${words[@]}"; do
+    if [[ $word =~ ^\[?(-[-a-z]+)]?$ ]]; then
+      grep -qE -- "(^|[ ,])${BASH_REMATCH[1]}([ ,]|$)" <<<"$help" ||
+        fail "README.md: ${subcommand[*]} has no ${BASH_REMATCH[1]}"
+    fi
+  done
+done <<<"$commands"
+for program in $(grep -oE '^    (\./)?(tools|\.ci)/[a-z]+' "$top/README.md" "$top/CONTRIBUTING.md" | sed 's/.*  //'); do
+  [ -x "$top/$program" ] || fail "no program $program"
+done
+
+# The examples of the program's manual page, as they stand.
+mkdir -p /tmp/examples/films && cd /tmp/examples || exit
+touch films/Night.Bus.to.Marrow.2013.mkv
+examples=$(sed -n '/^\.EX$/,/^\.EE$/s/^quilp .*/&/p' "$top/docs/man/quilp.1" | sed 's/\\-/-/g')
+[ "$(wc -l <<<"$examples")" -ge 8 ] || fail "quilp.1: the examples are not found"
+while read -r example; do
+  { eval "$example" >output 2>errors && [ -s output ]; } || fail "quilp.1: $example"
+done <<<"$examples"
+
+# The arrows between the rooms are those of the sources.
+cd "$top/src" || exit
+for file in */*.h */*.cc; do
+  sed -n "s:^#include \"\([a-z]*\)/.*:${file%%/*} --> \1:p" "$file"
+done | awk '$1 != $3' | sort -u |
+  diff <(sed -n '/^graph TD$/,/^```$/s/^  \(.* --> .*\)/\1/p' ../docs/architecture.md | sort) - ||
+  fail "docs/architecture.md: the rooms have other arrows"
+
+exit "$failures"
