@@ -98,7 +98,7 @@ extern "C" {
  * @param count    how many results are wanted; an add-on may give more, all of which are returned
  * @param movies   receives an array for velFreeMovies, also when it holds nothing; left untouched
  *                 by some failures. Set it to null before the call, and release what it holds
- * after.
+ *                 after.
  * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
  *                 otherwise left untouched
  * @return         how many records are in the array; 0 for none or failure. The built-in search
@@ -146,10 +146,13 @@ QUILP_API void velFreeMovieInfo(velMovieInfo_* info);
  *
  * @param keyword  percent-encoded, as ProcessKeyword(…, 1) gives it. One that holds a single quote
  *                 fails, and no client is run.
+ * @param count    how many results are wanted; one row of the page is read even when that is none
+ * @param movies   as for velSearchMovie
+ * @return         how many records are in the array; 0 for failure
  */
 QUILP_API int imdbBasicGetMovies(const char* keyword, int count, velMovie_** movies);
 
-/** Another search, of the site's alternate titles; it gives 0 when the site has no results. */
+/** As imdbBasicGetMovies, but among the site's alternate titles; 0 when the site has no results. */
 QUILP_API int imdbGetMovies(const char* keyword, int count, velMovie_** movies);
 
 /**
@@ -221,7 +224,7 @@ extern "C" {
  * @param lang     language for an add-on; null for the one configured for it (see getDefaultLang)
  * @param shows    receives an array for velFreeTVShows, also when it holds nothing; left untouched
  *                 by some failures. Set it to null before the call, and release what it holds
- * after.
+ *                 after.
  * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
  *                 otherwise left untouched
  * @return         how many records are in the array; 0 for none or failure. The built-in search
@@ -246,8 +249,9 @@ QUILP_API int velPrintSearchTVShows(const char* keyword, int count, const char* 
  * The built-in scraper may find an actor without a role: the lists then differ in length, and
  * indexes behind that actor no longer match.
  *
- * @param id    null is refused, as is a null `info`
+ * @param id    identifier of the show; null is refused
  * @param lang  language for an add-on; null for the one configured for it
+ * @param info  record of the caller's; null is refused
  * @return      0 on success; 1 when refused, when an add-on wrote no readable document, or when the
  *              page could not be fetched; an add-on's exit status when that is not 0
  * @throws std::out_of_range  when the site's page has a cast row too short to hold a name;
@@ -267,10 +271,14 @@ QUILP_API int velPrintTVShowByID(const char* id, const char* lang);
 /**
  * Fills `info` with the details of one episode, as velGetTVShowByID does for a show.
  *
- * @param id  identifier of the show
- * @return    as velGetTVShowByID; without an add-on -1 when the list of the season could not be
- *            fetched or does not have the episode, and 1 when the episode's page could not be
- *            fetched, with `id` set
+ * @param id       identifier of the show
+ * @param season   number of the season
+ * @param episode  number of the episode in its season
+ * @param lang     language for an add-on; null for the one configured for it
+ * @param info     record of the caller's
+ * @return         as velGetTVShowByID; without an add-on -1 when the list of the season could not
+ *                 be fetched or does not have the episode, and 1 when the episode's page could not
+ *                 be fetched, with `id` set
  * @throws what velGetTVShowByID throws
  */
 QUILP_API int velGetTVEpisode(const char* id, int season, int episode, const char* lang,
@@ -326,10 +334,11 @@ QUILP_API int velSearchAlbum(const char* album, const char* artist, int count, v
  * Lists the albums of an artist: as velSearchAlbum, but without the artist's name. Of the service's
  * first `count` releases, those that are no albums are left out.
  *
+ * @param artist  whose albums
+ * @param count   how many releases the service is asked for; an add-on may give more
  * @param albums  as for velSearchAlbum. When an artwork document cannot be read, the listing is
- *                abandoned: the array is stored with the records filled so far, but the result is
- * 0. To release it then, count its records up to the first whose `image` is null, that one
- * included.
+ *                abandoned: the result is 0, but the array is stored with the records filled so
+ *                far. To release it, count them up to the first whose `image` is null, with it.
  * @return        how many records are in the array; 0 for none or failure
  */
 QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums);
@@ -337,6 +346,8 @@ QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** alb
 /**
  * Lists pictures of an artist.
  *
+ * @param artist  whose pictures
+ * @param count   how many are wanted; an add-on may give more
  * @param thumbs  receives an array for velFreeThumbs, also when it holds nothing; left untouched by
  *                some failures. Set it to null before the call, and release what it holds after.
  * @return        how many records are in the array; 0 for none or failure
@@ -349,15 +360,21 @@ QUILP_API int velGetArtistThumbnail(const char* artist, int count, velThumb_** t
  * library's class serves these functions too.
  *
  * @return 0 after printing, an add-on's empty document included; 1 when the services have nothing
- * or an add-on failed, with nothing printed
+ *         or an add-on failed, with nothing printed
+ * @{
  */
 QUILP_API int velPrintSearchAlbum(const char* album, const char* artist, int count);
 QUILP_API int velPrintGetAlbumByArtist(const char* artist, int count);
 QUILP_API int velPrintGetArtistThumbnail(const char* artist, int count);
+/** @} */
 
-/** Releases `count` records and the array. Null is ignored; a count below 1 releases the array. */
+/**
+ * Releases `count` records and the array. Null is ignored; a count below 1 releases the array.
+ * @{
+ */
 QUILP_API void velFreeAlbums(velAlbum_* albums, int count);
 QUILP_API void velFreeThumbs(velThumb_* thumbs, int count);
+/** @} */
 
 }  // extern "C"
 
@@ -372,9 +389,9 @@ struct TitleSearchPattern_t {
 
 /** A pattern to search an artist by. For callers: the library makes none. */
 struct ArtistSearchPattern_t {
-  std::string text;
-  int wordCount;
-  int kind;
+  std::string text; /**< the name */
+  int wordCount;    /**< as TitleSearchPattern_t counts */
+  int kind;         /**< as the caller has it */
 };
 
 /** One singer. */
@@ -402,35 +419,35 @@ struct KTV_ExtraData_t {
 /** A language and its markers: Latin, traditional and simplified Chinese, with their lengths in
  *  bytes. */
 struct KaraokeLanguageEntry {
-  const char* name;
-  const char* marker1;
-  int length1;
-  const char* marker2;
-  int length2;
-  const char* marker3;
-  int length3;
-  int code; /**< 0 ends the table */
+  const char* name;    /**< English name */
+  const char* marker1; /**< Latin marker, with its brackets */
+  int length1;         /**< length of `marker1` */
+  const char* marker2; /**< traditional Chinese marker */
+  int length2;         /**< length of `marker2` */
+  const char* marker3; /**< simplified Chinese marker */
+  int length3;         /**< length of `marker3` */
+  int code;            /**< 0 ends the table */
 };
 
 /** A marker in a file name, and what it stands for. */
 struct KaraokeCodeEntry {
-  int code;
-  const char* marker;
-  int length; /**< in bytes; 0 ends the table */
+  int code;           /**< as the records have it */
+  const char* marker; /**< with its brackets */
+  int length;         /**< in bytes; 0 ends the table */
 };
 
 /** What stands between two singers. */
 struct SeparatorEntry {
-  char text[8];
-  int length; /**< in bytes; 0 ends the table */
+  char text[8]; /**< the separator */
+  int length;   /**< in bytes; 0 ends the table */
 };
 
 /** A country of ISO 3166-1. */
 struct CountryEntry {
-  const char* alpha2; /**< null ends the table */
-  const char* alpha3;
-  int numeric;
-  const char* name; /**< short English name; some have lost a blank */
+  const char* alpha2; /**< code of two letters; null ends the table */
+  const char* alpha3; /**< code of three letters */
+  int numeric;        /**< code of up to three digits */
+  const char* name;   /**< short English name; some have lost a blank */
 };
 
 extern "C" {
@@ -467,6 +484,7 @@ QUILP_API extern char gSearchKey[512];
  * Numbers are set to -1 first. The title is replaced when there is one; lists are appended to.
  *
  * @param path  path of the song file; an add-on gets it unchanged, and null as an empty one
+ * @param info  record of the caller's
  * @return      0 on success; 1 when the add-on failed or wrote no readable document, with nothing
  *              but the numbers touched, or when `info` is null
  */
@@ -481,6 +499,7 @@ QUILP_API void initKTVInfo(KTV_ExtraData_t* info);
  *
  * @param name  without folders. All but its first 1023 bytes go (a character that does not fit goes
  *              whole), then the last dot of those with what follows it
+ * @param info  record of the caller's
  * @return      always 0; a null argument does nothing
  */
 QUILP_API int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info);
@@ -522,8 +541,9 @@ QUILP_API char char2hex(char digit);
  *
  * @param source       bytes to encode
  * @param sourceLength how many; at least 1, at most a third of destinationSize, at most 65535
- * @param destination  must have room for destinationSize + 1 bytes: a source of exactly a third
- *                     puts the terminator at index destinationSize
+ * @param destination  receives the encoded text and its terminator; must have room for
+ *                     destinationSize + 1 bytes
+ * @param destinationSize  a source of exactly a third puts the terminator at this index
  * @return             0, or -1 when the length is refused (nothing is written then)
  */
 QUILP_API int StringConvert2PercentString(char* source, int sourceLength, char* destination,

@@ -6,6 +6,7 @@ build_packages=(
   libcpp-httplib-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev
   bubblewrap ca-certificates curl iso-codes openssl
 )
+document_packages=(doxygen mandoc)
 clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
 
 say() {
