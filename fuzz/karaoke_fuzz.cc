@@ -1,11 +1,6 @@
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <iostream>
-#include <string>
 #include <utility>
-#include <vector>
 
+#include "fuzz.h"
 #include "libquilp.h"
 
 // Reads any bytes as a file name, as a title part and as an artist part, and compares with a model
@@ -183,30 +178,22 @@ void compare(const char* what, const std::string& text, Parse parse, Model model
   }
   Song expected;
   model(text, expected);
-  if (!(actual == expected)) {
-    std::cerr << what << " differs from the model\n";
-    std::abort();
-  }
+  fuzz::expect(actual == expected, what);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::string text(reinterpret_cast<const char*>(data), size);
-  text.erase(std::min(text.find('\0'), size));
-  // Exactly as long as the text, so that a sanitizer sees a look beyond its end.
-  const std::vector<unsigned char> exact(text.c_str(), text.c_str() + text.size() + 1);
+  const std::string text = fuzz::textOf(data, size);
+  fuzz::Exact exact(text);
   compare(
-      "the name", text,
-      [&](KTV_ExtraData_t& info) {
-        BasicGetKTVInfo(reinterpret_cast<const char*>(exact.data()), &info);
-      },
-      modelName);
+      "the name differs from the model", text,
+      [&](KTV_ExtraData_t& info) { BasicGetKTVInfo(exact.text(), &info); }, modelName);
   compare(
-      "the title part", text,
-      [&](KTV_ExtraData_t& info) { parseTitleAndLangAndVocal(exact.data(), &info); }, modelTitle);
+      "the title part differs from the model", text,
+      [&](KTV_ExtraData_t& info) { parseTitleAndLangAndVocal(exact.bytes(), &info); }, modelTitle);
   compare(
-      "the artist part", text, [&](KTV_ExtraData_t& info) { parseArtist(exact.data(), &info); },
-      modelArtists);
+      "the artist part differs from the model", text,
+      [&](KTV_ExtraData_t& info) { parseArtist(exact.bytes(), &info); }, modelArtists);
   return 0;
 }
