@@ -38,6 +38,7 @@ int run(int argc, char** argv) {
   quilp::addMusicCommands(app, status);
   quilp::addKeywordCommand(app, status);
   quilp::addScanCommand(app, status);
+  quilp::addAddonCommands(app, status);
   try {
     app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {

@@ -1,0 +1,168 @@
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <system_error>
+
+#include "addon/interview.h"
+#include "commands.h"
+#include "libquilp.h"
+#include "options.h"
+
+namespace quilp {
+namespace {
+
+const std::string kCount = std::to_string(kDefaultCount);
+
+/// What to ask for; what is empty was not given.
+struct Wishes {
+  std::string program, type, keyword, language, artist, album, file, season, episode;
+  double timeout = 30;
+  bool json = false;
+};
+
+/// A value that was given, or else a guess.
+std::string orElse(const std::string& given, const std::string& guess) {
+  return given.empty() ? guess : given;
+}
+
+void askMovies(Interview& interview, const Wishes& wishes) {
+  const std::string keyword = ProcessKeyword(orElse(wishes.keyword, "the").c_str(), 0);
+  const std::optional<Document> list =
+      interview.ask({"search", {"searchmovie", "-t", keyword, "-n", kCount}, movieList(), 2, true,
+                     wishes.keyword.empty(), "--keyword"});
+  const std::string id = list ? list->first("id") : "";
+  const Question details = {"details", {"getmovieinfobyid", "-i", id}, movie(), 2, false, false,
+                            "",        id};
+  if (id.empty()) {
+    interview.leaveOut(details, "the search gave no identifier (see --keyword)");
+  } else {
+    interview.ask(details);
+  }
+}
+
+void askTV(Interview& interview, const Wishes& wishes) {
+  const std::string keyword = ProcessKeyword(orElse(wishes.keyword, "the").c_str(), 0);
+  const char* configured = nullptr;
+  std::string program = wishes.program;
+  getDefaultLang(&configured, program.data());
+  const std::string language = orElse(wishes.language, configured);
+  const std::optional<Document> list = interview.ask(
+      {"search", {"searchtvshow", "-t", keyword, "-n", kCount, "-l", language}, showList(), 2, true,
+       wishes.keyword.empty(), "--keyword"});
+  const std::string id = list ? list->first("id") : "";
+  const Question details = {
+      "show", {"gettvshowinfo", "-i", id, "-l", language}, show(), 2, false, false, "", id};
+  const Question part = {"episode",
+                         {"gettvshowinfo", "-i", id, "-s", orElse(wishes.season, "1"), "-e",
+                          orElse(wishes.episode, "1"), "-l", language},
+                         episode(),
+                         2,
+                         false,
+                         wishes.season.empty() && wishes.episode.empty(),
+                         "--season and --episode"};
+  for (const Question& question : {details, part}) {
+    if (id.empty()) {
+      interview.leaveOut(question, "the search gave no identifier (see --keyword)");
+    } else {
+      interview.ask(question);
+    }
+  }
+}
+
+void askMusic(Interview& interview, const Wishes& wishes) {
+  const std::string album = orElse(wishes.album, "the");
+  const std::optional<Document> list =
+      interview.ask({"search", {"searchAlbum", "-b", album, "-a", wishes.artist, "-n", kCount},
+                     albumList(), 2, false, wishes.album.empty(), "--album"});
+  const std::string artist = orElse(wishes.artist, list ? list->first("artist") : "");
+  const bool guessed = wishes.artist.empty();
+  const Question albums = {"albums", {"getAlbumByArtist", "-a", artist, "-n", kCount},
+                           artistAlbumList(), 2, false, guessed, "--artist"};
+  const Question pictures = {"art",     {"getArtistThumbnail", "-a", artist, "-n", kCount},
+                             artwork(), 2, false, guessed, "--artist"};
+  for (const Question& question : {albums, pictures}) {
+    if (artist.empty()) {
+      interview.leaveOut(question, "the search gave no artist (see --artist)");
+    } else {
+      interview.ask(question);
+    }
+  }
+}
+
+void askKaraoke(Interview& interview, const Wishes& wishes) {
+  const std::string file = orElse(wishes.file, "/songs/Anna Lane[F]_Harbour Lights[E][L].mkv");
+  interview.ask({"song", {"getKTVInfo", "-f", file}, song(), 2, false, wishes.file.empty(),
+                 "--file"});
+}
+
+using Ask = void (*)(Interview&, const Wishes&);
+
+const std::map<std::string, Ask> kAsk = {
+    {"KTV", askKaraoke}, {"Movie", askMovies}, {"Music", askMusic}, {"TV", askTV}};
+
+/// A path works from any folder, as the registry's must; a bare name is searched along PATH.
+std::string absolute(const std::string& program) {
+  return program.find('/') == std::string::npos ? program
+                                                : std::filesystem::absolute(program).string();
+}
+
+int check(Wishes wishes) {
+  wishes.program = absolute(wishes.program);
+  Report report;
+  try {
+    Runner runner(wishes.program,
+                  std::chrono::milliseconds(static_cast<long>(wishes.timeout * 1000)));
+    Interview interview(runner, report);
+    if (interview.greet()) {
+      kAsk.at(wishes.type)(interview, wishes);
+    }
+  } catch (const Interrupted& interrupted) {
+    std::signal(interrupted.signal, SIG_DFL);
+    std::raise(interrupted.signal);
+  }
+  const bool printed = wishes.json ? report.printAsJson(wishes.program, wishes.type)
+                                   : report.printText(wishes.program, wishes.type);
+  return printed && report.good() ? 0 : kNothingFound;
+}
+
+}  // namespace
+
+void addAddonCheck(CLI::App* addon, int& status) {
+  static Wishes wishes;
+  CLI::App* command = addon->add_subcommand(
+      "check", "Run an add-on through every request of its type and judge what it does");
+  // The parser's mark behind an argument ends with c_str().
+  const auto text = [command](const std::string& name, std::string& value,
+                              const std::string& description) {
+    return command->add_option_function<std::string>(
+        name, [&value](const std::string& given) { value = given.c_str(); }, description);
+  };
+  text("PROGRAM", wishes.program, "The add-on, as the registry would name it")->required();
+  text("--type", wishes.type, "What it describes: Movie, TV, Music or KTV")
+      ->required()
+      ->check(CLI::IsMember(kAsk));
+  text("--keyword", wishes.keyword, "What a search finds something for (default: the)");
+  text("-l", wishes.language, "Language for a TV add-on (default: the one configured for it)");
+  static int season = 0;
+  static int episode = 0;
+  addNumber(command, "--season", season, "A season that the first show found has (default: 1)")
+      ->each([](const std::string& given) { wishes.season = given; });
+  addNumber(command, "--episode", episode, "An episode of that season (default: 1)")
+      ->each([](const std::string& given) { wishes.episode = given; });
+  text("--album", wishes.album, "A title that an album is found for (default: the)");
+  text("--artist", wishes.artist, "An artist (default: the first album's)");
+  text("--file", wishes.file, "A song file's path, which need not exist");
+  command->add_option("--timeout", wishes.timeout, "Seconds that a request may take")
+      ->capture_default_str()
+      ->check(CLI::Range(0.01, 3600.0));
+  command->add_flag("--json", wishes.json, "Print the findings as JSON");
+  command->callback([&status] {
+    wishes.season = wishes.season.empty() ? "" : std::to_string(season);
+    wishes.episode = wishes.episode.empty() ? "" : std::to_string(episode);
+    status = check(wishes);
+  });
+}
+
+}  // namespace quilp
