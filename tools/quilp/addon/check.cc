@@ -77,11 +77,10 @@ void askMusic(Interview& interview, const Wishes& wishes) {
       interview.ask({"search", {"searchAlbum", "-b", album, "-a", wishes.artist, "-n", kCount},
                      albumList(), 2, false, wishes.album.empty(), "--album"});
   const std::string artist = orElse(wishes.artist, list ? list->first("artist") : "");
-  const bool guessed = wishes.artist.empty();
   const Question albums = {"albums", {"getAlbumByArtist", "-a", artist, "-n", kCount},
-                           artistAlbumList(), 2, false, guessed, "--artist"};
+                           artistAlbumList(), 2, false, false, "--artist"};
   const Question pictures = {"art",     {"getArtistThumbnail", "-a", artist, "-n", kCount},
-                             artwork(), 2, false, guessed, "--artist"};
+                             artwork(), 2, false, wishes.artist.empty(), "--artist"};
   for (const Question& question : {albums, pictures}) {
     if (artist.empty()) {
       interview.leaveOut(question, "the search gave no artist (see --artist)");

@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 namespace quilp {
@@ -31,7 +30,8 @@ std::vector<Process> children() {
        entry.increment(error)) {
     const pid_t id = std::atoi(entry->path().filename().c_str());
     std::ifstream file(entry->path() / "stat");
-    const std::string line((std::istreambuf_iterator<char>(file)), {});
+    std::string line;
+    std::getline(file, line, '\0');  // of a process that has just ended, nothing can be read
     const std::size_t open = line.find('(');
     const std::size_t close = line.rfind(')');
     if (id > 0 && open != std::string::npos && close != std::string::npos &&

@@ -1,5 +1,7 @@
 #include "addon/interview.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -52,9 +54,11 @@ std::size_t countOf(const Question& question) {
 
 bool hasCount(const Question& question) { return countOf(question) < question.arguments.size(); }
 
+bool isDash(const Hostile& hostile) { return std::strcmp(hostile.clause.id, kDash) == 0; }
+
 /// What is made of a keyword begins with no "-".
 bool applies(const Hostile& hostile, const Question& question) {
-  return !question.keyword || std::strcmp(hostile.clause.id, kDash) != 0;
+  return !question.keyword || !isDash(hostile);
 }
 
 std::vector<Clause> clausesOf(const Question& question) {
@@ -88,7 +92,11 @@ bool Interview::greet() {
   report_.begin("program", "");
   const Run run = runner_.run({"nosuchverb", "-i", "1"});
   if (run.startError != 0) {
-    report_.fail(clause::kProgram, std::strerror(run.startError));
+    const bool here = runner_.program().find('/') == std::string::npos &&
+                      access(runner_.program().c_str(), X_OK) == 0;
+    report_.fail(clause::kProgram,
+                 std::string(std::strerror(run.startError)) +
+                     (here ? "; without a \"/\", a program is searched along PATH" : ""));
     report_.skip(clause::kUnknownVerb, "it cannot be run");
     return false;
   }
@@ -106,6 +114,7 @@ bool Interview::greet() {
 
 std::optional<Document> Interview::ask(const Question& question) {
   report_.begin(question.name, commandLine(question));
+  whySkipped_ = "there is nothing to judge after the failure";
   const Run run = runner_.run(question.arguments);
   std::optional<Document> answer;
   if (!judgeRun(run)) {
@@ -124,12 +133,7 @@ std::optional<Document> Interview::ask(const Question& question) {
     askWithoutRoom(question);
     askHostile(question);
   }
-  const bool failed = report_.failed(clause::kVerb) || report_.failed(clause::kStatus) ||
-                      report_.failed(clause::kDocument) || report_.failed(clause::kWellFormed) ||
-                      report_.failed(clause::kRoot) || report_.failed(clause::kEntries);
-  report_.skipRest(clausesOf(question),
-                   failed ? "there is nothing to judge after the failure"
-                          : "nothing was found: name something that is, with " + question.hint);
+  report_.skipRest(clausesOf(question), whySkipped_);
   return answer;
 }
 
@@ -165,10 +169,13 @@ bool Interview::judgeStatus(const Question& question, const Run& run) {
     report_.pass(clause::kStatus);
     return true;
   }
+  const bool unknown = run.signal == 0 && run.status == unknownVerbStatus_;
   if (question.guessed && run.signal == 0) {
+    whySkipped_ = statusOf(run) + (unknown ? ", as for a verb that does not exist" : "") +
+                  "; if only nothing was found, name something that is, with " + question.hint;
     return false;
   }
-  if (run.signal == 0 && run.status == unknownVerbStatus_) {
+  if (unknown) {
     report_.fail(clause::kVerb, statusOf(run) + ", as for a verb that does not exist");
   } else {
     report_.pass(clause::kVerb);
@@ -190,6 +197,7 @@ std::optional<Document> Interview::judgeAnswer(const Question& question, const R
   const char* entry = question.layout.entry;
   if (entry != nullptr && document.results.empty()) {
     const bool others = document.root.nChildNode() > 0;
+    whySkipped_ = "nothing was found: name something that is, with " + question.hint;
     if (others || !question.guessed) {
       report_.fail(clause::kEntries, std::string(others ? "other elements" : "an empty list") +
                                          ", and no element " + entry);
@@ -283,6 +291,9 @@ void Interview::askForNothing(const Question& question) {
 }
 
 void Interview::askWithoutRoom(const Question& question) {
+  if (report_.failed(clause::kDocument)) {
+    return;
+  }
   const Run run = runner_.runUnwritable(question.arguments);
   const std::string fault = conduct(run);
   if (!fault.empty()) {
@@ -303,7 +314,7 @@ void Interview::askHostile(const Question& question) {
     for (const std::string& value : hostile.values) {
       const Run run = runner_.run(argumentsWith(question, value));
       std::string fault = faultOf(question, run, value);
-      if (fault.empty() && hostile.clause.id == kDash && nothingStatus_ &&
+      if (fault.empty() && isDash(hostile) && nothingStatus_ &&
           run.status != *nothingStatus_) {
         fault = "for " + value + ": " + statusOf(run) + ", but " +
                 std::to_string(*nothingStatus_) + " for something unknown: taken for an option?";
