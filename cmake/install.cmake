@@ -16,4 +16,5 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/libquilp.pc
 if(QUILP_BUILD_TOOLS)
   install(TARGETS quilp_cli)
   install(FILES docs/man/quilp.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES docs/man/quilp-addon.7 DESTINATION ${CMAKE_INSTALL_MANDIR}/man7)
 endif()

@@ -28,8 +28,12 @@ expect() {
     failures=$((failures + 1))
   fi
   rm -f /tmp/leak.*
-  if [ -n "$(ls /tmp)" ] || pgrep sleep >/dev/null; then
-    echo "$label: left behind: $(ls /tmp) $(pgrep -l sleep)" >&2
+  nothing_left "$label"
+}
+
+nothing_left() {
+  if [ -n "$(ls /tmp)" ] || grep -qsx sleep /proc/[0-9]*/comm; then
+    echo "$1: left behind: $(ls /tmp) $(grep -sx sleep /proc/[0-9]*/comm)" >&2
     failures=$((failures + 1))
   fi
 }
@@ -178,9 +182,7 @@ while [ ! -e /run/box/started ]; do sleep 0.05; done
 kill -TERM $!
 status=0
 wait $! || status=$?
-if [ $status -ne 143 ] || [ -n "$(ls /tmp)" ] || pgrep sleep; then
-  echo "ended by a signal: status $status, left behind: $(ls /tmp)" >&2
-  failures=$((failures + 1))
-fi
+[ $status -eq 143 ] || failures=$((failures + 1))
+nothing_left "status $status after a signal"
 
 exit "$failures"

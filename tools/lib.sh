@@ -4,7 +4,7 @@
 build_packages=(
   g++ cmake ninja-build pkg-config libpugixml-dev libjsoncpp-dev libiniparser-dev libcli11-dev
   libcpp-httplib-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev
-  bubblewrap ca-certificates curl iso-codes man-db openssl python3
+  bubblewrap ca-certificates curl groff-base iso-codes mandoc openssl python3
 )
 document_packages=(doxygen mandoc)
 clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
