@@ -27,19 +27,29 @@ std::string orElse(const std::string& given, const std::string& guess) {
   return given.empty() ? guess : given;
 }
 
+/// Asks when what to ask for is known: the search before was to tell it.
+void askAbout(const std::string& known, Interview& interview, const Question& question) {
+  if (known.empty()) {
+    interview.leaveOut(question, "the search told nothing to ask for: see " + question.hint);
+  } else {
+    interview.ask(question);
+  }
+}
+
+std::string firstValue(const std::optional<Document>& document, const char* element) {
+  return document ? document->first(element) : "";
+}
+
 void askMovies(Interview& interview, const Wishes& wishes) {
   const std::string keyword = ProcessKeyword(orElse(wishes.keyword, "the").c_str(), 0);
-  const std::optional<Document> list =
-      interview.ask({"search", {"searchmovie", "-t", keyword, "-n", kCount}, movieList(), 2, true,
-                     wishes.keyword.empty(), "--keyword"});
-  const std::string id = list ? list->first("id") : "";
-  const Question details = {"details", {"getmovieinfobyid", "-i", id}, movie(), 2, false, false,
-                            "",        id};
-  if (id.empty()) {
-    interview.leaveOut(details, "the search gave no identifier (see --keyword)");
-  } else {
-    interview.ask(details);
-  }
+  Question search = {
+      "search", {"searchmovie", "-t", keyword, "-n", kCount}, movieList(), "--keyword"};
+  search.keyword = true;
+  search.guessed = wishes.keyword.empty();
+  const std::string id = firstValue(interview.ask(search), "id");
+  Question details = {"details", {"getmovieinfobyid", "-i", id}, movie(), "--keyword"};
+  details.id = id;
+  askAbout(id, interview, details);
 }
 
 void askTV(Interview& interview, const Wishes& wishes) {
@@ -48,52 +58,48 @@ void askTV(Interview& interview, const Wishes& wishes) {
   std::string program = wishes.program;
   getDefaultLang(&configured, program.data());
   const std::string language = orElse(wishes.language, configured);
-  const std::optional<Document> list = interview.ask(
-      {"search", {"searchtvshow", "-t", keyword, "-n", kCount, "-l", language}, showList(), 2, true,
-       wishes.keyword.empty(), "--keyword"});
-  const std::string id = list ? list->first("id") : "";
-  const Question details = {
-      "show", {"gettvshowinfo", "-i", id, "-l", language}, show(), 2, false, false, "", id};
-  const Question part = {"episode",
-                         {"gettvshowinfo", "-i", id, "-s", orElse(wishes.season, "1"), "-e",
-                          orElse(wishes.episode, "1"), "-l", language},
-                         episode(),
-                         2,
-                         false,
-                         wishes.season.empty() && wishes.episode.empty(),
-                         "--season and --episode"};
-  for (const Question& question : {details, part}) {
-    if (id.empty()) {
-      interview.leaveOut(question, "the search gave no identifier (see --keyword)");
-    } else {
-      interview.ask(question);
-    }
-  }
+  Question search = {"search",
+                     {"searchtvshow", "-t", keyword, "-n", kCount, "-l", language},
+                     showList(),
+                     "--keyword"};
+  search.keyword = true;
+  search.guessed = wishes.keyword.empty();
+  const std::string id = firstValue(interview.ask(search), "id");
+  Question details = {"show", {"gettvshowinfo", "-i", id, "-l", language}, show(), "--keyword"};
+  details.id = id;
+  askAbout(id, interview, details);
+  Question part = {"episode",
+                   {"gettvshowinfo", "-i", id, "-s", orElse(wishes.season, "1"), "-e",
+                    orElse(wishes.episode, "1"), "-l", language},
+                   episode(),
+                   "--keyword, --season and --episode"};
+  part.guessed = wishes.season.empty() && wishes.episode.empty();
+  askAbout(id, interview, part);
 }
 
 void askMusic(Interview& interview, const Wishes& wishes) {
   const std::string album = orElse(wishes.album, "the");
-  const std::optional<Document> list =
-      interview.ask({"search", {"searchAlbum", "-b", album, "-a", wishes.artist, "-n", kCount},
-                     albumList(), 2, false, wishes.album.empty(), "--album"});
-  const std::string artist = orElse(wishes.artist, list ? list->first("artist") : "");
-  const Question albums = {"albums", {"getAlbumByArtist", "-a", artist, "-n", kCount},
-                           artistAlbumList(), 2, false, false, "--artist"};
-  const Question pictures = {"art",     {"getArtistThumbnail", "-a", artist, "-n", kCount},
-                             artwork(), 2, false, wishes.artist.empty(), "--artist"};
-  for (const Question& question : {albums, pictures}) {
-    if (artist.empty()) {
-      interview.leaveOut(question, "the search gave no artist (see --artist)");
-    } else {
-      interview.ask(question);
-    }
-  }
+  Question search = {"search",
+                     {"searchAlbum", "-b", album, "-a", wishes.artist, "-n", kCount},
+                     albumList(),
+                     "--album"};
+  search.guessed = wishes.album.empty();
+  const std::optional<Document> albums = interview.ask(search);
+  const std::string artist = orElse(wishes.artist, firstValue(albums, "artist"));
+  askAbout(
+      artist, interview,
+      {"albums", {"getAlbumByArtist", "-a", artist, "-n", kCount}, artistAlbumList(), "--artist"});
+  Question pictures = {
+      "art", {"getArtistThumbnail", "-a", artist, "-n", kCount}, artwork(), "--artist"};
+  pictures.guessed = wishes.artist.empty();
+  askAbout(artist, interview, pictures);
 }
 
 void askKaraoke(Interview& interview, const Wishes& wishes) {
   const std::string file = orElse(wishes.file, "/songs/Anna Lane[F]_Harbour Lights[E][L].mkv");
-  interview.ask({"song", {"getKTVInfo", "-f", file}, song(), 2, false, wishes.file.empty(),
-                 "--file"});
+  Question question = {"song", {"getKTVInfo", "-f", file}, song(), "--file"};
+  question.guessed = wishes.file.empty();
+  interview.ask(question);
 }
 
 using Ask = void (*)(Interview&, const Wishes&);

@@ -32,7 +32,8 @@ inline constexpr Clause kOnce = {"once", "an element of one value is there once"
 inline constexpr Clause kRepeated = {"repeated", "of several values, each has its own element"};
 inline constexpr Clause kNames = {"names", "no elements but those that are read"};
 inline constexpr Clause kRoles = {"roles", "a name and a role with every actor"};
-inline constexpr Clause kEntities = {"entities", "no character references: CDATA keeps them as text"};
+inline constexpr Clause kEntities = {"entities",
+                                     "no character references: CDATA keeps them as text"};
 inline constexpr Clause kBlanks = {"blanks", "no blanks at the ends of a value"};
 inline constexpr Clause kAddresses = {"addresses", "pictures and pages by http or https address"};
 inline constexpr Clause kSameId = {"same-id", "the identifier that was asked for"};

@@ -101,8 +101,7 @@ std::vector<std::string> Document::values(const Layout& layout) const {
 }
 
 std::string Document::first(const char* element) const {
-  return results.empty() ? ""
-                         : libquilp::firstClearOr(results.front().getChildNode(element), "");
+  return results.empty() ? "" : libquilp::firstClearOr(results.front().getChildNode(element), "");
 }
 
 void judgeOpening(const Document& document, const char* path, Report& report) {

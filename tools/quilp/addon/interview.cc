@@ -22,10 +22,9 @@ std::string listed(const std::vector<std::string>& names) {
 }
 
 std::string statusOf(const Run& run) {
-  std::string text = run.signal != 0
-                         ? "ended by signal " + std::to_string(run.signal) + " (" +
-                               strsignal(run.signal) + ")"
-                         : "status " + std::to_string(run.status);
+  std::string text = run.signal != 0 ? "ended by signal " + std::to_string(run.signal) + " (" +
+                                           strsignal(run.signal) + ")"
+                                     : "status " + std::to_string(run.status);
   return run.output.empty() ? text : text + "; it wrote: " + run.output;
 }
 
@@ -41,7 +40,7 @@ std::string commandLine(const Question& question) {
 
 std::vector<std::string> argumentsWith(const Question& question, const std::string& value) {
   std::vector<std::string> arguments = question.arguments;
-  arguments[question.free] = question.keyword ? ProcessKeyword(value.c_str(), 0) : value;
+  arguments[kTextArgument] = question.keyword ? ProcessKeyword(value.c_str(), 0) : value;
   return arguments;
 }
 
@@ -210,8 +209,8 @@ std::optional<Document> Interview::judgeAnswer(const Question& question, const R
   judgeContents(question.layout, document, path, report_);
   const std::string id = document.first("id");
   if (!question.id.empty() && !id.empty()) {
-    report_.advise(clause::kSameId, id == question.id ? std::vector<std::string>{}
-                                                      : std::vector<std::string>{id});
+    report_.advise(clause::kSameId,
+                   id == question.id ? std::vector<std::string>{} : std::vector<std::string>{id});
   }
   return document;
 }
@@ -232,11 +231,11 @@ void Interview::askAgain(const Question& question, const Document& document) {
     const auto [one, other] =
         std::mismatch(first.begin(), first.end(), second.begin(), second.end());
     const std::string none = "nothing";
-    report_.judge(clause::kTwice,
-                  first == second ? std::vector<std::string>{}
-                                  : std::vector<std::string>{
-                                        (one != first.end() ? *one : none) + ", and then " +
-                                        (other != second.end() ? *other : none)});
+    report_.judge(clause::kTwice, first == second
+                                      ? std::vector<std::string>{}
+                                      : std::vector<std::string>{
+                                            (one != first.end() ? *one : none) + ", and then " +
+                                            (other != second.end() ? *other : none)});
   }
 }
 
@@ -250,10 +249,10 @@ void Interview::askForOne(const Question& question) {
   const Document document = openDocument(question.layout, run.file->name());
   const std::string fault = conduct(run);
   if (!fault.empty() || run.status != 0 || document.fault != nullptr || document.results.empty()) {
-    report_.fail(clause::kCount, "for -n 1: " + (!fault.empty()             ? fault
-                                                 : run.status != 0          ? statusOf(run)
+    report_.fail(clause::kCount, "for -n 1: " + (!fault.empty()              ? fault
+                                                 : run.status != 0           ? statusOf(run)
                                                  : document.fault != nullptr ? document.found
-                                                                            : "an empty list"));
+                                                                             : "an empty list"));
   } else if (document.results.size() > 1) {
     report_.warn(clause::kCount, std::to_string(document.results.size()) + " for -n 1");
   } else {
@@ -314,10 +313,9 @@ void Interview::askHostile(const Question& question) {
     for (const std::string& value : hostile.values) {
       const Run run = runner_.run(argumentsWith(question, value));
       std::string fault = faultOf(question, run, value);
-      if (fault.empty() && isDash(hostile) && nothingStatus_ &&
-          run.status != *nothingStatus_) {
-        fault = "for " + value + ": " + statusOf(run) + ", but " +
-                std::to_string(*nothingStatus_) + " for something unknown: taken for an option?";
+      if (fault.empty() && isDash(hostile) && nothingStatus_ && run.status != *nothingStatus_) {
+        fault = "for " + value + ": " + statusOf(run) + ", but " + std::to_string(*nothingStatus_) +
+                " for something unknown: taken for an option?";
       }
       if (!fault.empty()) {
         faults.push_back(fault);
@@ -332,9 +330,9 @@ void Interview::askHostile(const Question& question) {
 /// request was that should find something.
 std::string Interview::faultOf(const Question& question, const Run& run,
                                const std::string& value) const {
-  const auto injected = std::find_if(
-      run.leftovers.begin(), run.leftovers.end(),
-      [](const std::string& left) { return left.rfind(kInjected, 0) == 0; });
+  const auto injected =
+      std::find_if(run.leftovers.begin(), run.leftovers.end(),
+                   [](const std::string& left) { return left.rfind(kInjected, 0) == 0; });
   std::string fault;
   if (injected != run.leftovers.end()) {
     fault = "a shell ran a part of it";

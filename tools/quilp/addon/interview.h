@@ -41,7 +41,7 @@ class Interview {
   Runner& runner_;
   Report& report_;
   int unknownVerbStatus_ = -1;
-  std::string whySkipped_;             // why this request's later clauses are
+  std::string whySkipped_;            // why this request's later clauses are
   std::optional<int> nothingStatus_;  // for a value that nothing is found for
 };
 

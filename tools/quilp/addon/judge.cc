@@ -178,7 +178,8 @@ class Judge {
   }
 
   static bool hasReference(std::string_view text) {
-    for (std::size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
+    for (std::size_t at = text.find('&'); at != std::string_view::npos;
+         at = text.find('&', at + 1)) {
       const std::size_t end = text.find_first_not_of(
           "#0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ", at + 1);
       if (end != std::string_view::npos && text[end] == ';' && end > at + 1) {
@@ -218,7 +219,8 @@ class Judge {
       std::string meant;
       for (const Element& element : layout_.elements) {
         known = known || isRead(element.name);
-        if (isRead(element.name + "s") || strcasecmp(element.name.c_str(), (name + "s").c_str()) == 0) {
+        if (isRead(element.name + "s") ||
+            strcasecmp(element.name.c_str(), (name + "s").c_str()) == 0) {
           meant = element.name;
         }
       }

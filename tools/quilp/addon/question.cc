@@ -33,13 +33,9 @@ Layout showList() {
 
 Layout show() { return {"tvshow", nullptr, elementsOf(libquilp::kShowInfoFields), {"title"}}; }
 
-Layout episode() {
-  return {"tvepisode", nullptr, elementsOf(libquilp::kEpisodeFields), {"title"}};
-}
+Layout episode() { return {"tvepisode", nullptr, elementsOf(libquilp::kEpisodeFields), {"title"}}; }
 
-Layout albumList() {
-  return {"albumlist", "album", elementsOf(libquilp::kAlbumFields), {"name"}};
-}
+Layout albumList() { return {"albumlist", "album", elementsOf(libquilp::kAlbumFields), {"name"}}; }
 
 Layout artistAlbumList() {
   return {"albumlist", "album", elementsOf(libquilp::kArtistAlbumFields), {"name"}};

@@ -32,16 +32,17 @@ Layout artistAlbumList();
 Layout artwork();
 Layout song();
 
-/// One request, as the library makes it.
+/// One request, as the library makes it: verb, option, a text that may be anybody's, and the rest.
 struct Question {
   std::string name;
   std::vector<std::string> arguments;  // behind the program, in front of "-o FILE"
   Layout layout;
-  std::size_t free;        // which argument is anybody's text
-  bool keyword = false;    // and whether it is cleaned before the add-on gets it
-  bool guessed = false;    // nobody has said that there is an answer
-  std::string hint{};      // the option that names what has one
-  std::string id{};        // that is asked for, where the document may tell it
+  std::string hint;      // the option that names something that has an answer
+  bool guessed = false;  // nobody has named anything
+  bool keyword = false;  // the text is cleaned before the add-on gets it
+  std::string id{};      // that is asked for, where the document may tell it
 };
+
+inline constexpr std::size_t kTextArgument = 2;
 
 }  // namespace quilp

@@ -30,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::string_view kInput = "Nothing on standard input is meant for an add-on.\n";
 constexpr std::size_t kOutputKept = 400;
 constexpr off_t kLongestDocument = off_t{16} << 20;
-constexpr int kTick = 5;  // ms
+constexpr int kTick = 1;  // ms
 constexpr int kMostPieces = 64;
 
 constexpr std::array<int, 3> kEndingSignals = {SIGHUP, SIGINT, SIGTERM};

@@ -16,15 +16,15 @@ struct Interrupted {
 
 /// What one run of an add-on did.
 struct Run {
-  int status = 0;             // as the library sees it
-  int signal = 0;             // that ended it; 0 for none
-  int startError = 0;         // why it could not be started; 0 if it was
-  bool timedOut = false;      // and was ended for it
-  bool tooLong = false;       // its document grew without end, and it was ended
-  bool readInput = false;     // it took something from standard input
-  std::vector<std::string> processes;  // that ran on behind its end, and were ended
-  std::vector<std::string> leftovers;  // files that it left behind
-  std::string output;                  // how what it wrote beside the document begins
+  int status = 0;                            // as the library sees it
+  int signal = 0;                            // that ended it; 0 for none
+  int startError = 0;                        // why it could not be started; 0 if it was
+  bool timedOut = false;                     // and was ended for it
+  bool tooLong = false;                      // its document grew without end, and it was ended
+  bool readInput = false;                    // it took something from standard input
+  std::vector<std::string> processes;        // that ran on behind its end, and were ended
+  std::vector<std::string> leftovers;        // files that it left behind
+  std::string output;                        // how what it wrote beside the document begins
   std::shared_ptr<libquilp::CTmpFile> file;  // where the document was to be
 };
 
