@@ -104,8 +104,11 @@ void askKaraoke(Interview& interview, const Wishes& wishes) {
 
 using Ask = void (*)(Interview&, const Wishes&);
 
-const std::map<std::string, Ask> kAsk = {
-    {"KTV", askKaraoke}, {"Movie", askMovies}, {"Music", askMusic}, {"TV", askTV}};
+const std::map<std::string, Ask>& askByType() {
+  static const std::map<std::string, Ask> ask = {
+      {"KTV", askKaraoke}, {"Movie", askMovies}, {"Music", askMusic}, {"TV", askTV}};
+  return ask;
+}
 
 /// A path works from any folder, as the registry's must; a bare name is searched along PATH.
 std::string absolute(const std::string& program) {
@@ -121,7 +124,7 @@ int check(Wishes wishes) {
                   std::chrono::milliseconds(static_cast<long>(wishes.timeout * 1000)));
     Interview interview(runner, report);
     if (interview.greet()) {
-      kAsk.at(wishes.type)(interview, wishes);
+      askByType().at(wishes.type)(interview, wishes);
     }
   } catch (const Interrupted& interrupted) {
     std::signal(interrupted.signal, SIG_DFL);
@@ -138,16 +141,17 @@ void addAddonCheck(CLI::App* addon, int& status) {
   static Wishes wishes;
   CLI::App* command = addon->add_subcommand(
       "check", "Run an add-on through every request of its type and judge what it does");
-  // The parser's mark behind an argument ends with c_str().
+  // A zero byte is the parser's mark behind an argument.
   const auto text = [command](const std::string& name, std::string& value,
                               const std::string& description) {
     return command->add_option_function<std::string>(
-        name, [&value](const std::string& given) { value = given.c_str(); }, description);
+        name, [&value](const std::string& given) { value = given.substr(0, given.find('\0')); },
+        description);
   };
   text("PROGRAM", wishes.program, "The add-on, as the registry would name it")->required();
   text("--type", wishes.type, "What it describes: Movie, TV, Music or KTV")
       ->required()
-      ->check(CLI::IsMember(kAsk));
+      ->check(CLI::IsMember(askByType()));
   text("--keyword", wishes.keyword, "What a search finds something for (default: the)");
   text("-l", wishes.language, "Language for a TV add-on (default: the one configured for it)");
   static int season = 0;

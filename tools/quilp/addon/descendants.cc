@@ -22,20 +22,23 @@ struct Process {
   std::string name;
 };
 
+/// 0 for what is no number.
+pid_t number(const char* text) { return static_cast<pid_t>(std::strtol(text, nullptr, 10)); }
+
 /// From /proc/ID/stat: "ID (NAME) STATE PARENT …", where the name may hold anything.
 std::vector<Process> children() {
   std::vector<Process> found;
   std::error_code error;
   for (std::filesystem::directory_iterator entry("/proc", error), end; !error && entry != end;
        entry.increment(error)) {
-    const pid_t id = std::atoi(entry->path().filename().c_str());
+    const pid_t id = number(entry->path().filename().c_str());
     std::ifstream file(entry->path() / "stat");
     std::string line;
     std::getline(file, line, '\0');  // of a process that has just ended, nothing can be read
     const std::size_t open = line.find('(');
     const std::size_t close = line.rfind(')');
     if (id > 0 && open != std::string::npos && close != std::string::npos &&
-        close + 4 < line.size() && std::atoi(line.c_str() + close + 4) == getpid()) {
+        close + 4 < line.size() && number(line.c_str() + close + 4) == getpid()) {
       found.push_back({id, line.substr(open + 1, close - open - 1)});
     }
   }

@@ -165,16 +165,20 @@ class Judge {
     for (const auto& [name, text] : valuesOf(layout_, result)) {
       const auto isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
       if (isBlank(text.front()) || isBlank(text.back())) {
-        blanks_.push_back(where_ + name + ": \"" + text + '"');
+        blanks_.push_back(told(name, '"' + text + '"'));
       }
       if (!layout_.plainText && hasReference(text)) {
-        entities_.push_back(where_ + name + ": " + text);
+        entities_.push_back(told(name, text));
       }
       if (addresses.count(name) > 0 && text.rfind("http://", 0) != 0 &&
           text.rfind("https://", 0) != 0) {
-        addresses_.push_back(where_ + name + ": " + text);
+        addresses_.push_back(told(name, text));
       }
     }
+  }
+
+  std::string told(const std::string& name, const std::string& text) const {
+    return std::string(where_).append(name).append(": ").append(text);
   }
 
   static bool hasReference(std::string_view text) {
@@ -230,7 +234,7 @@ class Judge {
       if (meant.empty()) {
         unknown_.push_back(name + " is not read");
       } else {
-        mistaken_.push_back(name + " is not read: " + meant + " is");
+        mistaken_.push_back((name + " is not read, but ").append(meant));
       }
     }
   }

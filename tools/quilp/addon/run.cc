@@ -132,6 +132,7 @@ class Watch {
  private:
   void start(const std::vector<std::string>& command, const std::string& folder) {
     std::vector<char*> argv;
+    argv.reserve(command.size() + 1);
     for (const std::string& argument : command) {
       argv.push_back(const_cast<char*>(argument.c_str()));
     }
