@@ -10,47 +10,55 @@ namespace libquilp {
 namespace {
 
 constexpr std::size_t kKeySize = 80;
-constexpr char kClass[] = "Kestrawind";
 
-/// A value of one section; null when the cut key of an overlong section name meets an entry without
-/// a value.
-const char* sectionValue(const IniFile& registry, const char* section, const char* key) {
+RegistrySection::Value sectionValue(const IniFile& registry, const char* section, const char* key) {
   char name[kKeySize];
   std::snprintf(name, sizeof name, "%s:%s", section, key);
-  return registry.value(name, "");
-}
-
-bool sectionHas(const IniFile& registry, const char* section, const char* key, const char* wanted) {
-  const char* value = sectionValue(registry, section, key);
-  return value != nullptr && std::strcmp(value, wanted) == 0;
+  const char* value = registry.value(name, "");
+  return value != nullptr ? RegistrySection::Value(value) : std::nullopt;
 }
 
 char* firstEnabledShell(const char* type, bool ownClassOnly, char* shell, int size) {
   const auto room = static_cast<std::size_t>(size);
   std::memset(shell, 0, room);
-  const IniFile registry(kRegistryFile);
-  if (!registry.loaded()) {
+  const auto registry = readRegistry();
+  if (!registry) {
     std::fprintf(stderr, "iniparser_load(%s) failed!\n", kRegistryFile);
     return nullptr;
   }
-  for (int i = 0; i < registry.sections(); ++i) {
-    const char* section = registry.section(i);
-    if ((ownClassOnly && !sectionHas(registry, section, "Class", kClass)) ||
-        !sectionHas(registry, section, "Type", type) ||
-        !sectionHas(registry, section, "Enable", "TRUE")) {
-      continue;
-    }
-    const char* command = sectionValue(registry, section, "Shell");
-    if (command == nullptr) {
-      return nullptr;
-    }
-    std::memcpy(shell, command, strnlen(command, room));
-    return shell;
+  const RegistrySection* section = firstEnabledSection(*registry, type, ownClassOnly);
+  if (section == nullptr || !section->shell) {
+    return nullptr;
   }
-  return nullptr;
+  section->shell->copy(shell, room);
+  return shell;
 }
 
 }  // namespace
+
+std::optional<std::vector<RegistrySection>> readRegistry() {
+  const IniFile file(kRegistryFile);
+  if (!file.loaded()) {
+    return {};
+  }
+  std::vector<RegistrySection> registry;
+  for (int i = 0; i < file.sections(); ++i) {
+    const char* name = file.section(i);
+    registry.push_back({name, sectionValue(file, name, "Class"), sectionValue(file, name, "Type"),
+                        sectionValue(file, name, "Enable"), sectionValue(file, name, "Shell")});
+  }
+  return registry;
+}
+
+const RegistrySection* firstEnabledSection(const std::vector<RegistrySection>& registry,
+                                           const char* type, bool ownClassOnly) {
+  for (const RegistrySection& section : registry) {
+    if ((section.isOwnClass() || !ownClassOnly) && section.type == type && section.isEnabled()) {
+      return &section;
+    }
+  }
+  return nullptr;
+}
 
 char* GetFirstEnabledShellByType(const char* type, char* shell, int size) {
   return firstEnabledShell(type, false, shell, size);

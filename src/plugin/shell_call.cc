@@ -24,7 +24,8 @@ bool isProgram(const char* path) {
          faccessat(AT_FDCWD, path, X_OK, AT_EACCESS) == 0;
 }
 
-/// Whether execvp would find the shell, directly or along PATH.
+}  // namespace
+
 bool canBeExecuted(const char* shell) {
   if (*shell == '\0') {
     return false;
@@ -46,8 +47,6 @@ bool canBeExecuted(const char* shell) {
     }
   }
 }
-
-}  // namespace
 
 const char* withoutPrefix(const char* id) {
   return id != nullptr && strnlen(id, kPrefixSize) == kPrefixSize ? id + kPrefixSize : "";

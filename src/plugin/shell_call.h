@@ -23,6 +23,9 @@ class Decimal {
 /// when there is none.
 const char* withoutPrefix(const char* id);
 
+/// Whether execvp would find the shell, directly or along PATH.
+bool canBeExecuted(const char* shell);
+
 /// One call of an add-on: looks the shell up, runs it, opens the document it wrote. The document's
 /// file goes with the object.
 class ShellCall {

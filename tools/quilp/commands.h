@@ -16,9 +16,11 @@ void addKaraokeCommand(CLI::App& app, int& status);
 void addMusicCommands(CLI::App& app, int& status);
 void addKeywordCommand(CLI::App& app, int& status);
 void addScanCommand(CLI::App& app, int& status);
+void addExplainCommands(CLI::App& app, int& status);
 void addAddonCommands(CLI::App& app, int& status);
 
 // Parts of the "addon" command.
 void addAddonCheck(CLI::App* addon, int& status);
+void addAddonList(CLI::App* addon, int& status);
 
 }  // namespace quilp

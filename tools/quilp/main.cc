@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "platform_check.h"
 
 namespace {
 
@@ -23,6 +24,17 @@ std::vector<std::string> argumentsOf(int argc, char** argv) {
   return arguments;
 }
 
+/// What was looked up: the command, what an explanation is of, or what a scan looks for.
+std::string lookupOf(const CLI::App& app) {
+  const CLI::App* command = app.get_subcommands().front();
+  if (command->get_name() == "scan") {
+    const CLI::Option* type = command->get_option("--type");
+    return type->count() > 0 ? type->results().front() : "movie";
+  }
+  const bool isExplained = command->get_name() == "explain";
+  return (isExplained ? command->get_subcommands().front() : command)->get_name();
+}
+
 int run(int argc, char** argv) {
   CLI::App app("Look up descriptive metadata for media files", "quilp");
   app.set_version_flag("--version", std::string("quilp ") + QUILP_VERSION);
@@ -38,11 +50,15 @@ int run(int argc, char** argv) {
   quilp::addMusicCommands(app, status);
   quilp::addKeywordCommand(app, status);
   quilp::addScanCommand(app, status);
+  quilp::addExplainCommands(app, status);
   quilp::addAddonCommands(app, status);
   try {
     app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : quilp::kWrongUsage;
+  }
+  if (status != 0) {
+    quilp::reportPlatform(lookupOf(app));
   }
   return status;
 }
