@@ -179,6 +179,7 @@ expect 1 'zorp.conf is malformed .*Movie built-in' addon list
 serves Movie print null movie search x
 chmod 0 $conf
 expect 1 'cannot be read: Permission denied.*Movie built-in' addon list
+expect 1 '' movie search nosuchfilm
 errors '^quilp: the registry /etc/config/zorp.conf cannot be read'
 rm -f $conf
 expect 1 '"problem" : "is missing"' addon list --format json
