@@ -1,6 +1,6 @@
 #!/bin/bash
 # What the documents show is true: the first program, the commands, the picture of the rooms. Runs in
-# the box, beside the sample site; $1 is the built program of the README.
+# the box, beside the sample site; its arguments run the built program of the README.
 set -u
 top=$(cd "$(dirname "$0")/.." && pwd)
 failures=0
@@ -13,7 +13,7 @@ sed -n '/^```cpp$/,/^```$/p' "$top/README.md" | sed '1d;$d' | diff - "$top/examp
   fail "README.md: not the example"
 sed -n '/^#include <libquilp.h>$/,/^\.EE$/p' "$top/docs/man/libquilp.3" | sed '$d; s/\\e/\\/g' |
   diff - "$top/examples/search.cc" || fail "libquilp.3: not the example"
-"$1" 2>/dev/null | grep -q 'tt9000001 The Paper Lighthouse' || fail "the example finds nothing"
+"$@" 2>/dev/null | grep -q 'tt9000001 The Paper Lighthouse' || fail "the example finds nothing"
 
 quilp() { "$QUILP_PROGRAM" "$@"; }
 
