@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -120,6 +121,7 @@ Holdings Holdings::after(const Holdings& before) {
   for (int i = 0; i < 200 && !(left == before); ++i) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
     left = now();
+    left.threads = std::max(left.threads, before.threads);  // one that was going, in `before`
   }
   return left;
 }
