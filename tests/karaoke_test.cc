@@ -442,7 +442,7 @@ TEST_F(KaraokeFile, IsShownAsJsonWhateverItsBytes) {
       "<Artist><Name Gender='3' Nationality='158'>\xE9\x9D\x92\xED\xA0\x80</Name></Artist>");
   const char* program = std::getenv("QUILP_PROGRAM");
   ASSERT_NE(program, nullptr);
-  const string arguments = " karaoke --json '[M,\xFF\xE9\x9D]' >/etc/config/songs.json";
+  const string arguments = " karaoke --format json '[M,\xFF\xE9\x9D]' >/etc/config/songs.json";
   ASSERT_EQ(std::system((program + arguments).c_str()), 0);
   Json::CharReaderBuilder reader;
   Json::CharReaderBuilder::strictMode(&reader.settings_);
