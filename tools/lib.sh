@@ -4,9 +4,11 @@
 build_packages=(
   g++ cmake ninja-build pkg-config libpugixml-dev libjsoncpp-dev libiniparser-dev libcli11-dev
   libcpp-httplib-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev
-  bubblewrap ca-certificates curl groff-base iso-codes mandoc openssl python3
+  bubblewrap ca-certificates curl dwarves groff-base iso-codes mandoc openssl python3
 )
 document_packages=(doxygen mandoc)
+arm_packages=(g++-arm-linux-gnueabihf qemu-user)
+coverage_packages=(gcovr)
 clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
 
 say() {

@@ -17,6 +17,12 @@ static_assert(sizeof(ArtistData_t) == sizeof(std::string) + 8 + 3 * kWord,
               "ArtistData_t has changed");
 static_assert(sizeof(KTV_ExtraData_t) == (kWord == 8 ? 24 : 20) + sizeof(std::string) + 12 * kWord,
               "KTV_ExtraData_t has changed");
+static_assert(offsetof(KTV_ExtraData_t, title) == (kWord == 8 ? 24 : 20) &&
+                  offsetof(KTV_ExtraData_t, artists) ==
+                      offsetof(KTV_ExtraData_t, title) + sizeof(std::string) &&
+                  offsetof(KTV_ExtraData_t, reserved3) ==
+                      offsetof(KTV_ExtraData_t, artists) + 6 * kWord,
+              "KTV_ExtraData_t has changed");
 
 KaraokeLanguageEntry g_LanguageCode[9] = {
     {"Mandarin", "[M]", 0, "[國]", 0, "[国]", 0, 1},

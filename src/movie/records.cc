@@ -1,8 +1,14 @@
 #include "movie/records.h"
 
+#include <cstddef>
+
 // The layouts cross the library's border.
 static_assert(sizeof(velMovie_) == 5 * sizeof(char*), "velMovie_ has changed");
 static_assert(sizeof(velMovieInfo_) == 9 * sizeof(char*) + 5 * sizeof(std::vector<std::string>),
+              "velMovieInfo_ has changed");
+static_assert(offsetof(velMovieInfo_, mpaa) == 7 * sizeof(char*) &&
+                  offsetof(velMovieInfo_, country) == 9 * sizeof(char*) &&
+                  offsetof(velMovieInfo_, outline) == 21 * sizeof(char*),
               "velMovieInfo_ has changed");
 
 void velFreeMovies(velMovie_* movies, int count) {

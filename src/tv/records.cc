@@ -1,10 +1,18 @@
 #include "tv/records.h"
 
+#include <cstddef>
+
 // The layouts cross the library's border.
 static_assert(sizeof(velTVShow) == 5 * sizeof(char*), "velTVShow has changed");
 static_assert(sizeof(velTVShowInfo) == 10 * sizeof(char*) + 6 * sizeof(std::vector<std::string>),
               "velTVShowInfo has changed");
 static_assert(sizeof(velTVEpisode) == 8 * sizeof(char*) + 4 * sizeof(std::vector<std::string>),
+              "velTVEpisode has changed");
+static_assert(offsetof(velTVShowInfo, directors) == 10 * sizeof(char*) &&
+                  offsetof(velTVShowInfo, actor_roles) == 25 * sizeof(char*),
+              "velTVShowInfo has changed");
+static_assert(offsetof(velTVEpisode, directors) == 8 * sizeof(char*) &&
+                  offsetof(velTVEpisode, actor_roles) == 17 * sizeof(char*),
               "velTVEpisode has changed");
 
 void velFreeTVShows(velTVShow* shows, int count) {
