@@ -324,6 +324,8 @@ TEST_F(TVBuiltIn, FaultyPagesGiveWhatTheyHold) {
   EXPECT_EQ(show("faultclosed-tt8000001"), 1);
   EXPECT_EQ(show_.id, nullptr);
   EXPECT_EQ(episode("faultclosed-tt8000001", 2, 1), -1);
+  EXPECT_EQ(episode("tt8000001", 3, 1), 1);
+  EXPECT_EQ(text(episode_.id), "faultclosed-tt8100001");
   EXPECT_EQ(search("faultclosed evening", 2), 0);
   EXPECT_EQ(shows_, nullptr);
   ASSERT_EQ(search("Broken Aerial", 20), 8);  // each result's own page has a fault

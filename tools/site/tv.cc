@@ -97,8 +97,11 @@ void addTV(Site& site) {
                }
                Json::Value values;
                values["season"] = request.parameter("season");
-               for (const Json::Value& episode : episodes) {
-                 if (season["season"] == values["season"]) {
+               for (Json::Value episode : episodes) {
+                 if (values["season"] == "3") {  // of pages that break off
+                   episode["id"] = "faultclosed-" + episode["id"].asString();
+                   values["episodes"].append(episode);
+                 } else if (season["season"] == values["season"]) {
                    values["episodes"].append(episode);
                  }
                }
