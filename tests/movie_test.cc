@@ -94,14 +94,13 @@ TEST(Outline, IsDecodedUnlessItIsBlank) {
 }
 
 string alternate(const string& rows, int count) {
-  velMovie_ movies[4] = {};
-  const int n = readAlternatePage(rows, count, movies);
+  RecordArray<velMovie_> movies(&velFreeMovies, 4);
+  readAlternatePage(rows, count, movies);
   string all;
-  for (int i = 0; i < n; ++i) {
-    const velMovie_& m = movies[i];
-    for (char* field : {m.url, m.id, m.title, m.year, m.outline}) {
+  for (int i = 0; i < movies.count(); ++i) {
+    const velMovie_& m = movies.data()[i];
+    for (const char* field : {m.url, m.id, m.title, m.year, m.outline}) {
       all += (field != nullptr ? string(field) : "-") + "|";
-      std::free(field);
     }
   }
   return all;

@@ -16,22 +16,21 @@ struct TitleSearch {
   char* Record::*title;
   char* Record::*date;
   void (*enrich)(Record**, int);
+  void (*release)(Record*, int);
 };
 
 /// Fills records from the rows of a find page. The first row is taken before `count` is looked at.
 template <class Record>
-int readFindPage(std::string_view page, const TitleSearch<Record>& search, int count,
-                 Record* records) {
+void readFindPage(std::string_view page, const TitleSearch<Record>& search, int count,
+                  RecordArray<Record>& records) {
   FindPage rows(page);
   FindRow row;
-  int n = 0;
-  while ((n == 0 || n < count) && rows.next(row)) {
-    Record& record = records[n++];
+  while ((records.count() == 0 || records.count() < count) && rows.next(row)) {
+    Record& record = records.add();
     record.*search.id = duplicate(row.id);
     record.*search.title = duplicate(row.title);
     record.*search.date = duplicate(row.date);
   }
-  return n;
 }
 
 /// Fetches a find page and returns the number of records, enriched, in an array for the caller. A
@@ -43,16 +42,15 @@ int searchTitles(const TitleSearch<Record>& search, const std::string& address, 
   if (page.status != 0) {
     return 0;
   }
-  *records = allocateRecords<Record>(count);
-  if (*records == nullptr) {
-    return 0;
+  RecordArray<Record> array(search.release, count);
+  if (array && (!page.text || saysNoResults(*page.text))) {
+    array.add();
+  } else if (array) {
+    readFindPage(*page.text, search, count, array);
+    Record* first = array.data();
+    search.enrich(&first, array.count());
   }
-  if (!page.text || saysNoResults(*page.text)) {
-    return 1;
-  }
-  const int n = readFindPage(*page.text, search, count, *records);
-  search.enrich(records, n);
-  return n;
+  return array.giveTo(records);
 }
 
 }  // namespace libquilp

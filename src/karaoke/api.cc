@@ -2,6 +2,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -71,7 +72,7 @@ void readDocument(const XMLNode& document, KTV_ExtraData_t& info) {
 }  // namespace
 }  // namespace libquilp
 
-int velGetKTVInfo(const char* path, KTV_ExtraData_t* info) {
+int velGetKTVInfo(const char* path, KTV_ExtraData_t* info) try {
   using namespace libquilp;
   if (info == nullptr) {
     return 1;
@@ -94,6 +95,8 @@ int velGetKTVInfo(const char* path, KTV_ExtraData_t* info) {
   }
   readDocument(document, *info);
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
 void initKTVInfo(KTV_ExtraData_t* info) {
@@ -115,7 +118,9 @@ int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info) {
   char* title = buffer;
   if (char* underscore = std::strchr(buffer, '_')) {
     *underscore = '\0';
-    parseArtist(bytes(buffer), info);
+    if (parseArtist(bytes(buffer), info) != 0) {
+      return 1;
+    }
     title = underscore + 1;
   }
   return parseTitleAndLangAndVocal(bytes(title), info);

@@ -1,5 +1,6 @@
 #include "karaoke/artist.h"
 
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -41,7 +42,7 @@ int skipToNextArtist(const unsigned char* text, int* length) {
 
 }  // namespace libquilp
 
-int parseArtist(const unsigned char* text, KTV_ExtraData_t* info) {
+int parseArtist(const unsigned char* text, KTV_ExtraData_t* info) try {
   using namespace libquilp;
   if (text == nullptr || info == nullptr) {
     return 0;
@@ -71,4 +72,6 @@ int parseArtist(const unsigned char* text, KTV_ExtraData_t* info) {
     text += length;
     name = text;
   }
+} catch (const std::bad_alloc&) {
+  return 1;
 }

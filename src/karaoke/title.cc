@@ -1,6 +1,7 @@
 #include "karaoke/title.h"
 
 #include <cstring>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -92,7 +93,7 @@ int getVocalTrack(const unsigned char* text, int* length) {
 
 }  // namespace libquilp
 
-int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info) {
+int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info) try {
   using namespace libquilp;
   if (text == nullptr || info == nullptr) {
     return 0;
@@ -136,4 +137,6 @@ int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info) 
     length = 0;
   }
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }

@@ -1,3 +1,4 @@
+#include <new>
 #include <string>
 
 #include "libquilp.h"
@@ -5,7 +6,7 @@
 #include "plugin/result_document.h"
 #include "plugin/shell_call.h"
 
-int velSearchMovie(const char* keyword, int count, velMovie_** movies, int* error) {
+int velSearchMovie(const char* keyword, int count, velMovie_** movies, int* error) try {
   using namespace libquilp;
   ShellCall shell("Movie");
   if (!shell.found()) {
@@ -18,16 +19,18 @@ int velSearchMovie(const char* keyword, int count, velMovie_** movies, int* erro
     return 0;
   }
   const XMLNode list = shell.document("movielist");
-  return list ? readRecords(list, "movie", kMovieFields, movies) : 0;
+  return list ? readRecords(list, "movie", kMovieFields, &velFreeMovies, movies) : 0;
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
-int velPrintSearchMovie(const char* keyword, int count) {
+int velPrintSearchMovie(const char* keyword, int count) try {
   using namespace libquilp;
   velMovie_* movies = nullptr;
   int error = 0;
   const int n = velSearchMovie(keyword, count, &movies, &error);
+  const RecordArray<velMovie_> owned(&velFreeMovies, movies, n);
   if (n == 0) {
-    velFreeMovies(movies, n);
     return error;
   }
   ResultDocument document("movielist");
@@ -36,11 +39,12 @@ int velPrintSearchMovie(const char* keyword, int count) {
     writeRecord(entry, kMovieFields, movies[i]);
   }
   document.print();
-  velFreeMovies(movies, n);
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
-int velGetMovieByID(const char* id, velMovieInfo_* info) {
+int velGetMovieByID(const char* id, velMovieInfo_* info) try {
   using namespace libquilp;
   clearTexts(kMovieInfoFields, *info);
   ShellCall shell("Movie");
@@ -57,9 +61,11 @@ int velGetMovieByID(const char* id, velMovieInfo_* info) {
   }
   readRecord(movie, kMovieInfoFields, *info);
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
-int velPrintMovieByID(const char* id) {
+int velPrintMovieByID(const char* id) try {
   using namespace libquilp;
   Owned<velMovieInfo_, velFreeMovieInfo> info;
   if (velGetMovieByID(id, &info) != 0) {
@@ -69,4 +75,6 @@ int velPrintMovieByID(const char* id) {
   writeRecord<velMovieInfo_>(document.root(), kPrintedMovieInfoFields, info);
   document.print();
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }

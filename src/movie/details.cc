@@ -1,5 +1,6 @@
 #include "movie/details.h"
 
+#include <new>
 #include <string>
 #include <vector>
 
@@ -220,7 +221,7 @@ void readCombinedPage(std::string_view page, const char* id, velMovieInfo_& info
 
 }  // namespace libquilp
 
-int imdbGetMovieInfo(const char* id, velMovieInfo_* info) {
+int imdbGetMovieInfo(const char* id, velMovieInfo_* info) try {
   using namespace libquilp;
   id = orEmpty(id);
   const FilePage page =
@@ -230,4 +231,6 @@ int imdbGetMovieInfo(const char* id, velMovieInfo_* info) {
     readCombinedPage(*page.text, id, *info);
   }
   return page.status;
+} catch (const std::bad_alloc&) {
+  return 1;
 }

@@ -1,5 +1,6 @@
 #include "movie/search.h"
 
+#include <new>
 #include <string>
 
 #include "imdb/enrichment.h"
@@ -8,8 +9,9 @@
 namespace libquilp {
 namespace {
 
-const TitleSearch<velMovie_> kMovieSearch = {movieSearchPage, &velMovie_::id, &velMovie_::title,
-                                             &velMovie_::year, &TestGetOutLineAndImage};
+const TitleSearch<velMovie_> kMovieSearch = {movieSearchPage,         &velMovie_::id,
+                                             &velMovie_::title,       &velMovie_::year,
+                                             &TestGetOutLineAndImage, &velFreeMovies};
 
 // <td class="number">…<img src="URL" …>…<a href="/title/ID/">TITLE</a>
 //   <span class="year_type">(YEAR)</span>…<span class="outline">OUTLINE</span>…</tr>
@@ -40,30 +42,30 @@ void TestGetOutLineAndImage(velMovie_** movies, int n) {
   enrich(*movies, n, &velMovie_::id, &velMovie_::url, &velMovie_::outline, &imdbGetBasicMovieInfo);
 }
 
-int readAlternatePage(std::string_view page, int count, velMovie_* movies) {
+void readAlternatePage(std::string_view page, int count, RecordArray<velMovie_>& movies) {
   Cutter rows(page);
-  int n = 0;
-  while (n == 0 || n < count) {
+  while (movies.count() == 0 || movies.count() < count) {
     const Cut row = rows.between("<td class=\"number\">", "</tr>");
     if (!row) {
       break;
     }
-    readAlternateRow(*row, movies[n++]);
+    readAlternateRow(*row, movies.add());
   }
-  return n;
 }
 
 }  // namespace libquilp
 
-int imdbBasicGetMovies(const char* keyword, int count, velMovie_** movies) {
+int imdbBasicGetMovies(const char* keyword, int count, velMovie_** movies) try {
   using namespace libquilp;
   keyword = orEmpty(keyword);
   return searchTitles(kMovieSearch,
                       std::string(IMDB_MAIN_BASE) + "/find?ref_=nv_sr_fn&q=" + keyword + "&s=tt",
                       count, movies);
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
-int imdbGetMovies(const char* keyword, int count, velMovie_** movies) {
+int imdbGetMovies(const char* keyword, int count, velMovie_** movies) try {
   using namespace libquilp;
   keyword = orEmpty(keyword);
   const FilePage page =
@@ -74,9 +76,11 @@ int imdbGetMovies(const char* keyword, int count, velMovie_** movies) {
   if (page.status != 0) {
     return 0;
   }
-  *movies = allocateRecords<velMovie_>(count);
-  if (*movies == nullptr || !page.text || saysNoResults(*page.text)) {
-    return 0;
+  RecordArray<velMovie_> array(&velFreeMovies, count);
+  if (array && page.text && !saysNoResults(*page.text)) {
+    readAlternatePage(*page.text, count, array);
   }
-  return readAlternatePage(*page.text, count, *movies);
+  return array.giveTo(movies);
+} catch (const std::bad_alloc&) {
+  return 0;
 }

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "libquilp.h"
+#include "plugin/record_table.h"
 
 namespace libquilp {
 
@@ -12,7 +13,7 @@ void TestGetOutLineAndImage(velMovie_** movies, int n);
 /// The body of each of its threads: takes a MovieWorkRecord, returns null.
 void* imdbGetBasicMovieInfo(void* record);
 
-/// Fills records from a page of the alternate search; returns how many.
-int readAlternatePage(std::string_view page, int count, velMovie_* movies);
+/// Fills records from a page of the alternate search.
+void readAlternatePage(std::string_view page, int count, RecordArray<velMovie_>& movies);
 
 }  // namespace libquilp

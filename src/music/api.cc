@@ -1,3 +1,5 @@
+#include <new>
+
 #include "libquilp.h"
 #include "music/artwork.h"
 #include "music/metadata.h"
@@ -30,7 +32,7 @@ int printDocumentOf(const ShellCall& shell, int status) {
 template <std::size_t N>
 int readAlbums(const ShellCall& shell, const Field<velAlbum_> (&table)[N], velAlbum_** albums) {
   const XMLNode list = shell.document("albumlist");
-  return list ? readRecords(list, "album", table, albums) : 0;
+  return list ? readRecords(list, "album", table, &velFreeAlbums, albums) : 0;
 }
 
 template <std::size_t N>
@@ -50,7 +52,7 @@ int printAlbums(const Field<velAlbum_> (&table)[N], const velAlbum_* albums, int
 }  // namespace
 }  // namespace libquilp
 
-int velSearchAlbum(const char* album, const char* artist, int count, velAlbum_** albums) {
+int velSearchAlbum(const char* album, const char* artist, int count, velAlbum_** albums) try {
   using namespace libquilp;
   album = orEmpty(album);
   artist = orEmpty(artist);
@@ -60,9 +62,11 @@ int velSearchAlbum(const char* album, const char* artist, int count, velAlbum_**
   }
   const int status = runSearchAlbum(shell, album, artist, count);
   return status == 0 ? readAlbums(shell, kAlbumFields, albums) : 0;
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
-int velPrintSearchAlbum(const char* album, const char* artist, int count) {
+int velPrintSearchAlbum(const char* album, const char* artist, int count) try {
   using namespace libquilp;
   album = orEmpty(album);
   artist = orEmpty(artist);
@@ -72,12 +76,13 @@ int velPrintSearchAlbum(const char* album, const char* artist, int count) {
   }
   velAlbum_* albums = nullptr;
   const int n = mbfSearchAlbum(album, artist, count, &albums);
-  const int status = printAlbums(kPrintedAlbumFields, albums, n);
-  velFreeAlbums(albums, n);
-  return status;
+  const RecordArray<velAlbum_> owned(&velFreeAlbums, albums, n);
+  return printAlbums(kPrintedAlbumFields, albums, n);
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
-int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums) {
+int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums) try {
   using namespace libquilp;
   artist = orEmpty(artist);
   ShellCall shell("Music");
@@ -86,9 +91,11 @@ int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums) {
   }
   const int status = runGetAlbumByArtist(shell, artist, count);
   return status == 0 ? readAlbums(shell, kArtistAlbumFields, albums) : 0;
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
-int velPrintGetAlbumByArtist(const char* artist, int count) {
+int velPrintGetAlbumByArtist(const char* artist, int count) try {
   using namespace libquilp;
   artist = orEmpty(artist);
   ShellCall shell("Music", GetFirstEnabledShellByType);
@@ -97,12 +104,13 @@ int velPrintGetAlbumByArtist(const char* artist, int count) {
   }
   velAlbum_* albums = nullptr;
   const AlbumListing listing = listAlbums(artist, count, &albums);
-  const int status = printAlbums(kArtistAlbumFields, albums, listing.found);
-  velFreeAlbums(albums, listing.filled);
-  return status;
+  const RecordArray<velAlbum_> owned(&velFreeAlbums, albums, listing.filled);
+  return printAlbums(kArtistAlbumFields, albums, listing.found);
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
-int velGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs) {
+int velGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs) try {
   using namespace libquilp;
   artist = orEmpty(artist);
   ShellCall shell("Music");
@@ -113,14 +121,16 @@ int velGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs) {
     return 0;
   }
   const XMLNode list = shell.document("artistthumbnail");
-  return list ? readRecords(list, "url", thumbs,
+  return list ? readRecords(list, "url", &velFreeThumbs, thumbs,
                             [](const XMLNode& url, velThumb_& thumb) {
                               thumb.url = SafeStrdup(firstClear(url));
                             })
               : 0;
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
-int velPrintGetArtistThumbnail(const char* artist, int count) {
+int velPrintGetArtistThumbnail(const char* artist, int count) try {
   using namespace libquilp;
   artist = orEmpty(artist);
   ShellCall shell("Music", GetFirstEnabledShellByType);
@@ -129,13 +139,16 @@ int velPrintGetArtistThumbnail(const char* artist, int count) {
   }
   velThumb_* thumbs = nullptr;
   const int n = mbfGetArtistThumbnail(artist, count, &thumbs);
-  if (n > 0) {
-    ResultDocument document("artistthumbnail");
-    for (int i = 0; i < n; ++i) {
-      writeRecord(document.root(), kThumbFields, thumbs[i]);
-    }
-    document.print();
+  const RecordArray<velThumb_> owned(&velFreeThumbs, thumbs, n);
+  if (n < 1) {
+    return 1;
   }
-  velFreeThumbs(thumbs, n);
-  return n > 0 ? 0 : 1;
+  ResultDocument document("artistthumbnail");
+  for (int i = 0; i < n; ++i) {
+    writeRecord(document.root(), kThumbFields, thumbs[i]);
+  }
+  document.print();
+  return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }

@@ -53,15 +53,12 @@ int mbfGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs) {
   const Json::Value& pictures = member(*document, "artistbackground");
   const int size = pictures.isArray() ? static_cast<int>(pictures.size()) : 0;
   const int n = std::max(0, std::min(size, count));
-  *thumbs = allocateRecords<velThumb_>(n);
-  if (*thumbs == nullptr) {
-    return 0;
-  }
-  for (int i = 0; i < n; ++i) {
+  RecordArray<velThumb_> array(&velFreeThumbs, n);
+  for (int i = 0; array && i < n; ++i) {
     const Json::Value& picture = element(pictures, static_cast<Json::ArrayIndex>(i));
-    (*thumbs)[i].url = SafeStrdup(text(member(picture, "url")).c_str());
+    array.add().url = SafeStrdup(text(member(picture, "url")).c_str());
   }
-  return n;
+  return array.giveTo(thumbs);
 }
 
 }  // namespace libquilp

@@ -89,27 +89,23 @@ AlbumListing listAlbums(const char* artist, int count, velAlbum_** albums) {
     return {0, 0};
   }
   const int n = std::min(size, count);
-  *albums = allocateRecords<velAlbum_>(n);
-  if (*albums == nullptr) {
-    return {0, 0};
-  }
-  int found = 0;
+  RecordArray<velAlbum_> array(&velFreeAlbums, n);
   XMLNode node = list.getChildNode(0);
-  for (int i = 0; i < n; ++i, node = node.getNextNode()) {
+  for (int i = 0; array && i < n; ++i, node = node.getNextNode()) {
     const ReleaseGroup group = attributesOf(node);
     if (group.type == nullptr || std::strcmp(group.type, "Album") != 0) {
       continue;
     }
-    velAlbum_& album = (*albums)[found];
+    velAlbum_& album = array.add();
     album.name = SafeStrdup(node.getChildNode("title").getText(0));
     album.releasedate = SafeStrdup(orEmpty(node.getChildNode("first-release-date").getText(0)));
     const auto cover = coverOf(group.id, CoverKind::kFrontOrDisc);
     if (!cover) {
-      return {0, found + 1};
+      return {0, array.giveTo(albums)};
     }
     album.image = SafeStrdup(cover->c_str());
-    ++found;
   }
+  const int found = array.giveTo(albums);
   return {found, found};
 }
 
@@ -133,13 +129,13 @@ int mbfSearchAlbum(const char* album, const char* artist, int count, velAlbum_**
     return 0;
   }
   const int n = std::min(size, count);
-  *albums = allocateRecords<velAlbum_>(n);
-  if (*albums == nullptr) {
-    return 0;
+  RecordArray<velAlbum_> array(&velFreeAlbums, n);
+  if (!array) {
+    return array.giveTo(albums);
   }
   XMLNode node = list.getChildNode(0);
   for (int i = 0; i < n; ++i, node = node.getNextNode()) {
-    velAlbum_& record = (*albums)[i];
+    velAlbum_& record = array.add();
     const XMLNode credit = node.getChildNode("artist-credit").getChildNode("name-credit");
     record.name = SafeStrdup(node.getChildNode("title").getText(0));
     record.artist = SafeStrdup(credit.getChildNode("artist").getChildNode("name").getText(0));
@@ -147,6 +143,7 @@ int mbfSearchAlbum(const char* album, const char* artist, int count, velAlbum_**
     record.image =
         SafeStrdup(coverOf(firstAttribute(node), CoverKind::kFront).value_or("").c_str());
   }
+  array.giveTo(albums);
   return n;
 }
 

@@ -6,12 +6,18 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <sstream>
+#include <memory>
 
 #include "platform.h"
 
 namespace libquilp {
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+}  // namespace
 
 CTmpFile::~CTmpFile() {
   if (name_[0] != '\0') {
@@ -39,13 +45,16 @@ int PrintFile(const char* path) {
 }
 
 std::optional<std::string> readFile(const char* path) {
-  std::ifstream file(path);
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
   if (!file) {
     return {};
   }
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
+  std::string text;
+  char piece[4096];
+  while (const std::size_t size = std::fread(piece, 1, sizeof piece, file.get())) {
+    text.append(piece, size);
+  }
+  return std::ferror(file.get()) == 0 ? std::optional<std::string>(std::move(text)) : std::nullopt;
 }
 
 std::string readLines(std::FILE* stream) {

@@ -27,7 +27,7 @@ class CTmpFile {
 /// it cannot be opened.
 int PrintFile(const char* path);
 
-/// The whole file; none when it cannot be opened.
+/// The whole file; none when it cannot be opened or read.
 std::optional<std::string> readFile(const char* path);
 
 /// All that is left in a stream, read line by line in pieces: what follows a zero byte in a piece

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "plugin/files.h"
 #include "text/cutter.h"
@@ -24,7 +25,7 @@ struct ClosePipe {
 };
 using Pipe = std::unique_ptr<std::FILE, ClosePipe>;
 
-thread_local Pipe leftPipe;
+thread_local std::FILE* leftPipe;
 
 bool canBeQuoted(const std::string& address) {
   return address.find_first_of(std::string_view("'\0", 2)) == std::string::npos;
@@ -57,11 +58,11 @@ Pipe openPipe(const std::string& address, const char* options) {
   return Pipe(popen((clientCommand(address) + options).c_str(), "re"));
 }
 
-std::optional<std::string> readPipe(const Pipe& pipe) {
-  if (!pipe) {
+std::optional<std::string> readPipe(std::FILE* pipe) {
+  if (pipe == nullptr) {
     return {};
   }
-  return readLines(pipe.get());
+  return readLines(pipe);
 }
 
 }  // namespace
@@ -82,19 +83,20 @@ FilePage fetchToFile(const std::string& address, PageFile& file) {
 }
 
 std::optional<std::string> fetchThroughPipe(const std::string& address) {
-  return readPipe(openPipe(address, kLimits));
+  return readPipe(openPipe(address, kLimits).get());
 }
 
 std::optional<std::string> fetchWithoutLimits(const std::string& address) {
-  return readPipe(openPipe(address, ""));
+  return readPipe(openPipe(address, "").get());
 }
 
 std::optional<std::string> fetchLeavingPipe(const std::string& address) {
-  leftPipe = openPipe(address, kLimits);
+  collectPipe();
+  leftPipe = openPipe(address, kLimits).release();
   return readPipe(leftPipe);
 }
 
-void collectPipe() { leftPipe.reset(); }
+void collectPipe() { Pipe(std::exchange(leftPipe, nullptr)); }
 
 ServiceDocument::ServiceDocument() {
   headers_.choose();

@@ -43,8 +43,9 @@ std::optional<std::string> fetchThroughPipe(const std::string& address);
 /// The same, but the client names no user agent and has no time limits.
 std::optional<std::string> fetchWithoutLimits(const std::string& address);
 
-/// The same, but leaves the pipe behind: the calling thread keeps it until its next such fetch, its
-/// end, or collectPipe.
+/// The same, but leaves the pipe behind: the calling thread keeps it until its next such fetch or
+/// collectPipe. What it keeps has no destructor: without memory to register one, glibc ends the
+/// process.
 std::optional<std::string> fetchLeavingPipe(const std::string& address);
 void collectPipe();
 

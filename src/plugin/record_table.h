@@ -4,6 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "plugin/files.h"
@@ -193,34 +194,63 @@ struct Owned : Record {
   Owned& operator=(const Owned&) = delete;
 };
 
-/// An array of records for a caller, zeroed; there is room for one even when none are asked for.
+/// An array of records for a caller; until it is given away, it is released when an error leaves
+/// the call.
 template <class Record>
-Record* allocateRecords(int count) {
-  return static_cast<Record*>(
-      std::calloc(count > 0 ? static_cast<std::size_t>(count) : 1, sizeof(Record)));
-}
+class RecordArray {
+ public:
+  using Release = void (*)(Record*, int);
+
+  /// Zeroed, with room for one even when none are asked for; empty without memory.
+  RecordArray(Release release, int room)
+      : release_(release),
+        records_(static_cast<Record*>(
+            std::calloc(room > 0 ? static_cast<std::size_t>(room) : 1, sizeof(Record)))) {}
+  /// One that the library itself has been given.
+  RecordArray(Release release, Record* records, int count)
+      : release_(release), records_(records), count_(count) {}
+  ~RecordArray() { release_(records_, count_); }
+  RecordArray(const RecordArray&) = delete;
+  RecordArray& operator=(const RecordArray&) = delete;
+
+  explicit operator bool() const { return records_ != nullptr; }
+  int count() const { return count_; }
+  Record* data() { return records_; }
+  /// The next record; the caller minds the room.
+  Record& add() { return records_[count_++]; }
+
+  /// Null when it is empty. Returns the number of records.
+  int giveTo(Record** records) {
+    *records = std::exchange(records_, nullptr);
+    return std::exchange(count_, 0);
+  }
+
+ private:
+  Release release_;
+  Record* records_;
+  int count_ = 0;
+};
 
 /// Reads a list document: one record for each child `entry` of `root`, filled by read(child,
 /// record), in an array for the caller, which is stored also when it is empty. Returns the number
 /// of records.
 template <class Record, class Read>
-int readRecords(const XMLNode& root, const char* entry, Record** records, Read read) {
-  *records = allocateRecords<Record>(root.nChildNode(entry));
-  if (*records == nullptr) {
-    return 0;
+int readRecords(const XMLNode& root, const char* entry, void (*release)(Record*, int),
+                Record** records, Read read) {
+  RecordArray<Record> array(release, root.nChildNode(entry));
+  if (array) {
+    root.forEachChild(entry, [&](const XMLNode& element) { read(element, array.add()); });
   }
-  int n = 0;
-  root.forEachChild(entry, [&](const XMLNode& element) { read(element, (*records)[n++]); });
-  return n;
+  return array.giveTo(records);
 }
 
 /// The same, where each child holds the elements of a table.
 template <class Record, std::size_t N>
 int readRecords(const XMLNode& root, const char* entry, const Field<Record> (&table)[N],
-                Record** records) {
-  return readRecords(root, entry, records, [&table](const XMLNode& element, Record& record) {
-    readRecord(element, table, record);
-  });
+                void (*release)(Record*, int), Record** records) {
+  return readRecords(
+      root, entry, release, records,
+      [&table](const XMLNode& element, Record& record) { readRecord(element, table, record); });
 }
 
 }  // namespace libquilp

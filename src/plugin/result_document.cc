@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <new>
 #include <string>
 
 #include "libquilp.h"
@@ -13,6 +14,14 @@ struct FreeText {
   void operator()(char* text) const { freeXMLString(text); }
 };
 using Text = std::unique_ptr<char, FreeText>;
+
+Text writtenOut(const XMLNode& document) {
+  Text text(document.createXMLString(1));
+  if (!text) {
+    throw std::bad_alloc();
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -42,17 +51,12 @@ XMLNode ResultDocument::addEntry(const char* name, int index) {
   return entry;
 }
 
-void ResultDocument::print() const {
-  if (const Text text{declaration_.createXMLString(1)}) {
-    std::puts(text.get());
-  }
-}
+void ResultDocument::print() const { std::puts(writtenOut(declaration_).get()); }
 
 void ResultDocument::printDecoded() const {
-  if (const Text text{declaration_.createXMLString(1)}) {
-    decode_html_entities_utf8(text.get(), nullptr);
-    std::puts(text.get());
-  }
+  const Text text = writtenOut(declaration_);
+  decode_html_entities_utf8(text.get(), nullptr);
+  std::puts(text.get());
 }
 
 }  // namespace libquilp

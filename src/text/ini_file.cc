@@ -3,14 +3,27 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include "text/c_locale.h"
 
 namespace libquilp {
 namespace {
 
+/// iniparser writes through null when it cannot have the tables of a dictionary. Whether there is
+/// room for them is found out before; another thread can still take it away.
+bool hasRoom() {
+  constexpr std::size_t kMoreThanItTakes = 16384;
+  void* volatile room = std::malloc(kMoreThanItTakes);
+  const bool has = room != nullptr;
+  std::free(room);
+  return has;
+}
+
 // A file that is not there is an ordinary case, of which iniparser would write a message.
 dictionary* load(const char* path) {
-  return faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) == 0 ? iniparser_load(path) : nullptr;
+  const bool readable = faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) == 0;
+  return readable && hasRoom() ? iniparser_load(path) : nullptr;
 }
 
 }  // namespace

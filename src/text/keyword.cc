@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -77,7 +78,13 @@ class EpisodePattern {
   EpisodePattern& operator=(const EpisodePattern&) = delete;
 
   bool ready() const { return ready_; }
-  bool matches(const char* token) const { return regexec(&pattern_, token, 0, nullptr, 0) == 0; }
+  bool matches(const char* token) const {
+    const int result = regexec(&pattern_, token, 0, nullptr, 0);
+    if (result == REG_ESPACE) {
+      throw std::bad_alloc();
+    }
+    return result == 0;
+  }
 
  private:
   regex_t pattern_;

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <new>
 
 #include "libquilp.h"
 #include "plugin/result_document.h"
@@ -24,7 +25,7 @@ void replaceText(char*& text, const char* value) {
 }  // namespace
 
 int velSearchTVShows(const char* keyword, int count, const char* lang, velTVShow** shows,
-                     int* error) {
+                     int* error) try {
   using namespace libquilp;
   ShellCall shell("TV");
   if (!shell.found()) {
@@ -37,16 +38,18 @@ int velSearchTVShows(const char* keyword, int count, const char* lang, velTVShow
     return 0;
   }
   const XMLNode list = shell.document("tvshowlist");
-  return list ? readRecords(list, "tvshow", kShowFields, shows) : 0;
+  return list ? readRecords(list, "tvshow", kShowFields, &velFreeTVShows, shows) : 0;
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
-int velPrintSearchTVShows(const char* keyword, int count, const char* lang) {
+int velPrintSearchTVShows(const char* keyword, int count, const char* lang) try {
   using namespace libquilp;
   velTVShow* shows = nullptr;
   int error = 0;
   const int n = velSearchTVShows(keyword, count, lang, &shows, &error);
+  const RecordArray<velTVShow> owned(&velFreeTVShows, shows, n);
   if (n == 0) {
-    velFreeTVShows(shows, n);
     return error;
   }
   ResultDocument document("tvshowlist");
@@ -55,11 +58,12 @@ int velPrintSearchTVShows(const char* keyword, int count, const char* lang) {
     writeRecord(entry, kPrintedShowFields, shows[i], addClearChild);
   }
   document.printDecoded();
-  velFreeTVShows(shows, n);
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
-int velGetTVShowByID(const char* id, const char* lang, velTVShowInfo* info) {
+int velGetTVShowByID(const char* id, const char* lang, velTVShowInfo* info) try {
   using namespace libquilp;
   if (id == nullptr || info == nullptr) {
     return 1;
@@ -80,9 +84,11 @@ int velGetTVShowByID(const char* id, const char* lang, velTVShowInfo* info) {
   }
   readRecord(show, kShowInfoFields, *info);
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
-int velPrintTVShowByID(const char* id, const char* lang) {
+int velPrintTVShowByID(const char* id, const char* lang) try {
   using namespace libquilp;
   Owned<velTVShowInfo, velFreeTVShowInfo> info;
   const int status = velGetTVShowByID(id, lang, &info);
@@ -93,9 +99,12 @@ int velPrintTVShowByID(const char* id, const char* lang) {
   writeRecord<velTVShowInfo>(document.root(), kPrintedShowInfoFields, info, addClearChild);
   document.printDecoded();
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
-int velGetTVEpisode(const char* id, int season, int episode, const char* lang, velTVEpisode* info) {
+int velGetTVEpisode(const char* id, int season, int episode, const char* lang,
+                    velTVEpisode* info) try {
   using namespace libquilp;
   if (id == nullptr || info == nullptr) {
     return 1;
@@ -119,9 +128,11 @@ int velGetTVEpisode(const char* id, int season, int episode, const char* lang, v
   info->season_number = season != 0 ? SafeStrdup(Decimal(season)) : nullptr;
   info->episode_number = episode != 0 ? SafeStrdup(Decimal(episode)) : nullptr;
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }
 
-int velPrintTVEpisode(const char* id, int season, int episode, const char* lang) {
+int velPrintTVEpisode(const char* id, int season, int episode, const char* lang) try {
   using namespace libquilp;
   Owned<velTVEpisode, velFreeTVEpisode> info;
   const int status = velGetTVEpisode(id, season, episode, lang, &info);
@@ -135,4 +146,6 @@ int velPrintTVEpisode(const char* id, int season, int episode, const char* lang)
   writeRecord<velTVEpisode>(document.root(), kPrintedEpisodeFields, info, addClearChild);
   document.printDecoded();
   return 0;
+} catch (const std::bad_alloc&) {
+  return 1;
 }

@@ -9,8 +9,9 @@
 namespace libquilp {
 namespace {
 
-const TitleSearch<velTVShow> kShowSearch = {tvShowSearchPage, &velTVShow::id, &velTVShow::title,
-                                            &velTVShow::first_air_date, &GetTVOutLineAndImage};
+const TitleSearch<velTVShow> kShowSearch = {tvShowSearchPage,      &velTVShow::id,
+                                            &velTVShow::title,     &velTVShow::first_air_date,
+                                            &GetTVOutLineAndImage, &velFreeTVShows};
 
 }  // namespace
 

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "ascii.h"
@@ -40,6 +41,13 @@ const char* valueOfType(pugi::xml_node node, pugi::xml_node_type type, int i) {
     }
   }
   return nullptr;
+}
+
+/// What pugixml cannot add without memory must not be missing from a document unseen.
+void require(bool done) {
+  if (!done) {
+    throw std::bad_alloc();
+  }
 }
 
 void appendEscaped(std::string& out, const char* text) {
@@ -175,7 +183,7 @@ XMLNode XMLNode::createXMLTopNode(const char* name, bool isDeclaration) {
   auto document = std::make_shared<pugi::xml_document>();
   pugi::xml_node node =
       document->append_child(isDeclaration ? pugi::node_declaration : pugi::node_element);
-  node.set_name(name);
+  require(node.set_name(name));
   return {document, node};
 }
 
@@ -255,16 +263,19 @@ const char* XMLNode::getAttribute(const char* name) const {
 XMLNode XMLNode::addChild(const char* name) {
   // A declaration has no inside: what is added to it follows it.
   pugi::xml_node parent = node_.type() == pugi::node_declaration ? node_.parent() : node_;
-  return {document_, parent.append_child(name)};
+  pugi::xml_node child = parent.append_child(pugi::node_element);
+  require(!parent || child.set_name(name));
+  return {document_, child};
 }
 
 void XMLNode::addAttribute(const char* name, const char* value) {
-  node_.append_attribute(name).set_value(value);
+  pugi::xml_attribute attribute = node_.append_attribute(name);
+  require(!node_ || (attribute.set_name(name) && attribute.set_value(value)));
 }
 
 void XMLNode::addText(const char* text) {
-  if (text != nullptr) {
-    node_.append_child(pugi::node_pcdata).set_value(text);
+  if (text != nullptr && node_) {
+    require(node_.append_child(pugi::node_pcdata).set_value(text));
   }
 }
 

@@ -17,7 +17,8 @@ struct XMLAttribute {
 
 /// A node of a document that is held as long as one of its nodes is. Names are compared without
 /// regard to ASCII case. Every call is safe on an empty node: it gives 0, null or another empty
-/// one. Strings that are handed out live as long as the document.
+/// one. Strings that are handed out live as long as the document. What is added is added whole:
+/// without memory it throws std::bad_alloc.
 class XMLNode {
  public:
   XMLNode() = default;
