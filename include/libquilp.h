@@ -19,13 +19,18 @@
  * 5. An identifier is the scraper's own with five characters in front, which tell the catalogue
  *    whose it is. An add-on gets it without them (an empty one when it is shorter); the built-in
  *    scrapers take an identifier of the site as a search gave it, nothing in front.
- * 6. No function reports by exception. Where a standard exception can leave one, it says so; when
- *    memory runs out, std::bad_alloc can leave any that returns no plain number or character.
+ * 6. No function reports by exception. Where a standard exception can leave one, it says so.
+ * 7. When memory runs out, a call fails or does with less: a text field is null, an add-on is not
+ *    found. A search that fails gives 0; another function that returns a status, 1 or what it says
+ *    itself. A details record holds the fields read so far. Only ProcessKeyword lets std::bad_alloc
+ *    out.
  *
  * What the library does to your process
  *
  * - It reads /etc/config/zorp.conf (which add-ons are enabled) at each lookup, and
  *   /etc/config/catalox.conf (an add-on's language); it keeps nothing between calls.
+ * - iniparser reads both, and does not look whether it gets memory for its tables. The library
+ * looks before; should another thread take the last of it in between, the process ends.
  * - It runs an add-on with fork and execvp and waits for it, however long that takes; the add-on
  *   inherits standard input. Pages are fetched by /sbin/curl through system and popen, at most 25
  *   seconds each, but for the picture page that leads to a show's banner, which has no limit.
@@ -486,7 +491,7 @@ QUILP_API extern char gSearchKey[512];
  * @param path  path of the song file; an add-on gets it unchanged, and null as an empty one
  * @param info  record of the caller's
  * @return      0 on success; 1 when the add-on failed or wrote no readable document, with nothing
- *              but the numbers touched, or when `info` is null
+ *              but the numbers touched, when `info` is null, or when memory runs out
  */
 QUILP_API int velGetKTVInfo(const char* path, KTV_ExtraData_t* info);
 
@@ -500,7 +505,7 @@ QUILP_API void initKTVInfo(KTV_ExtraData_t* info);
  * @param name  without folders. All but its first 1023 bytes go (a character that does not fit goes
  *              whole), then the last dot of those with what follows it
  * @param info  record of the caller's
- * @return      always 0; a null argument does nothing
+ * @return      0, or 1 when memory runs out; a null argument does nothing
  */
 QUILP_API int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info);
 
@@ -509,7 +514,7 @@ QUILP_API int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info);
  * track, of which the first of each kind counts. A title becomes a pattern too. A bracket that is
  * neither marker sets those of the two to 0 that have not been found.
  *
- * @return always 0; a null argument does nothing
+ * @return 0, or 1 when memory runs out; a null argument does nothing
  */
 QUILP_API int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info);
 
@@ -518,7 +523,7 @@ QUILP_API int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData
  * a gender marker behind each that has one. From a bracket on, all is skipped up to the next
  * separator. Appends to `artists`.
  *
- * @return always 0; a null argument does nothing
+ * @return 0, or 1 when memory runs out; a null argument does nothing
  */
 QUILP_API int parseArtist(const unsigned char* text, KTV_ExtraData_t* info);
 
@@ -575,6 +580,7 @@ QUILP_API std::string& removeEmptyChar(std::string& text);
  *
  * @param keyword  the name, without its file extension; null counts as empty
  * @param mode     0: words joined by single blanks; 1: the same, percent-encoded for an address
+ * @throws std::bad_alloc  when memory runs out
  */
 QUILP_API std::string ProcessKeyword(const char* keyword, int mode);
 

@@ -4,30 +4,19 @@
 #include <string>
 #include <vector>
 
-/// One way through an exported function.
+constexpr int kOutOfMemory = -2;  // std::bad_alloc left the call
+constexpr int kNeverRight = -3;   // another exception, or half a document was printed
+constexpr int kHighestResult = 5;
+
+/// A call of an exported function, or of several, apart by blanks.
 struct FaultCase {
-  std::string function;
-  std::string route;
-  /// Calls the function between two calls of `arm` and `disarm`, and releases what it gave as the
-  /// header says. The result, or kOutOfMemory.
-  std::function<int()> call;
-  /// What the header lets it give besides the result of a call without a fault.
+  std::string functions;
+  /// The add-on's type; a function without one does not look for an add-on.
+  std::string type;
+  /// What the header lets the call give besides its result without a fault.
   std::vector<int> failures;
+  /// Makes the call, and releases what it gave as the header says.
+  std::function<int()> call;
 };
-
-constexpr int kOutOfMemory = -1000;     // std::bad_alloc left the call
-constexpr int kOtherException = -1001;  // never allowed
-constexpr int kTornOutput = -1002;      // half a document was printed: never allowed
-
-/// What a case does around the call alone.
-struct FaultWindow {
-  std::function<void()> open;
-  std::function<void()> close;
-};
-extern FaultWindow faultWindow;
 
 std::vector<FaultCase> faultCases();
-
-/// Puts the client and the add-on of `folder` into the box.
-void prepareRoutes(const std::string& folder);
-void chooseRoute(const std::string& route);

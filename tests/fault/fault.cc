@@ -2,7 +2,6 @@
 
 #include <dlfcn.h>
 #include <execinfo.h>
-#include <fcntl.h>
 #include <pthread.h>
 #include <regex.h>
 #include <sys/types.h>
@@ -10,7 +9,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -23,55 +21,65 @@ void* __libc_realloc(void* block, size_t size);
 void __libc_free(void* block);
 }
 
+#define FAULT_REAL(name) \
+  static const auto real = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name))
+
 namespace {
 
 std::atomic<bool> armed(false);
-std::atomic<long> calls(0);
-std::atomic<long> failed(0);
-std::atomic<long> spared(0);
-std::atomic<long> balance(0);
-std::atomic<long> lost(0);
-FaultFamily armedFamily = kMemoryFault;
-long armedCall = 0;
+std::atomic<long> calls(0), failed(0), spared(0), lost(0), balance(0);
+int armedFamily = 0;
 bool armedForGood = false;
+long armedCall = 0;
 bool traced = false;
 
 // Programs that are started meanwhile are not ours to fail.
 __attribute__((constructor)) void prepare() {
   traced = std::getenv("QUILP_FAULT_TRACE") != nullptr;
   unsetenv("LD_PRELOAD");
-  void* frames[1];
-  backtrace(frames, 1);  // loads what it needs
+  void* frame = nullptr;
+  backtrace(&frame, 1);  // loads what it needs
 }
 
-/// iniparser 4.1 writes through null when the tables of a new dictionary cannot be had: no caller
-/// can help that.
-bool isBeyondHelp(const void* caller) {
+void traceCall() {
+  void* frames[64];
+  armed = false;
+  backtrace_symbols_fd(frames, backtrace(frames, 64), STDERR_FILENO);
+  armed = true;
+}
+
+/// iniparser 4.1 writes through null when it cannot have the tables of a new dictionary.
+bool isTableOfDictionary(const void* caller, size_t count) {
   Dl_info info = {};
-  return dladdr(caller, &info) != 0 && info.dli_sname != nullptr &&
+  return count > 1 && dladdr(caller, &info) != 0 && info.dli_sname != nullptr &&
          std::strcmp(info.dli_sname, "dictionary_new") == 0;
 }
 
-bool fails(FaultFamily family, const void* caller = nullptr) {
+bool isTurn(int family) {
   if (!armed || family != armedFamily) {
     return false;
   }
   const long call = ++calls;
-  if (call != armedCall && (!armedForGood || call < armedCall)) {
-    return false;
-  }
-  if (caller != nullptr && isBeyondHelp(caller)) {
-    ++spared;
+  return call == armedCall || (armedForGood && call > armedCall);
+}
+
+bool fails(int family, int error) {
+  if (!isTurn(family)) {
     return false;
   }
   ++failed;
   if (traced) {
-    armed = false;
-    void* frames[64];
-    backtrace_symbols_fd(frames, backtrace(frames, 64), STDERR_FILENO);
-    armed = true;
+    traceCall();
   }
+  errno = error;
   return true;
+}
+
+bool failsStream(std::FILE* stream) {
+  constexpr int kErrorSeen = 0x20;  // glibc's: what ferror looks at
+  const bool failing = fails(kRead, EIO);
+  stream->_flags |= failing ? kErrorSeen : 0;
+  return failing;
 }
 
 void* counted(void* block) {
@@ -79,65 +87,44 @@ void* counted(void* block) {
   return block;
 }
 
-template <class Result>
-Result failure(Result result, int error) {
-  errno = error;
-  return result;
-}
-
-template <class Function>
-Function* next(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
-bool failsStream(std::FILE* stream) {
-  if (!fails(kReadFault)) {
-    return false;
-  }
-  constexpr int kErrorSeen = 0x20;  // glibc's: what ferror looks at
-  stream->_flags |= kErrorSeen;
-  errno = EIO;
-  return true;
-}
-
 }  // namespace
 
 extern "C" {
 
-void faultArm(FaultFamily family, long nth, bool lasting) {
+void faultArm(int family, bool lasting, long nth) {
   armedFamily = family;
-  armedCall = nth;
   armedForGood = lasting;
-  calls = failed = 0;
+  armedCall = nth;
+  calls = failed = spared = lost = 0;
   armed = true;
 }
 
-long faultDisarm() {
+FaultCount faultDisarm() {
   armed = false;
-  return failed;
+  return {failed, spared, lost};
 }
 
 long faultBalance() { return balance; }
 
-long faultSpared() { return spared.exchange(0); }
-
-long faultLost() { return lost.exchange(0); }
-
 void* malloc(size_t size) noexcept {
-  return fails(kMemoryFault) ? failure(nullptr, ENOMEM) : counted(__libc_malloc(size));
+  return fails(kMemory, ENOMEM) ? nullptr : counted(__libc_malloc(size));
 }
 
 void* calloc(size_t count, size_t size) noexcept {
-  return fails(kMemoryFault, __builtin_return_address(0)) ? failure(nullptr, ENOMEM)
-                                                          : counted(__libc_calloc(count, size));
+  if (armed && isTableOfDictionary(__builtin_return_address(0), count)) {
+    spared += isTurn(kMemory) ? 1 : 0;
+    return counted(__libc_calloc(count, size));
+  }
+  return fails(kMemory, ENOMEM) ? nullptr : counted(__libc_calloc(count, size));
 }
 
 void* realloc(void* block, size_t size) noexcept {
-  if (fails(kMemoryFault)) {
-    return failure(nullptr, ENOMEM);
+  if (fails(kMemory, ENOMEM)) {
+    return nullptr;
   }
   void* const moved = __libc_realloc(block, size);
-  balance += block == nullptr && moved != nullptr ? 1 : block != nullptr && size == 0 ? -1 : 0;
+  balance +=
+      (moved != nullptr ? 1 : 0) - (block != nullptr && (moved != nullptr || size == 0) ? 1 : 0);
   return moved;
 }
 
@@ -146,28 +133,28 @@ void free(void* block) noexcept {
   __libc_free(block);
 }
 
-int open(const char* path, int flags, ...) {
-  static const auto real = next<int(const char*, int, ...)>("open");
-  va_list more;
-  va_start(more, flags);
-  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
-  va_end(more);
-  return fails(kOpenFault) ? failure(-1, EMFILE) : real(path, flags, mode);
+// Without memory glibc's regcomp does not release all that it has had until then.
+int regcomp(regex_t* pattern, const char* text, int flags) {
+  FAULT_REAL(regcomp);
+  const long before = balance;
+  const int result = real(pattern, text, flags);
+  if (result != 0) {
+    lost += balance - before;
+    balance = before;
+  }
+  return result;
 }
 
 FILE* fopen(const char* path, const char* mode) {
-  static const auto real = next<FILE*(const char*, const char*)>("fopen");
-  return fails(kOpenFault) ? failure(nullptr, EMFILE) : real(path, mode);
+  FAULT_REAL(fopen);
+  return fails(kOpen, EMFILE) ? nullptr : real(path, mode);
 }
 
 FILE* fopen64(const char* path, const char* mode) { return fopen(path, mode); }
 
 pid_t fork() noexcept {
-  static const auto real = next<pid_t()>("fork");
-  if (fails(kForkFault)) {
-    return failure(-1, EAGAIN);
-  }
-  const pid_t child = real();
+  FAULT_REAL(fork);
+  const pid_t child = fails(kFork, EAGAIN) ? -1 : real();
   if (child == 0) {
     armed = false;
   }
@@ -175,53 +162,39 @@ pid_t fork() noexcept {
 }
 
 FILE* popen(const char* command, const char* mode) {
-  static const auto real = next<FILE*(const char*, const char*)>("popen");
-  return fails(kPopenFault) ? failure(nullptr, EMFILE) : real(command, mode);
+  FAULT_REAL(popen);
+  return fails(kPopen, EMFILE) ? nullptr : real(command, mode);
 }
 
 int system(const char* command) {
-  static const auto real = next<int(const char*)>("system");
-  return fails(kSystemFault) ? failure(-1, EAGAIN) : real(command);
+  FAULT_REAL(system);
+  return fails(kSystem, EAGAIN) ? -1 : real(command);
 }
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*body)(void*),
                    void* argument) noexcept {
-  static const auto real =
-      next<int(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*)>("pthread_create");
-  return fails(kThreadFault) ? EAGAIN : real(thread, attributes, body, argument);
+  FAULT_REAL(pthread_create);
+  return fails(kThread, EAGAIN) ? EAGAIN : real(thread, attributes, body, argument);
 }
 
 ssize_t read(int descriptor, void* buffer, size_t size) {
-  static const auto real = next<ssize_t(int, void*, size_t)>("read");
-  return fails(kReadFault) ? failure<ssize_t>(-1, EIO) : real(descriptor, buffer, size);
+  FAULT_REAL(read);
+  return fails(kRead, EIO) ? -1 : real(descriptor, buffer, size);
 }
 
 char* fgets(char* buffer, int size, FILE* stream) {
-  static const auto real = next<char*(char*, int, FILE*)>("fgets");
+  FAULT_REAL(fgets);
   return failsStream(stream) ? nullptr : real(buffer, size, stream);
 }
 
 size_t fread(void* buffer, size_t size, size_t count, FILE* stream) {
-  static const auto real = next<size_t(void*, size_t, size_t, FILE*)>("fread");
+  FAULT_REAL(fread);
   return failsStream(stream) ? 0 : real(buffer, size, count, stream);
 }
 
-int regcomp(regex_t* pattern, const char* text, int flags) {
-  static const auto real = next<int(regex_t*, const char*, int)>("regcomp");
-  const long before = balance;
-  const int result = real(pattern, text, flags);
-  if (result != 0) {
-    const long gone = balance - before;
-    lost += gone;
-    balance -= gone;
-  }
-  return result;
-}
-
 char* mktemp(char* name) noexcept {
-  static const auto real = next<char*(char*)>("mktemp");
-  if (fails(kNameFault)) {
-    errno = EEXIST;
+  FAULT_REAL(mktemp);
+  if (fails(kName, EEXIST)) {
     *name = '\0';
     return name;
   }

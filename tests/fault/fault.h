@@ -1,36 +1,22 @@
 #pragma once
 
-// What libfault.so, loaded in front of libc, does to the calls of its process: it counts those of
-// each family, makes one of them fail, and keeps the balance of allocations. The symbols are weak:
-// null where it is not loaded.
+// What libfault.so, loaded in front of libc, does to the calls of its process: it makes one of a
+// family fail, and keeps the balance of allocations. Null where it is not loaded.
 
-enum FaultFamily {
-  kMemoryFault,  // malloc, calloc, realloc, and what is built on them: strdup, operator new, …
-  kOpenFault,    // open, fopen
-  kForkFault,    // fork
-  kPopenFault,   // popen
-  kSystemFault,  // system
-  kThreadFault,  // pthread_create
-  kReadFault,    // read, fgets, fread
-  kNameFault,    // mktemp
-  kFaultFamilies
-};
+enum FaultFamily { kMemory, kOpen, kFork, kPopen, kSystem, kThread, kRead, kName, kFamilies };
 
 extern "C" {
 
 /// From now on the family's call number `nth` (from 1) fails, and with `lasting` all behind it.
-__attribute__((weak)) void faultArm(FaultFamily family, long nth, bool lasting);
+__attribute__((weak)) void faultArm(int family, bool lasting, long nth);
 
-/// Lets calls pass again; returns how many have failed.
-__attribute__((weak)) long faultDisarm();
-
-/// Blocks allocated and not released, in the whole process.
+/// What has happened since, and the blocks of the process that are not released. Calls pass again.
+struct FaultCount {
+  long failed;
+  long spared;  // passed although it was their turn: no caller could help what would follow
+  long lost;    // blocks that glibc lost itself, and that are not in the balance
+};
+__attribute__((weak)) FaultCount faultDisarm();
 __attribute__((weak)) long faultBalance();
-
-/// Calls since the last question that were let pass although it was their turn: see isBeyondHelp.
-__attribute__((weak)) long faultSpared();
-
-/// Blocks since the last question that a failing regcomp of glibc has lost: not in the balance.
-__attribute__((weak)) long faultLost();
 
 }  // extern "C"

@@ -1,14 +1,13 @@
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <iostream>
-#include <map>
-#include <set>
+#include <new>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -19,233 +18,197 @@
 #include "support.h"
 
 // Makes each call that an exported function makes of malloc, fopen, fork and so on fail, one after
-// the other, and looks at what the function gives then and what it leaves behind.
+// the other, and looks at what the function gives then and at what it leaves behind.
 
 namespace {
 
-const char* const kFamilyNames[kFaultFamilies] = {"memory", "open",   "fork", "popen",
-                                                  "system", "thread", "read", "name"};
-
-/// One way of failing: the n-th call of a family, or all from there on.
-struct Fault {
-  int family = 0;
-  bool lasting = false;
-  long nth = 1;
-
-  /// To the family's other way, or to the next family.
-  void nextKind() {
-    const bool toLasting = family == kMemoryFault && !lasting;
-    family += toLasting ? 0 : 1;
-    lasting = toLasting;
-    nth = 1;
-  }
-  std::string kind() const { return std::string(kFamilyNames[family]) + (lasting ? "+" : ""); }
-};
+const char* const kFamilyNames[kFamilies] = {"memory", "open",   "fork", "popen",
+                                             "system", "thread", "read", "name"};
 
 struct Tally {
-  long failed = 0;
-  long spared = 0;
-  long lost = 0;
-  std::map<std::string, long> outcomes;
+  long failed;
+  long spared;
+  long lost;
+  long died;
+  long results[kHighestResult - kNeverRight + 1];
 };
 
-std::string outcomeOf(int result) {
+/// How far a case has come. Child processes write it: the next one goes on where one has died.
+struct Progress {
+  int family;
+  bool lasting;  // memory alone
+  long nth;
+  bool trying;
+  long findings;
+  long failed;
+  Tally tally;
+};
+
+std::string kindOf(const Progress& at) {
+  return std::string(kFamilyNames[at.family]) + (at.lasting ? "+" : "");
+}
+
+std::string textOf(int result) {
   return result == kOutOfMemory ? "bad_alloc" : std::to_string(result);
 }
 
-int callWithout(const FaultCase& each) {
-  faultWindow = {[] {}, [] {}};
-  return each.call();
+int resultOf(const FaultCase& each) {
+  try {
+    return std::min(each.call(), kHighestResult);
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemory;
+  } catch (const std::exception&) {
+    return kNeverRight;
+  }
 }
 
-/// What the parent is told: one line for each fault, "begin" before it and "end" behind.
-class Reporter {
+/// One route of a case.
+class Run {
  public:
-  explicit Reporter(int pipe) : pipe_(pipe) {}
-  void say(const std::string& line) const {
-    const std::string whole = line + "\n";
-    if (write(pipe_, whole.data(), whole.size()) < 0) {
-      _exit(2);
+  Run(const FaultCase& each, const char* route, Progress& at)
+      : case_(each), route_(route), at_(at), report_(dup(STDOUT_FILENO)) {}
+  ~Run() { close(report_); }
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+
+  void run() {
+    for (at_ = Progress{0, false, 1, false, 0, 0, {}}; at_.family < kFamilies;) {
+      std::fflush(stdout);
+      const pid_t child = fork();
+      if (child == 0) {
+        redirect();
+        tryAll();
+        _exit(0);
+      }
+      int status = 0;
+      waitpid(child, &status, 0);
+      if (status != 0) {
+        find(" died: wait status " + std::to_string(status));
+        ++at_.tally.died;
+        at_.family = at_.trying ? at_.family : kFamilies;
+        ++at_.nth;
+      }
+    }
+    if (at_.failed == 0) {
+      dprintf(report_, "%-28s %-9s makes none of these calls\n", case_.functions.c_str(), route_);
     }
   }
 
  private:
-  int pipe_;
-};
-
-/// Tries the faults from `fault` on.
-void tryFaults(const FaultCase& each, Fault fault, const Reporter& reporter) {
-  const int usual = callWithout(each);
-  callWithout(each);
-  for (; fault.family < kFaultFamilies; fault.nextKind()) {
-    for (;; ++fault.nth) {
-      reporter.say("begin");
-      long failed = 0;
-      faultWindow = {
-          [&] { faultArm(static_cast<FaultFamily>(fault.family), fault.nth, fault.lasting); },
-          [&] { failed = faultDisarm(); }};
-      const auto before = test::Holdings::now();
-      const long balance = faultBalance();
-      const int result = each.call();
-      const long leaked = faultBalance() - balance;
-      const auto after = test::Holdings::after(before);
-      const long spared = faultSpared();
-      std::ostringstream wrong;
-      const auto& failures = each.failures;
-      if (result != usual &&
-          std::find(failures.begin(), failures.end(), result) == failures.end()) {
-        wrong << " result " << result << " instead of " << usual;
-      }
-      if (result == kOutOfMemory && fault.family != kMemoryFault) {
-        wrong << " bad_alloc with memory left";
-      }
-      if (leaked != 0) {
-        wrong << " leaked " << leaked << " blocks";
-      }
-      if (!(after == before)) {
-        wrong << " holds " << after << " after " << before;
-      }
-      reporter.say("end " + std::to_string(failed) + " " + std::to_string(spared) + " " +
-                   std::to_string(faultLost()) + " " + outcomeOf(result) + wrong.str());
-      if (failed == 0 && spared == 0) {
-        break;
-      }
+  static void redirect() {
+    dup2(open("/run/box/printed", O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), STDOUT_FILENO);
+    if (std::getenv("QUILP_FAULT_TRACE") == nullptr) {
+      dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDERR_FILENO);
     }
   }
-}
 
-/// A case's faults, in child processes: one that dies is counted, and the next goes on behind it.
-class CaseRun {
- public:
-  explicit CaseRun(const FaultCase& each) : case_(each) {}
-
-  std::map<std::string, Tally> run() {
-    while (fault_.family < kFaultFamilies) {
-      runChild();
-    }
-    return tallies_;
-  }
-  const std::vector<std::string>& wrong() const { return wrong_; }
-
- private:
-  void runChild() {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) {
-      std::abort();
-    }
-    std::cout.flush();
-    const pid_t child = fork();
-    if (child == 0) {
-      close(ends[0]);
-      const int printed = open("/run/box/printed", O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-      const int messages =
-          open("/run/box/messages", O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-      dup2(printed, STDOUT_FILENO);
-      if (std::getenv("QUILP_FAULT_TRACE") == nullptr) {
-        dup2(messages, STDERR_FILENO);
+  void tryAll() {
+    at_.trying = false;
+    resultOf(case_);
+    const int usual = resultOf(case_);
+    at_.trying = true;
+    while (at_.family < kFamilies) {
+      if (tryOne(usual)) {
+        ++at_.nth;
+        continue;
       }
-      tryFaults(case_, fault_, Reporter(ends[1]));
-      _exit(0);
+      printTally();
+      at_.lasting = at_.family == kMemory && !at_.lasting;
+      at_.family += at_.lasting ? 0 : 1;
+      at_.nth = 1;
+      at_.tally = Tally();
     }
-    close(ends[1]);
-    const bool begun = readReports(ends[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    if (status == 0) {
+  }
+
+  /// False when there was no call left to fail.
+  bool tryOne(int usual) {
+    const auto before = test::Holdings::now();
+    const long balance = faultBalance();
+    faultArm(at_.family, at_.lasting, at_.nth);
+    const int result = resultOf(case_);
+    const FaultCount count = faultDisarm();
+    const long leaked = faultBalance() - balance;
+    const auto after = test::Holdings::after(before);
+
+    const std::vector<int>& failures = case_.failures;
+    if (result != usual && (std::count(failures.begin(), failures.end(), result) == 0 ||
+                            (result == kOutOfMemory && at_.family != kMemory))) {
+      find(" gave " + textOf(result) + " instead of " + textOf(usual));
+    }
+    if (leaked != 0) {
+      find(" leaked " + std::to_string(leaked) + " blocks");
+    }
+    if (!(after == before)) {
+      std::ostringstream text;
+      text << " left " << after << " after " << before;
+      find(text.str());
+    }
+    if (count.failed == 0 && count.spared == 0) {
+      return false;
+    }
+    Tally& tally = at_.tally;
+    tally.failed += count.failed != 0 ? 1 : 0;
+    tally.spared += count.spared != 0 && count.failed == 0 ? 1 : 0;
+    tally.lost += count.lost;
+    ++tally.results[result - kNeverRight];
+    return true;
+  }
+
+  void printTally() {
+    const Tally& tally = at_.tally;
+    if (tally.failed + tally.spared == 0) {
       return;
     }
-    std::ostringstream text;
-    text << "died: " << (WIFSIGNALED(status) ? "signal " : "status ")
-         << (WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status));
-    note(text.str());
-    ++tallies_[fault_.kind()].outcomes["died"];
-    if (begun) {
-      ++fault_.nth;
-    } else {
-      fault_.family = kFaultFamilies;
+    at_.failed += tally.failed;
+    std::ostringstream outcomes;
+    for (int result = kNeverRight; result <= kHighestResult; ++result) {
+      const long times = tally.results[result - kNeverRight];
+      outcomes << (times != 0 ? ' ' + textOf(result) + ':' + std::to_string(times) : "");
     }
+    outcomes << (tally.died != 0 ? " died:" + std::to_string(tally.died) : "");
+    dprintf(report_, "%-28s %-9s %-8s %6ld %6ld %5ld  %s\n", case_.functions.c_str(), route_,
+            kindOf(at_).c_str(), tally.failed, tally.spared, tally.lost, outcomes.str().c_str());
   }
 
-  /// True when the child was about to try fault_.
-  bool readReports(int pipe) {
-    std::FILE* const reports = fdopen(pipe, "r");
-    char line[512];
-    bool begun = false;
-    while (std::fgets(line, sizeof line, reports) != nullptr) {
-      std::istringstream words(line);
-      std::string verb;
-      words >> verb;
-      begun = verb == "begin";
-      if (!begun) {
-        readEnd(words);
-      }
-    }
-    std::fclose(reports);
-    return begun;
-  }
-
-  void readEnd(std::istringstream& words) {
-    long failed = 0;
-    long spared = 0;
-    long lost = 0;
-    std::string outcome;
-    std::string wrong;
-    words >> failed >> spared >> lost >> outcome;
-    std::getline(words, wrong);
-    if (!wrong.empty()) {
-      note(wrong);
-    }
-    if (failed == 0 && spared == 0) {
-      fault_.nextKind();
-      return;
-    }
-    Tally& tally = tallies_[fault_.kind()];
-    tally.failed += failed != 0 ? 1 : 0;
-    tally.spared += spared;
-    tally.lost += lost;
-    ++tally.outcomes[outcome];
-    ++fault_.nth;
-  }
-
-  void note(const std::string& text) {
-    wrong_.push_back(case_.function + " " + case_.route + " " + fault_.kind() + " " +
-                     std::to_string(fault_.nth) + ": " + text);
+  void find(const std::string& what) {
+    ++at_.findings;
+    dprintf(report_, "FINDING: %s %s %s %ld:%s\n", case_.functions.c_str(), route_,
+            kindOf(at_).c_str(), at_.nth, what.c_str());
   }
 
   const FaultCase& case_;
-  Fault fault_;
-  std::map<std::string, Tally> tallies_;
-  std::vector<std::string> wrong_;
+  const char* route_;
+  Progress& at_;
+  int report_;
 };
 
-void printRow(const FaultCase& each, const std::string& kind, const Tally& tally) {
-  std::printf("%-28s %-9s %-8s %6ld %6ld %5ld  ", each.function.c_str(), each.route.c_str(),
-              kind.c_str(), tally.failed, tally.spared, tally.lost);
-  for (const auto& [outcome, times] : tally.outcomes) {
-    std::printf(" %s:%ld", outcome.c_str(), times);
-  }
-  std::printf("\n");
-}
-
-/// Every exported function has its cases; the tables are no functions.
-std::vector<std::string> functionsWithoutCase(const std::vector<FaultCase>& cases,
-                                              const char* exports) {
-  std::set<std::string> known = {"gSearchKey", "g_CountryCode",    "g_GenderCode", "g_LanguageCode",
-                                 "html_utf8",  "g_VocalTrackCode", "year_en",      "s_SeparateStr"};
+/// Every exported function is in a case; the tables are no functions.
+long countMissing(const std::vector<FaultCase>& cases, const std::string& exports) {
+  std::string known =
+      " gSearchKey g_CountryCode g_GenderCode g_LanguageCode g_VocalTrackCode html_utf8 "
+      "s_SeparateStr year_en ";
   for (const FaultCase& each : cases) {
-    known.insert(each.function);
+    known += each.functions + " ";
   }
-  std::vector<std::string> missing;
-  std::ifstream list(exports);
+  long missing = 0;
+  std::istringstream list(test::readFile(exports));
   for (std::string name; std::getline(list, name);) {
-    if (known.count(name) == 0) {
-      missing.push_back(name + ": no case");
+    if (known.find(" " + name + " ") == std::string::npos) {
+      std::printf("FINDING: %s: no case\n", name.c_str());
+      ++missing;
     }
   }
   return missing;
 }
 
-/// glibc keeps the stacks of threads that have ended; they are made here.
+void chooseRoute(const FaultCase& each, const std::string& route, const std::string& folder) {
+  test::writeFile("/etc/config/catalox.conf", "[addon]\nLANG=de\n");
+  test::writeFile("/etc/config/zorp.conf",
+                  "[addon]\nClass=Kestrawind\nType=" + each.type + "\nEnable=" +
+                      (route == "add-on" ? "TRUE" : "FALSE") + "\nShell=" + folder + "/addon.sh\n");
+}
+
+/// glibc keeps the stacks of threads that have ended: they are made here.
 void warmThreads() {
   std::vector<std::thread> threads;
   for (int i = 0; i < 8; ++i) {
@@ -259,34 +222,38 @@ void warmThreads() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (faultArm == nullptr || argc < 3) {
-    std::fprintf(stderr, "usage: LD_PRELOAD=libfault.so %s EXPORTS FOLDER [FUNCTION [ROUTE]]\n",
-                 argv[0]);
+  if (faultArm == nullptr || argc < 2) {
+    std::fprintf(stderr, "usage: LD_PRELOAD=libfault.so %s TESTS [FUNCTIONS [ROUTE]]\n", argv[0]);
     return 2;
   }
-  std::vector<FaultCase> cases = faultCases();
-  std::vector<std::string> wrong = functionsWithoutCase(cases, argv[1]);
-  prepareRoutes(argv[2]);
+  const std::string tests = argv[1];
+  const std::regex functions(argc > 2 ? argv[2] : "");
+  const std::string onlyRoute = argc > 3 ? argv[3] : "";
+  const std::vector<FaultCase> cases = faultCases();
+  long findings = countMissing(cases, tests + "/exports.txt");
+  long failed = 0;
+  std::remove("/sbin/curl");
+  if (symlink((tests + "/fault/client.sh").c_str(), "/sbin/curl") != 0) {
+    return 2;
+  }
   warmThreads();
-  const auto asked = [&](const FaultCase& each) {
-    return (argc < 4 || each.function == argv[3]) && (argc < 5 || each.route == argv[4]);
-  };
-  cases.erase(std::remove_if(cases.begin(), cases.end(), std::not_fn(asked)), cases.end());
-  long total = 0;
-  std::printf("%-28s %-9s %-8s %6s %6s %5s   outcomes\n", "function", "route", "family", "failed",
+  auto& progress = *static_cast<Progress*>(
+      mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+  std::printf("%-28s %-9s %-8s %6s %6s %5s   results\n", "function", "route", "family", "failed",
               "spared", "lost");
   for (const FaultCase& each : cases) {
-    chooseRoute(each.route);
-    CaseRun run(each);
-    for (const auto& [kind, tally] : run.run()) {
-      printRow(each, kind, tally);
-      total += tally.failed;
+    for (const char* route : {"add-on", "built-in"}) {
+      if ((each.type.empty() && std::string(route) == "add-on") ||
+          (!onlyRoute.empty() && onlyRoute != route) ||
+          !std::regex_search(each.functions, functions)) {
+        continue;
+      }
+      chooseRoute(each, route, tests + "/fault");
+      Run(each, route, progress).run();
+      findings += progress.findings;
+      failed += progress.failed;
     }
-    wrong.insert(wrong.end(), run.wrong().begin(), run.wrong().end());
   }
-  std::printf("%ld calls failed, %zu findings\n", total, wrong.size());
-  for (const std::string& text : wrong) {
-    std::printf("%s\n", text.c_str());
-  }
-  return wrong.empty() ? 0 : 1;
+  std::printf("%ld calls failed, %ld findings\n", failed, findings);
+  return findings == 0 && failed > 0 ? 0 : 1;
 }
