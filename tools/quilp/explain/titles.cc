@@ -51,7 +51,7 @@ Explanation explainMovies(const std::string& keyword, int count) {
              "movielist", explanation);
     if (!explanation.reason) {
       movies.count = libquilp::readRecords(shell.document("movielist"), "movie",
-                                           libquilp::kMovieFields, &movies.records);
+                                           libquilp::kMovieFields, &velFreeMovies, &movies.records);
     }
   } else {
     explanation.whyBuiltIn = registry.whyNone(kMovie, Use::kPrint);
@@ -81,7 +81,7 @@ Explanation explainShows(const std::string& keyword, int count, const std::strin
              "tvshowlist", explanation);
     if (!explanation.reason) {
       shows.count = libquilp::readRecords(shell.document("tvshowlist"), "tvshow",
-                                          libquilp::kShowFields, &shows.records);
+                                          libquilp::kShowFields, &velFreeTVShows, &shows.records);
     }
   } else {
     explanation.whyBuiltIn = registry.whyNone(kTV, Use::kPrint);
