@@ -194,6 +194,7 @@ TEST(Keyword, CutsReleaseNamesDownToTheirTitle) {
   // Each tag is blanked once, in its order: the second one's "x264" goes, its "CHD" with it.
   EXPECT_EQ(ProcessKeyword("x264-SPARKS x264-CHD", 0), "");
   EXPECT_EQ(ProcessKeyword("DTS-DTS", 0), "DTS");
+  EXPECT_EQ(ProcessKeyword("DD5.1080p x264-CHDTS 2002Audio", 0), "DD5 TS 200");
   EXPECT_EQ(ProcessKeyword(nullptr, 0), "");
   EXPECT_EQ(ProcessKeyword("Am\xC3\xA9lie", 1), "Am%c3%a9lie");
   EXPECT_EQ(ProcessKeyword("Fast Furious's", 1), "Fast%20Furious%27s");

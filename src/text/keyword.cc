@@ -1,36 +1,85 @@
-#include <regex.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <new>
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ascii.h"
 #include "libquilp.h"
-#include "text/c_locale.h"
 
 namespace libquilp {
 namespace {
 
 constexpr char kBlank = ' ';
-constexpr char kSeparators[] = " -_.~+";
-constexpr char kEpisode[] = "^[sS][0-9]+[eE][0-9]+";
-constexpr long kFirstYear = 1900;
-constexpr long kLastYear = 2100;
+constexpr int kFirstYear = 1900;
+constexpr int kLastYear = 2100;
 
 // The longer forms stand before "x264", so that they are blanked whole.
 constexpr std::string_view kReleaseTags[] = {
     "1080p", "1080i", "720p",   "BluRay", "x264-SPARKS", "x264-CHD", "x264-YYeTs", "x264",
     "YIFY",  "DTS",   "2Audio", "DD5.1",  "3AUDIO-WAF",  "HDTV",     "FoV"};
 
+/// Release tags as a set: a bit for each, in their order.
+using Tags = std::uint16_t;
+constexpr std::size_t kTagCount = std::size(kReleaseTags);
+constexpr Tags kAllTags = (1U << kTagCount) - 1;
+constexpr Tags kSeparator = 1U << kTagCount;
+
+/// What a byte can be: the start of some tags, or a separator.
+struct ByteTable {
+  Tags of[256] = {};
+
+  constexpr ByteTable() {
+    for (const char c : std::string_view(" -_.~+")) {
+      of[static_cast<unsigned char>(c)] = kSeparator;
+    }
+    for (std::size_t i = 0; i < kTagCount; ++i) {
+      of[static_cast<unsigned char>(kReleaseTags[i][0])] |= static_cast<Tags>(1U << i);
+    }
+  }
+  constexpr unsigned operator[](char c) const { return of[static_cast<unsigned char>(c)]; }
+};
+constexpr ByteTable kBytes;
+
+bool isSeparator(char c) { return kBytes[c] == kSeparator; }
+
+std::size_t firstTag(unsigned tags) { return static_cast<std::size_t>(__builtin_ctz(tags)); }
+
+/// Calls visit(i) for each tag of the set, in their order.
+template <class Visit>
+void forEachTag(unsigned tags, Visit visit) {
+  for (; tags != 0; tags &= tags - 1) {
+    visit(firstTag(tags));
+  }
+}
+
+/// Tags of one piece of a name.
+struct FoundTags {
+  unsigned tags = 0;
+  std::size_t end = 0;  // behind the last of them
+
+  /// Looks which of `candidates` stand at a place.
+  void look(std::string_view text, std::size_t at, unsigned candidates) {
+    forEachTag(candidates, [&](std::size_t i) {
+      const std::string_view tag = kReleaseTags[i];
+      if (text.size() - at >= tag.size() && text[at + 1] == tag[1] &&
+          text.compare(at, tag.size(), tag) == 0) {
+        tags |= 1U << i;
+        end = std::max(end, at + tag.size());
+      }
+    });
+  }
+};
+
 /// Blanks every group, from the last opening bracket to the first closing one behind it and so on
 /// outwards, and openings that are never closed; a closing bracket without an opening stays.
 void blankBrackets(std::string& text, char opening, char closing) {
+  const std::size_t first = text.find(opening);
+  if (first == std::string::npos) {
+    return;
+  }
   std::size_t closings = 0;
-  for (std::size_t i = text.size(); i-- > 0;) {
+  for (std::size_t i = text.size(); i-- > first;) {
     if (text[i] == closing) {
       ++closings;
     } else if (text[i] == opening) {
@@ -43,7 +92,8 @@ void blankBrackets(std::string& text, char opening, char closing) {
   }
   // Every opening that is left has its closing now, so that a depth tells what is inside.
   std::size_t depth = 0;
-  for (char& c : text) {
+  for (std::size_t i = first; i < text.size(); ++i) {
+    char& c = text[i];
     if (c == opening) {
       ++depth;
     }
@@ -57,64 +107,120 @@ void blankBrackets(std::string& text, char opening, char closing) {
   }
 }
 
-void blankReleaseTags(std::string& text) {
-  for (const std::string_view tag : kReleaseTags) {
-    const std::size_t at = text.find(tag);
-    if (at != std::string::npos) {
-      text.replace(at, tag.size(), tag.size(), kBlank);
-    }
+std::size_t pastDigits(std::string_view text, std::size_t at) {
+  while (at < text.size() && isDigit(static_cast<unsigned char>(text[at]))) {
+    ++at;
   }
+  return at;
 }
 
-class EpisodePattern {
- public:
-  EpisodePattern() : ready_(regcomp(&pattern_, kEpisode, REG_EXTENDED | REG_NOSUB) == 0) {}
-  ~EpisodePattern() {
-    if (ready_) {
-      regfree(&pattern_);
+/// Whether the word's leading number, as strtol reads it, is a year; no sign can stand in a word.
+bool startsWithYear(std::string_view word) {
+  std::size_t at = 0;
+  while (at < word.size() && isSpace(static_cast<unsigned char>(word[at]))) {
+    ++at;
+  }
+  int number = 0;
+  for (; at < word.size() && isDigit(static_cast<unsigned char>(word[at])); ++at) {
+    number = 10 * number + (word[at] - '0');
+    if (number > kLastYear) {
+      return false;
     }
   }
-  EpisodePattern(const EpisodePattern&) = delete;
-  EpisodePattern& operator=(const EpisodePattern&) = delete;
+  return number >= kFirstYear;
+}
 
-  bool ready() const { return ready_; }
-  bool matches(const char* token) const {
-    const int result = regexec(&pattern_, token, 0, nullptr, 0);
-    if (result == REG_ESPACE) {
-      throw std::bad_alloc();
-    }
-    return result == 0;
+/// Whether the word matches "^[sS][0-9]+[eE][0-9]+". That is compared by hand: a compiled pattern
+/// would cost more than all the rest, and compiling could fail.
+bool startsWithEpisode(std::string_view word) {
+  if (word[0] != 's' && word[0] != 'S') {
+    return false;
   }
+  const std::size_t e = pastDigits(word, 1);
+  return e > 1 && e < word.size() && (word[e] == 'e' || word[e] == 'E') &&
+         pastDigits(word, e + 1) > e + 1;
+}
+
+/// The title words of a name, joined by single blanks.
+class TitleWords {
+ public:
+  /// Takes the words up to a year behind the first. The first occurrence of each tag is blanked,
+  /// in the tags' order; tags do not reach over the end of a piece, so that one piece after the
+  /// other may be looked at.
+  void read(std::string_view text) {
+    for (std::size_t at = 0; at < text.size() && !done_; ++at) {
+      const std::size_t start = at;
+      FoundTags found;
+      at = pieceEnd(text, at, found);
+      const std::string_view piece = text.substr(start, at - start);
+      if (found.tags == 0) {
+        add(piece);
+      } else {
+        addBlanked(piece, found.tags);
+      }
+    }
+  }
+
+  std::string& words() { return words_; }
 
  private:
-  regex_t pattern_;
-  bool ready_;
-};
-
-bool startsWithYear(const char* token) {
-  const long number = std::strtol(token, nullptr, 10);
-  return number >= kFirstYear && number <= kLastYear;
-}
-
-/// The title words of `text`, whose separators are overwritten, joined by single blanks.
-std::string titleWords(std::string& text, const EpisodePattern& episode) {
-  std::string words;
-  char* rest = nullptr;
-  for (const char* token = strtok_r(text.data(), kSeparators, &rest); token != nullptr;
-       token = strtok_r(nullptr, kSeparators, &rest)) {
-    if (!words.empty() && startsWithYear(token)) {
-      break;
+  /// The next separator that is in no tag.
+  std::size_t pieceEnd(std::string_view text, std::size_t at, FoundTags& found) const {
+    const unsigned wanted = tags_ | kSeparator;
+    for (; at < text.size(); ++at) {
+      const unsigned kind = kBytes[text[at]] & wanted;
+      if (kind == 0) {
+        continue;
+      }
+      if (kind != kSeparator) {
+        found.look(text, at, kind);
+      } else if (at >= found.end) {
+        break;
+      }
     }
-    if (episode.matches(token)) {
-      continue;
-    }
-    if (!words.empty()) {
-      words += kBlank;
-    }
-    words += token;
+    return at;
   }
-  return words;
-}
+
+  void addBlanked(std::string_view text, unsigned found) {
+    if (text == kReleaseTags[firstTag(found)]) {  // as most are
+      tags_ &= ~(1U << firstTag(found));
+      return;
+    }
+    std::string piece(text);
+    forEachTag(found, [&](std::size_t i) {
+      const std::string_view tag = kReleaseTags[i];
+      const std::size_t at = piece.find(tag);
+      if (at != std::string::npos) {  // no other tag has blanked it
+        piece.replace(at, tag.size(), tag.size(), kBlank);
+        tags_ &= ~(1U << i);
+      }
+    });
+    auto start = piece.begin();
+    while (start != piece.end() && !done_) {
+      const auto end = std::find_if(start, piece.end(), isSeparator);
+      add(std::string_view(&*start, static_cast<std::size_t>(end - start)));
+      start = end == piece.end() ? end : end + 1;
+    }
+  }
+
+  void add(std::string_view word) {
+    if (word.empty()) {
+      return;
+    }
+    done_ = !words_.empty() && startsWithYear(word);
+    if (done_ || startsWithEpisode(word)) {
+      return;
+    }
+    if (!words_.empty()) {
+      words_ += kBlank;
+    }
+    words_ += word;
+  }
+
+  std::string words_;
+  unsigned tags_ = kAllTags;  // those that have not been met
+  bool done_ = false;
+};
 
 std::string encodeForQuery(const std::string& words) {
   std::string encoded;
@@ -122,7 +228,7 @@ std::string encodeForQuery(const std::string& words) {
   for (const char c : words) {
     if (isAlnum(static_cast<unsigned char>(c))) {
       encoded += c;
-    } else if (std::strchr(kSeparators, c) != nullptr) {
+    } else if (isSeparator(c)) {
       encoded += "%20";
     } else {
       encoded += '%';
@@ -138,16 +244,15 @@ std::string encodeForQuery(const std::string& words) {
 
 std::string ProcessKeyword(const char* keyword, int mode) {
   using namespace libquilp;
-  std::string text = keyword != nullptr ? keyword : "";
-  blankBrackets(text, '(', ')');
-  blankBrackets(text, '[', ']');
-  blankReleaseTags(text);
-  const CLocale digits;
-  const EpisodePattern episode;
-  if (!episode.ready()) {
-    std::fputs("regcomp() failed, returning nonzero\n", stderr);
-    return text;
+  std::string_view text(keyword != nullptr ? keyword : "");
+  std::string unbracketed;
+  if (text.find('(') != std::string_view::npos || text.find('[') != std::string_view::npos) {
+    unbracketed = text;
+    blankBrackets(unbracketed, '(', ')');
+    blankBrackets(unbracketed, '[', ']');
+    text = unbracketed;
   }
-  std::string words = titleWords(text, episode);
-  return mode == 1 ? encodeForQuery(words) : words;
+  TitleWords title;
+  title.read(text);
+  return mode == 1 ? encodeForQuery(title.words()) : std::move(title.words());
 }
