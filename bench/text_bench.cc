@@ -1,21 +1,16 @@
 #include <benchmark/benchmark.h>
 
+#include <cstring>
 #include <string>
 
+#include "inputs.h"
 #include "libquilp.h"
 
 // Text work, ordinary and hostile, at 64 KB and 1 MB: time for a byte must not grow with the size.
 
 namespace {
 
-std::string repeated(const std::string& piece, std::size_t size) {
-  std::string text;
-  text.reserve(size + piece.size());
-  while (text.size() < size) {
-    text += piece;
-  }
-  return text;
-}
+using bench::repeated;
 
 void keyword(benchmark::State& state, const std::string& piece) {
   const std::string name = repeated(piece, static_cast<std::size_t>(state.range(0)));
@@ -53,13 +48,33 @@ void replace(benchmark::State& state, const std::string& piece) {
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
-void releaseName(benchmark::State& state) {
+void releaseNames(benchmark::State& state, int mode) {
   for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        ProcessKeyword("The.Paper.Lighthouse.2011.1080p.BluRay.x264-SPARKS", 1));
+    for (const char* name : bench::kReleaseNames) {
+      benchmark::DoNotOptimize(ProcessKeyword(name, mode));
+    }
   }
+  state.SetItemsProcessed(state.iterations() *
+                          static_cast<std::int64_t>(bench::kReleaseNames.size()));
 }
-BENCHMARK(releaseName);
+BENCHMARK_CAPTURE(releaseNames, plain, 0);
+BENCHMARK_CAPTURE(releaseNames, encoded, 1);
+
+/// What decoding cannot do without: every "&" found, every byte copied.
+void findAndCopy(benchmark::State& state, const std::string& piece) {
+  const std::string text = repeated(piece, static_cast<std::size_t>(state.range(0)));
+  std::string copy(text.size() + 1, '\0');
+  for (auto _ : state) {
+    const char* const end = text.data() + text.size();
+    const char* from = text.data();
+    while (const void* at = std::memchr(from, '&', static_cast<std::size_t>(end - from))) {
+      from = static_cast<const char*>(at) + 1;
+    }
+    std::memcpy(copy.data(), text.c_str(), copy.size());
+    benchmark::ClobberMemory();
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
 
 void sizes(benchmark::internal::Benchmark* bench) { bench->Arg(64 << 10)->Arg(1 << 20); }
 
@@ -71,6 +86,9 @@ BENCHMARK_CAPTURE(keyword, words, std::string("word.S01E01_"))->Apply(sizes);
 BENCHMARK_CAPTURE(decode, ampersands, std::string("&"))->Apply(sizes);
 BENCHMARK_CAPTURE(decode, references, std::string("a &amp; b &#233; "))->Apply(sizes);
 BENCHMARK_CAPTURE(decode, plain, std::string("ordinary text "))->Apply(sizes);
+BENCHMARK_CAPTURE(findAndCopy, plain, std::string("ordinary text "))->Apply(sizes);
+BENCHMARK_CAPTURE(decode, ordinary, bench::ordinaryText(1))->Apply(sizes);
+BENCHMARK_CAPTURE(findAndCopy, ordinary, bench::ordinaryText(1))->Apply(sizes);
 BENCHMARK_CAPTURE(remove, entities, std::string("&nbsp;"))->Apply(sizes);
 BENCHMARK_CAPTURE(remove, nested, std::string("&nb"))->Apply(sizes);
 BENCHMARK_CAPTURE(remove, plain, std::string("ordinary text "))->Apply(sizes);

@@ -82,7 +82,6 @@ bool namedCode(std::string_view name, std::uint32_t& code) {
 
 size_t decode_html_entities_utf8(char* dest, const char* src) {
   const char* read = src != nullptr ? src : dest;
-  const char* const end = read + std::strlen(read);
   char* write = dest;
   const auto keepUpTo = [&](const char* stop) {
     const auto size = static_cast<size_t>(stop - read);
@@ -92,18 +91,17 @@ size_t decode_html_entities_utf8(char* dest, const char* src) {
     write += size;
     read = stop;
   };
-  const auto find = [end](const char* from, char c) {
-    return static_cast<const char*>(std::memchr(from, c, static_cast<size_t>(end - from)));
-  };
 
   // The next ";" is looked for only when the last one has been passed: text without one is walked
   // once, however many "&" it holds.
   const char* semicolon = read;
-  while (const char* ampersand = find(read, '&')) {
+  const char* ampersand = strchrnul(read, '&');
+  for (; *ampersand != '\0'; ampersand = strchrnul(read, '&')) {
     keepUpTo(ampersand);
     if (semicolon <= ampersand) {
-      semicolon = find(ampersand, ';');
-      if (semicolon == nullptr) {
+      semicolon = strchrnul(ampersand, ';');
+      if (*semicolon == '\0') {
+        ampersand = semicolon;
         break;
       }
     }
@@ -119,7 +117,7 @@ size_t decode_html_entities_utf8(char* dest, const char* src) {
       keepUpTo(name);
     }
   }
-  keepUpTo(end);
+  keepUpTo(ampersand);
   *write = '\0';
   return static_cast<size_t>(write - dest);
 }

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// What the benchmarks read, and bench/compare gives to others: made here, of the size and density
+// of real ones.
+
+namespace bench {
+
+/// Names of video releases, as files have them.
+extern const std::vector<const char*> kReleaseNames;
+
+/// Ordinary text with a character reference every now and then.
+std::string ordinaryText(std::size_t size);
+
+/// `piece` over and over, until `size` is reached.
+std::string repeated(const std::string& piece, std::size_t size);
+
+/// A page, and what to ask an HTML parser for to get the values that its cuts give.
+struct Page {
+  const char* name;
+  std::string html;
+  int (*cut)(const std::string& html);  // the number of values
+  std::vector<const char*> xpaths;
+  std::vector<const char*> selectors;  // the same for a parser that takes those of CSS
+};
+
+/// One of each kind: find page, title page, combined page, show page, episode list, episode page.
+std::vector<Page> pages();
+
+}  // namespace bench
