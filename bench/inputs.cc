@@ -2,17 +2,6 @@
 
 namespace bench {
 
-const std::vector<const char*> kReleaseNames = {
-    "The.Paper.Lighthouse.2011.1080p.BluRay.x264-SPARKS",
-    "Harbour.Lights.S01E02.720p.HDTV.x264-FoV",
-    "A.Quiet.Village.2008.DTS.DD5.1.720p.BluRay.x264-CHD",
-    "Night_Train_to_Ostend_(1974)_[1080i].mkv",
-    "1917.2019.720p.BluRay.x264-YIFY",
-    "The Clockmaker's Daughters s1e1 Pilot HDTV",
-    "Winter Without Links (Director's Cut) [2015]",
-    "Stamp.and.Seal.1998.2Audio.BluRay.1080p.x264-YYeTs",
-};
-
 std::string repeated(const std::string& piece, std::size_t size) {
   std::string text;
   text.reserve(size + piece.size());

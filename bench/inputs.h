@@ -9,7 +9,16 @@
 namespace bench {
 
 /// Names of video releases, as files have them.
-extern const std::vector<const char*> kReleaseNames;
+inline constexpr const char* kReleaseNames[] = {
+    "The.Paper.Lighthouse.2011.1080p.BluRay.x264-SPARKS",
+    "Harbour.Lights.S01E02.720p.HDTV.x264-FoV",
+    "A.Quiet.Village.2008.DTS.DD5.1.720p.BluRay.x264-CHD",
+    "Night_Train_to_Ostend_(1974)_[1080i].mkv",
+    "1917.2019.720p.BluRay.x264-YIFY",
+    "The Clockmaker's Daughters s1e1 Pilot HDTV",
+    "Winter Without Links (Director's Cut) [2015]",
+    "Stamp.and.Seal.1998.2Audio.BluRay.1080p.x264-YYeTs",
+};
 
 /// Ordinary text with a character reference every now and then.
 std::string ordinaryText(std::size_t size);

@@ -92,7 +92,7 @@ void writeLines(const std::string& path, const std::vector<const char*>& lines) 
 }
 
 void writeInputs(const std::string& folder, const std::vector<Page>& pages) {
-  writeLines(folder + "/names", bench::kReleaseNames);
+  writeLines(folder + "/names", {std::begin(bench::kReleaseNames), std::end(bench::kReleaseNames)});
   std::ofstream(folder + "/text") << bench::ordinaryText(64 << 10);
   for (const Page& page : pages) {
     std::ofstream(folder + '/' + page.name + ".html") << page.html;

@@ -156,11 +156,11 @@ std::string episodeEntries() {
   std::string entries;
   for (int i = 1; i <= kEpisodes; ++i) {
     const std::string n = std::to_string(i);
-    entries += "<div class=\"list_item\"><div class=\"image\"><a href=\"/title/tt" + n +
-               "/\"><div data-const=\"tt" + n +
-               "\" class=\"hover\"><img src=\"https://images.example/s.jpg\"><div>S2, Ep" + n +
-               "</div></div></a></div><div class=\"info\"><strong>Part " + n + "</strong>" +
-               filler(600) + "</div></div>\n";
+    entries.append("<div class=\"list_item\"><div class=\"image\"><a href=\"/title/tt").append(n);
+    entries.append("/\"><div data-const=\"tt").append(n);
+    entries.append("\" class=\"hover\"><img src=\"https://images.example/s.jpg\"><div>S2, Ep");
+    entries.append(n).append("</div></div></a></div><div class=\"info\"><strong>Part ").append(n);
+    entries.append("</strong>").append(filler(600)).append("</div></div>\n");
   }
   return entries;
 }
@@ -168,7 +168,6 @@ std::string episodeEntries() {
 }  // namespace
 
 std::vector<Page> pages() {
-  const std::string name = "<span class=\"itemprop\" itemprop=\"name\">";
   return {
       {"find",
        pageOf({kHead, "<table class=\"findList\">" + rows(kFoundRow, kRows) + "</table>", ""},

@@ -55,7 +55,7 @@ void releaseNames(benchmark::State& state, int mode) {
     }
   }
   state.SetItemsProcessed(state.iterations() *
-                          static_cast<std::int64_t>(bench::kReleaseNames.size()));
+                          static_cast<std::int64_t>(std::size(bench::kReleaseNames)));
 }
 BENCHMARK_CAPTURE(releaseNames, plain, 0);
 BENCHMARK_CAPTURE(releaseNames, encoded, 1);

@@ -6,6 +6,9 @@ build_packages=(
   libcpp-httplib-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev
   bubblewrap ca-certificates curl dwarves groff-base iso-codes mandoc openssl python3
 )
+# What bench/compare compares with.
+bench_packages=(libxml2-dev python3-guessit)
+command -v npm >/dev/null || bench_packages+=(nodejs npm)
 document_packages=(doxygen mandoc)
 arm_packages=(g++-arm-linux-gnueabihf qemu-user)
 coverage_packages=(gcovr)
