@@ -37,7 +37,7 @@ class Document {
   int read(velMovie_** movies) const {
     int error = 0;
     const XMLNode root = XMLNode::openFileHelper(name_.c_str(), &error, "movielist");
-    return libquilp::readRecords(root, "movie", libquilp::kMovieFields, movies);
+    return libquilp::readRecords(root, "movie", libquilp::kMovieFields, velFreeMovies, movies);
   }
 
  private:

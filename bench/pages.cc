@@ -57,16 +57,15 @@ int valuesOf(const Field<Record> (&table)[N], const Record& record) {
 }
 
 int cutFindPage(const std::string& html) {
-  using libquilp::TitleSearch;
-  static const TitleSearch<velMovie_> search = {libquilp::movieSearchPage, &velMovie_::id,
-                                                &velMovie_::title, &velMovie_::year, nullptr};
-  velMovie_* movies = libquilp::allocateRecords<velMovie_>(kRows);
-  const int n = libquilp::readFindPage(html, search, kRows, movies);
+  static const libquilp::TitleSearch<velMovie_> search = {
+      libquilp::movieSearchPage, &velMovie_::id, &velMovie_::title,
+      &velMovie_::year,          nullptr,        &velFreeMovies};
+  libquilp::RecordArray<velMovie_> movies(search.release, kRows);
+  libquilp::readFindPage(html, search, kRows, movies);
   int values = 0;
-  for (int i = 0; i < n; ++i) {
-    values += valuesOf(libquilp::kMovieFields, movies[i]);
+  for (int i = 0; i < movies.count(); ++i) {
+    values += valuesOf(libquilp::kMovieFields, movies.data()[i]);
   }
-  velFreeMovies(movies, n);
   return values;
 }
 

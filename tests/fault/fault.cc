@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <pthread.h>
-#include <regex.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -27,7 +26,7 @@ void __libc_free(void* block);
 namespace {
 
 std::atomic<bool> armed(false);
-std::atomic<long> calls(0), failed(0), spared(0), lost(0), balance(0);
+std::atomic<long> calls(0), failed(0), spared(0), balance(0);
 int armedFamily = 0;
 bool armedForGood = false;
 long armedCall = 0;
@@ -95,13 +94,13 @@ void faultArm(int family, bool lasting, long nth) {
   armedFamily = family;
   armedForGood = lasting;
   armedCall = nth;
-  calls = failed = spared = lost = 0;
+  calls = failed = spared = 0;
   armed = true;
 }
 
 FaultCount faultDisarm() {
   armed = false;
-  return {failed, spared, lost};
+  return {failed, spared};
 }
 
 long faultBalance() { return balance; }
@@ -131,18 +130,6 @@ void* realloc(void* block, size_t size) noexcept {
 void free(void* block) noexcept {
   balance -= block != nullptr ? 1 : 0;
   __libc_free(block);
-}
-
-// Without memory glibc's regcomp does not release all that it has had until then.
-int regcomp(regex_t* pattern, const char* text, int flags) {
-  FAULT_REAL(regcomp);
-  const long before = balance;
-  const int result = real(pattern, text, flags);
-  if (result != 0) {
-    lost += balance - before;
-    balance = before;
-  }
-  return result;
 }
 
 FILE* fopen(const char* path, const char* mode) {

@@ -14,7 +14,6 @@ __attribute__((weak)) void faultArm(int family, bool lasting, long nth);
 struct FaultCount {
   long failed;
   long spared;  // passed although it was their turn: no caller could help what would follow
-  long lost;    // blocks that glibc lost itself, and that are not in the balance
 };
 __attribute__((weak)) FaultCount faultDisarm();
 __attribute__((weak)) long faultBalance();

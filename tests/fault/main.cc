@@ -28,7 +28,6 @@ const char* const kFamilyNames[kFamilies] = {"memory", "open",   "fork", "popen"
 struct Tally {
   long failed;
   long spared;
-  long lost;
   long died;
   long results[kHighestResult - kNeverRight + 1];
 };
@@ -149,7 +148,6 @@ class Run {
     Tally& tally = at_.tally;
     tally.failed += count.failed != 0 ? 1 : 0;
     tally.spared += count.spared != 0 && count.failed == 0 ? 1 : 0;
-    tally.lost += count.lost;
     ++tally.results[result - kNeverRight];
     return true;
   }
@@ -166,8 +164,8 @@ class Run {
       outcomes << (times != 0 ? ' ' + textOf(result) + ':' + std::to_string(times) : "");
     }
     outcomes << (tally.died != 0 ? " died:" + std::to_string(tally.died) : "");
-    dprintf(report_, "%-28s %-9s %-8s %6ld %6ld %5ld  %s\n", case_.functions.c_str(), route_,
-            kindOf(at_).c_str(), tally.failed, tally.spared, tally.lost, outcomes.str().c_str());
+    dprintf(report_, "%-28s %-9s %-8s %6ld %6ld   %s\n", case_.functions.c_str(), route_,
+            kindOf(at_).c_str(), tally.failed, tally.spared, outcomes.str().c_str());
   }
 
   void find(const std::string& what) {
@@ -239,8 +237,8 @@ int main(int argc, char** argv) {
   warmThreads();
   auto& progress = *static_cast<Progress*>(
       mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
-  std::printf("%-28s %-9s %-8s %6s %6s %5s   results\n", "function", "route", "family", "failed",
-              "spared", "lost");
+  std::printf("%-28s %-9s %-8s %6s %6s   results\n", "function", "route", "family", "failed",
+              "spared");
   for (const FaultCase& each : cases) {
     for (const char* route : {"add-on", "built-in"}) {
       if ((each.type.empty() && std::string(route) == "add-on") ||
