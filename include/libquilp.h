@@ -41,6 +41,8 @@
  *   returns, and so do a music service's document and its headers. Pages go to files of fixed names
  *   under /var/tmp that are left behind: within a process requests of one kind wait for each other;
  *   two processes must not make requests of one kind at the same time.
+ * - A document or a page that is no regular file, or larger than 64 MiB, counts as one that cannot
+ *   be read.
  * - Messages go to standard error.
  * - It relies on collecting its own children: do not ignore SIGCHLD, and do not wait for just any
  *   child (waitpid with -1) while a call runs. A child that you fork meanwhile without executing

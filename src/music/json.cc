@@ -4,7 +4,8 @@
 
 #include <cstdio>
 #include <exception>
-#include <fstream>
+
+#include "plugin/files.h"
 
 namespace libquilp {
 namespace {
@@ -13,10 +14,10 @@ namespace {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 /// Returns what the reader has to say; none when all is well.
-std::optional<std::string> parse(std::istream& document, Json::Value& root) {
+std::optional<std::string> parse(const char* path, Json::Value& root) {
   Json::Reader reader;
   try {
-    if (reader.parse(document, root, false)) {
+    if (reader.parse(readFile(path).value_or(""), root, false)) {
       return {};
     }
     return reader.getFormattedErrorMessages();
@@ -29,9 +30,8 @@ std::optional<std::string> parse(std::istream& document, Json::Value& root) {
 }  // namespace
 
 std::optional<Json::Value> readJson(const char* path) {
-  std::ifstream document(path);
   Json::Value root;
-  if (const auto messages = parse(document, root)) {
+  if (const auto messages = parse(path, root)) {
     std::fprintf(stderr, "Failed to parse configuration\n%s", messages->c_str());
     return {};
   }

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "platform.h"
+#include "readable.h"
 
 namespace libquilp {
 namespace {
@@ -32,7 +33,7 @@ void CTmpFile::choose() {
 }
 
 int PrintFile(const char* path) {
-  std::FILE* file = std::fopen(path, "r");
+  std::FILE* file = isReadable(path) ? std::fopen(path, "r") : nullptr;
   if (file == nullptr) {
     return 1;
   }
@@ -45,6 +46,9 @@ int PrintFile(const char* path) {
 }
 
 std::optional<std::string> readFile(const char* path) {
+  if (!isReadable(path)) {
+    return {};
+  }
   const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
   if (!file) {
     return {};
@@ -60,15 +64,16 @@ std::optional<std::string> readFile(const char* path) {
 std::string readLines(std::FILE* stream) {
   std::string text;
   char piece[2048];
-  for (;;) {
+  while (text.size() <= kReadLimit) {
     if (std::fgets(piece, sizeof piece, stream) != nullptr) {
       text += piece;
     } else if (std::ferror(stream) != 0 && errno == EINTR) {
       std::clearerr(stream);  // a signal of the host's is not the end of the page
     } else {
-      return text;
+      break;
     }
   }
+  return text;
 }
 
 char* SafeStrdup(const char* text) { return text != nullptr ? strdup(text) : nullptr; }

@@ -24,14 +24,14 @@ class CTmpFile {
 };
 
 /// Copies a text file to standard output; what follows a zero byte in a line is lost. 0, or 1 when
-/// it cannot be opened.
+/// it cannot be read.
 int PrintFile(const char* path);
 
-/// The whole file; none when it cannot be opened or read.
+/// The whole file; none when it cannot be read.
 std::optional<std::string> readFile(const char* path);
 
 /// All that is left in a stream, read line by line in pieces: what follows a zero byte in a piece
-/// is not kept.
+/// is not kept. Ends early beyond kReadLimit.
 std::string readLines(std::FILE* stream);
 
 /// strdup, but null for null.

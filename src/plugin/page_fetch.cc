@@ -1,5 +1,6 @@
 #include "plugin/page_fetch.h"
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <utility>
 
 #include "plugin/files.h"
+#include "readable.h"
 #include "text/cutter.h"
 #include "text/removal.h"
 
@@ -19,6 +21,8 @@ namespace {
 constexpr char kLimits[] = " -A Mozilla/5.0 --connect-timeout 15 --max-time 25";
 // What a shell answers to a command that it cannot read.
 constexpr int kUnreadableCommand = 2;
+// What the client answers when it cannot write a page.
+constexpr int kUnwritablePage = 23;
 
 struct ClosePipe {
   void operator()(std::FILE* pipe) const { pclose(pipe); }
@@ -43,6 +47,13 @@ std::string clientCommand(const std::string& address) {
 /// One word of a command.
 std::string quoted(const std::string& text) { return '\'' + replaced(text, '\'', "'\\''") + '\''; }
 
+/// Whether the client would write through what stands in the page's place: a link or a FIFO of a
+/// stranger, which the host may not remove.
+bool isBlocked(const char* path) {
+  struct stat status = {};
+  return lstat(path, &status) == 0 && !S_ISREG(status.st_mode) && std::remove(path) != 0;
+}
+
 int exitStatus(int status) {
   if (status == -1) {
     return status;
@@ -62,7 +73,11 @@ std::optional<std::string> readPipe(std::FILE* pipe) {
   if (pipe == nullptr) {
     return {};
   }
-  return readLines(pipe);
+  std::string page = readLines(pipe);
+  if (page.size() > kReadLimit) {
+    return {};
+  }
+  return page;
 }
 
 }  // namespace
@@ -75,6 +90,9 @@ FilePage fetchToFile(const std::string& address, PageFile& file) {
   const std::string command =
       "rm -f " + path + ";" + clientCommand(address) + " -o " + path + kLimits;
   const std::lock_guard<std::mutex> lock(file.inUse);
+  if (isBlocked(file.path)) {
+    return {kUnwritablePage, {}};
+  }
   const int status = exitStatus(std::system(command.c_str()));
   if (status != 0) {
     return {status, {}};
@@ -134,7 +152,8 @@ void ServiceDocument::fetchOnce(const std::string& address) {
 }
 
 std::optional<std::string> ServiceDocument::statusLine() const {
-  std::FILE* const headers = std::fopen(headers_.name(), "r");
+  std::FILE* const headers =
+      isReadable(headers_.name()) ? std::fopen(headers_.name(), "r") : nullptr;
   if (headers == nullptr) {
     return {};
   }

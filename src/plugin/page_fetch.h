@@ -27,14 +27,15 @@ inline PageFile tvShowInfoPage = {kTVShowInfoPage, {}};
 
 struct FilePage {
   int status;                       // the client's exit status; nothing else is set when not 0
-  std::optional<std::string> text;  // none when the file cannot be opened
+  std::optional<std::string> text;  // none when the file cannot be read
 };
 
 /// Whether a page's own text leads to a page of the same site: behind the host's name anything else
 /// could name another host.
 inline bool isSitePath(std::string_view path) { return path.substr(0, 1) == "/"; }
 
-/// Fetches a page into its file, which is removed before and left behind afterwards.
+/// Fetches a page into its file, which is removed before and left behind afterwards. Nothing is
+/// fetched where another thing than a file stands in its place and cannot be removed.
 FilePage fetchToFile(const std::string& address, PageFile& file);
 
 /// Fetches a page through a pipe; none when no client could be started. Safe in many threads.

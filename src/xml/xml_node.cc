@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ascii.h"
+#include "readable.h"
 
 namespace libquilp {
 namespace {
@@ -166,8 +167,11 @@ class Writer {
 XMLNode XMLNode::openFileHelper(const char* path, int* error, const char* tag) {
   auto document = std::make_shared<pugi::xml_document>();
   // The bytes are taken as they are, whatever encoding the document claims.
-  const pugi::xml_parse_result result =
-      document->load_file(path, kParseOptions, pugi::encoding_utf8);
+  pugi::xml_parse_result result;
+  result.status = pugi::status_file_not_found;
+  if (isReadable(path)) {
+    result = document->load_file(path, kParseOptions, pugi::encoding_utf8);
+  }
   *error = static_cast<int>(result.status);
   if (!result) {
     return {};
