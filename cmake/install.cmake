@@ -1,20 +1,43 @@
-# What is installed, and where its users find it.
+# What is installed, and where its users find it. The components are what a distribution has packages
+# for: library, development, program.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS quilp EXPORT quilp-targets)
-install(FILES include/libquilp.h TYPE INCLUDE)
-install(EXPORT quilp-targets NAMESPACE quilp:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/quilp
-        FILE quilp-config.cmake)
+install(TARGETS quilp EXPORT quilp-targets
+        LIBRARY COMPONENT library NAMELINK_COMPONENT development)
+install(FILES include/libquilp.h TYPE INCLUDE COMPONENT development)
+install(EXPORT quilp-targets NAMESPACE quilp:: FILE quilp-config.cmake
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/quilp COMPONENT development)
 write_basic_package_version_file(quilp-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quilp-config-version.cmake
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/quilp)
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/quilp COMPONENT development)
 
+# Relative to the prefix, so that a moved tree needs one definition.
+set(pc_libdir "\${prefix}")
+cmake_path(APPEND pc_libdir "${CMAKE_INSTALL_LIBDIR}")
+set(pc_includedir "\${prefix}")
+cmake_path(APPEND pc_includedir "${CMAKE_INSTALL_INCLUDEDIR}")
 configure_file(cmake/libquilp.pc.in libquilp.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/libquilp.pc
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
+function(quilp_install_manual section component)
+  file(GLOB pages CONFIGURE_DEPENDS docs/man/*.${section})
+  install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section}
+          COMPONENT ${component})
+endfunction()
 if(QUILP_BUILD_TOOLS)
-  install(TARGETS quilp_cli)
-  install(FILES docs/man/quilp.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-  install(FILES docs/man/quilp-addon.7 DESTINATION ${CMAKE_INSTALL_MANDIR}/man7)
+  quilp_install_manual(1 program)
+endif()
+quilp_install_manual(3 development)
+quilp_install_manual(5 program)
+quilp_install_manual(7 program)
+
+install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quilp/examples
+        COMPONENT program
+        PATTERN "addon-*" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
+                                      GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+if(QUILP_BUILD_TOOLS)
+  install(TARGETS quilp_cli COMPONENT program)
+  install(FILES completions/quilp DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+          COMPONENT program)
 endif()

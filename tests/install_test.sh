@@ -1,31 +1,85 @@
-#!/bin/sh
-# What is installed serves a program that finds it by pkg-config, and one that finds it by CMake.
+#!/bin/bash
+# What is installed can be used: install_test.sh FOLDER, a build tree, which is installed first, or
+# a root that has the installed files under usr.
 set -eu
-build=$1
 top=$(cd "$(dirname "$0")/.." && pwd)
-prefix=$(mktemp -d)
-trap 'rm -rf "$prefix"' EXIT
-cmake --install "$build" --prefix "$prefix/usr" >/dev/null
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+root=${1%/}
+if [ -e "$root/CMakeCache.txt" ]; then
+  cmake --install "$root" --prefix "$work/usr" >/dev/null
+  root=$work
+fi
+usr=$root/usr
+libdir=$(dirname "$(find "$usr/lib" -name libquilp.so)")
+export LD_LIBRARY_PATH=$libdir PKG_CONFIG_PATH=$libdir/pkgconfig
 
-pc=$(find "$prefix" -name libquilp.pc)
-libdir=$(dirname "$(dirname "$pc")")
-export PKG_CONFIG_PATH="${pc%/*}"
-flags=$(pkg-config --define-variable=libdir="$libdir" \
-  --define-variable=includedir="$prefix/usr/include" --cflags --libs libquilp)
+fail() {
+  echo "install_test: $*" >&2
+  exit 1
+}
+
+# A program of its own, found by pkg-config and by CMake, runs with this library and no other.
+cat >"$work/consumer.cc" <<'END'
+#include <libquilp.h>
+
+#include <cstdio>
+
+int main() { std::puts(ProcessKeyword("a_b.2010", 1).c_str()); }
+END
+flags=$(pkg-config --define-variable=prefix="$usr" --cflags --libs libquilp)
 # shellcheck disable=SC2086  # the flags are words
-${CXX:-c++} -std=c++17 "$top/examples/search.cc" -o "$prefix/by-pkg-config" $flags
-
-mkdir "$prefix/consumer"
-cat >"$prefix/consumer/CMakeLists.txt" <<END
+${CXX:-c++} -std=c++17 "$work/consumer.cc" -o "$work/by-pkg-config" $flags
+cat >"$work/CMakeLists.txt" <<'END'
 cmake_minimum_required(VERSION 3.25)
 project(consumer LANGUAGES CXX)
 find_package(quilp 1.0 REQUIRED)
-add_executable(consumer $top/examples/search.cc)
-target_link_libraries(consumer PRIVATE quilp::quilp)
+add_executable(by-cmake consumer.cc)
+target_link_libraries(by-cmake PRIVATE quilp::quilp)
 END
-cmake -S "$prefix/consumer" -B "$prefix/consumer/build" -DCMAKE_PREFIX_PATH="$prefix/usr" >/dev/null
-cmake --build "$prefix/consumer/build" >/dev/null
-
-for program in "$prefix/by-pkg-config" "$prefix/consumer/build/consumer"; do
-  LD_LIBRARY_PATH=$libdir ldd "$program" | grep -q "libquilp.so.1 => $prefix"
+cmake -S "$work" -B "$work" -DCMAKE_PREFIX_PATH="$usr" >/dev/null
+cmake --build "$work" >/dev/null
+for program in by-pkg-config by-cmake; do
+  [ "$("$work/$program")" = a%20b ] || fail "$program prints something else"
+  ldd "$work/$program" | grep -q "libquilp.so.1 => $libdir/" || fail "$program has another library"
 done
+
+# The library does nothing when it is loaded, and neither file wants more than it uses.
+library=$libdir/libquilp.so.1 quilp=$usr/bin/quilp
+! nm -C "$library" 2>/dev/null | grep _GLOBAL__sub_I || fail "the library has static constructors"
+for file in "$library" "$quilp"; do
+  unused=$(ldd -u "$file" || true)
+  [ -z "$unused" ] || fail "$unused"
+  ! readelf -dW "$file" | grep -E 'R(UN)?PATH|TEXTREL' || fail "$file: see above"
+done
+[ "$("$quilp" --version)" = "quilp $(pkg-config --modversion libquilp)" ] ||
+  fail "the program is of another version"
+
+for page in "$top"/docs/man/*.[1-9]; do
+  installed=$usr/share/man/man${page##*.}/${page##*/}
+  [ -e "$installed" ] || [ -e "$installed.gz" ] || fail "no $installed"
+done
+[ -x "$usr/share/doc/quilp/examples/addon-movie.sh" ] || fail "no example of an add-on"
+
+# completes EXPECTED WORD...: the words that may stand for the last one, or what readline is told.
+# shellcheck source=completions/quilp
+. "$usr/share/bash-completion/completions/quilp"
+compopt() { COMPREPLY+=("$*"); }
+completes() {
+  local expected=$1
+  shift
+  COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+  _quilp "$1"
+  [ "${COMPREPLY[*]}" = "$expected" ] || fail "completion of $*: ${COMPREPLY[*]}"
+}
+completes 'movie music' "$quilp" m
+completes 'search albums art' "$quilp" music ''
+completes --artist "$quilp" music search -n 5 Fog --a
+completes '' "$quilp" music search --artist ''
+completes '' "$quilp" music search Fog ''
+completes json "$quilp" music search Fog --format = j
+completes '-o default' "$quilp" karaoke a ''
+completes '-o dirnames' "$quilp" scan ''
+completes '' "$quilp" scan --format json . ''
+completes 'Movie Music' "$quilp" addon check --type = M
+completes '-o default' "$quilp" addon check --type Movie ''
