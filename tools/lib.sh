@@ -13,6 +13,7 @@ document_packages=(doxygen mandoc)
 arm_packages=(g++-arm-linux-gnueabihf qemu-user)
 coverage_packages=(gcovr)
 clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
+debian_packages=(build-essential debhelper git lintian xz-utils)
 
 say() {
   echo "$(basename "$0"): $*"
@@ -47,4 +48,15 @@ install_packages() {
 build_preset() {
   say "building preset $1 in build/$1"
   cmake --preset "$1" >/dev/null && cmake --build --preset "$1"
+}
+
+# Puts the files of the last commit into a new folder.
+export_commit() {
+  mkdir -p "$1"
+  git archive HEAD | tar -x --no-same-permissions -C "$1"
+}
+
+# Exports the last commit into a new folder and builds its Debian packages beside that.
+build_debs() {
+  export_commit "$1" && (cd "$1" && dpkg-buildpackage -us -uc -b)
 }
