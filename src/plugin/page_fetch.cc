@@ -51,7 +51,7 @@ std::string quoted(const std::string& text) { return '\'' + replaced(text, '\'',
 /// stranger, which the host may not remove.
 bool isBlocked(const char* path) {
   struct stat status = {};
-  return lstat(path, &status) == 0 && !S_ISREG(status.st_mode) && std::remove(path) != 0;
+  return lstat(path, &status) == 0 && !S_ISREG(status.st_mode) && unlink(path) != 0;
 }
 
 int exitStatus(int status) {
@@ -148,7 +148,7 @@ void ServiceDocument::fetchOnce(const std::string& address) {
   const std::string command = std::string(kHttpClient) + globOption(address) + " -D '" + headers +
                               "' --connect-timeout 15 -o " + body + ' ' + quoted(address) +
                               " >/dev/null 2>&1";
-  static_cast<void>(std::system(command.c_str()));
+  [[maybe_unused]] const int status = std::system(command.c_str());  // the headers tell
 }
 
 std::optional<std::string> ServiceDocument::statusLine() const {
@@ -157,10 +157,10 @@ std::optional<std::string> ServiceDocument::statusLine() const {
   if (headers == nullptr) {
     return {};
   }
-  char line[1024] = {};
-  static_cast<void>(std::fgets(line, sizeof line, headers));
+  char line[1024];
+  const bool read = std::fgets(line, sizeof line, headers) != nullptr;
   std::fclose(headers);
-  return line;
+  return read ? line : "";
 }
 
 }  // namespace libquilp

@@ -171,8 +171,10 @@ void addScanCommand(CLI::App& app, int& status) {
             "How many add-ons may run at a time; pages are never fetched at the same time")
       ->capture_default_str()
       ->check(CLI::Range(1, kMostJobs));
-  command->add_option("--resume", request.journal,
-                      "Keep what was found in this file, and leave out what it already has");
+  command
+      ->add_option("--resume", request.journal,
+                   "Keep what was found in this file, and leave out what it already has")
+      ->type_name("FILE");
   command->callback([&status] { status = scan(request); });
 }
 
