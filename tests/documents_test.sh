@@ -38,6 +38,12 @@ for program in $(grep -oE '^    (\./)?(tools|\.ci)/[a-z]+' "$top/README.md" "$to
   [ -x "$top/$program" ] || fail "no program $program"
 done
 
+# Its examples of commands, as they stand.
+cd "$top" || exit
+while read -r example; do
+  eval "$example" >/tmp/output || fail "README.md: $example: $(cat /tmp/output)"
+done < <(sed -n 's/^    \(quilp .*\)/\1/p' README.md)
+
 # The examples of the program's manual page, as they stand.
 mkdir -p /tmp/examples/films && cd /tmp/examples || exit
 touch films/Night.Bus.to.Marrow.2013.mkv
