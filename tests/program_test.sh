@@ -75,12 +75,22 @@ sed -i s/Movie/KTV/ /etc/config/zorp.conf
 expect 1 'x y' karaoke x y
 expect 1 '.*{ *"file" : "x" *}.*' karaoke --format json x
 
+# Nothing that others wrote reaches a terminal as it is.
+printf '[s\033[2J]\nType=TV\n' >/etc/config/zorp.conf
+evil=$(printf '\033[2J')
+for command in 'addon list' "movie search a -n $evil" "scan /tmp --resume /none/$evil"; do
+  # shellcheck disable=SC2086  # the command is words
+  "$QUILP_PROGRAM" $command 2>&1 | grep -q "$(printf '\033')" || continue
+  echo "an escape sequence of: $command" >&2
+  failures=$((failures + 1))
+done
+
 # A full disk and a closed output are no success.
 rm /etc/config/zorp.conf
 for tt in tt9000001 faultempty-tt9000001; do
   actual=0
   "$QUILP_PROGRAM" movie show $tt >&- 2>/tmp/errors || actual=$?
-  [ "$actual" = 1 ] && grep -q '^quilp: cannot take over' /tmp/errors || failures=$((failures + 1))
+  [ "$actual" = 1 ] && grep -q '^quilp: cannot write' /tmp/errors || failures=$((failures + 1))
 done
 actual=0
 "$QUILP_PROGRAM" movie show tt9000001 >/dev/full 2>/tmp/errors || actual=$?

@@ -9,7 +9,6 @@
 
 namespace quilp {
 
-// The output is looked at first: where it is closed, the file would take its place.
 CapturedOutput::CapturedOutput()
     : output_(dup(STDOUT_FILENO)), file_(memfd_create("document", MFD_CLOEXEC)) {
   if (output_ < 0 || file_ < 0 || dup2(file_, STDOUT_FILENO) < 0) {

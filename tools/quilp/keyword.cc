@@ -1,9 +1,12 @@
+#include <unistd.h>
+
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "commands.h"
 #include "libquilp.h"
+#include "utf8.h"
 
 namespace quilp {
 
@@ -13,8 +16,10 @@ void addKeywordCommand(CLI::App& app, int& status) {
       "keyword", "Clean names: for each a line of its words, a tab, and the words encoded");
   keyword->add_option("NAME", names, "Names of video releases, without file extension")->required();
   keyword->callback([&status] {
+    const bool isTerminal = isatty(STDOUT_FILENO) == 1;
     for (const std::string& name : names) {
-      std::cout << ProcessKeyword(name.c_str(), 0) << '\t' << ProcessKeyword(name.c_str(), 1)
+      const std::string words = ProcessKeyword(name.c_str(), 0);
+      std::cout << (isTerminal ? lineText(words) : words) << '\t' << ProcessKeyword(name.c_str(), 1)
                 << '\n';
     }
     status = std::cout.flush() ? 0 : kNothingFound;

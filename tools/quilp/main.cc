@@ -1,10 +1,16 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <exception>
+#include <iostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "commands.h"
 #include "platform_check.h"
+#include "utf8.h"
 
 namespace {
 
@@ -22,6 +28,28 @@ std::vector<std::string> argumentsOf(int argc, char** argv) {
     arguments.push_back(argument);
   }
   return arguments;
+}
+
+/// In place of a closed standard descriptor, the next file that is opened would get what is meant for
+/// a person. To this one, writing fails as it should.
+void fillStandardDescriptors() {
+  int file = 0;
+  while ((file = open("/dev/null", O_RDONLY)) >= 0 && file <= STDERR_FILENO) {
+  }
+  close(file);
+}
+
+/// The parser repeats arguments as they are, and they may be names of foreign files.
+int tell(const CLI::App& app, const CLI::ParseError& error) {
+  std::stringstream messages;
+  const bool helped = app.exit(error, std::cout, messages) == 0;
+  for (std::string line; std::getline(messages, line);) {
+    std::cerr << quilp::lineText(line) << '\n';
+  }
+  if (!helped) {
+    return quilp::kWrongUsage;
+  }
+  return std::cout.flush() ? 0 : quilp::kNothingFound;
 }
 
 /// What was looked up: the command, what an explanation is of, or what a scan looks for.
@@ -55,7 +83,7 @@ int run(int argc, char** argv) {
   try {
     app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : quilp::kWrongUsage;
+    return tell(app, error);
   }
   if (status != 0) {
     quilp::reportPlatform(lookupOf(app));
@@ -66,10 +94,11 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  fillStandardDescriptors();
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "quilp: %s\n", error.what());
+    std::fprintf(stderr, "quilp: %s\n", quilp::lineText(error.what()).c_str());
     return quilp::kNothingFound;
   }
 }

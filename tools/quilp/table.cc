@@ -51,7 +51,8 @@ bool Table::print() const {
 
 void printLine(const std::string& label, const std::string& value) {
   if (!value.empty()) {
-    std::cout << label << padding(label, kLabelColumns) << ' ' << lineText(value) << '\n';
+    const std::string shown = lineText(label);
+    std::cout << shown << padding(shown, kLabelColumns) << ' ' << lineText(value) << '\n';
   }
 }
 
