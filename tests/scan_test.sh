@@ -53,6 +53,18 @@ $known"
 [ $(($(asked) - before)) = 1 ] || fail "resumed: asked again"
 scan /tmp/m --format csv --resume /tmp/journal --type tv
 expect "another journal" 1 ""
+printf 'quilp sc' >/tmp/cut
+scan /tmp/m/b --resume /tmp/cut --format csv
+expect "a cut heading" 101 "$(printf 'file,keyword,match,year,id\n'; grep /b/ <<<"$known")"
+"$QUILP_PROGRAM" scan /tmp/m/b --resume /tmp/closed >&- 2>&-
+[ "$(cut -d / -f 1-4 /tmp/closed)" = "$(cut -d / -f 1-4 /tmp/cut)" ] ||
+  fail "closed outputs: $(cat /tmp/closed)"
+before=$(asked)
+for format in csv json; do
+  "$QUILP_PROGRAM" scan /tmp/m --format $format >/dev/full 2>/tmp/errors && fail "a full disk"
+  grep -qx 'quilp: cannot write' /tmp/errors || fail "a full disk: $(cat /tmp/errors)"
+done
+[ $(($(asked) - before)) -le 2 ] || fail "goes on without an output"
 scan /tmp/m/The.Paper.Lighthouse.2011.mkv
 expect "no folder" 1 ""
 scan /tmp/m --format xml
@@ -89,5 +101,19 @@ status=$? output=$(cat /tmp/rows)
 [ "$(grep -c start /tmp/runs)" = "$(grep -c end /tmp/runs)" ] || fail "Ctrl-C: an add-on was cut off"
 [ "$(grep -c ',9$' <<<"$output")" = "$(grep -c end /tmp/runs)" ] || fail "Ctrl-C: rows are missing"
 [ "$(grep -c ',9$' <<<"$output")" -lt 9 ] || fail "Ctrl-C: nothing was left out"
+
+# The second Ctrl-C ends what never would, and all that it started.
+printf '#!/bin/sh\ntrap "" TERM\nsetsid sleep 61 &\n: >/tmp/hangs\nsleep 61\n' >/etc/config/shell
+"$QUILP_PROGRAM" scan /tmp/many -j 2 >/tmp/rows 2>/tmp/errors &
+scanner=$!
+while ! [ -e /tmp/hangs ]; do sleep 0.05; done
+kill -INT $scanner
+while ! grep -q 'once more' /tmp/errors; do sleep 0.05; done
+kill -INT $scanner
+wait $scanner
+status=$?
+[ "$status" = 130 ] && grep -q '/1.mkv' /tmp/rows || fail "Ctrl-C twice: status $status"
+! grep -sqx sleep /proc/[0-9]*/comm || fail "Ctrl-C twice: an add-on runs on"
+! ls /tmp/libquilp.* 2>/dev/null || fail "Ctrl-C twice: a document is left behind"
 
 exit "$failures"

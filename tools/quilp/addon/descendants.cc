@@ -72,12 +72,16 @@ std::vector<std::string> lingeringDescendants() {
   return {};
 }
 
+void killChildren() {
+  for (const Process& child : children()) {
+    kill(child.id, SIGKILL);
+  }
+}
+
 // Whoever loses its parent comes here in turn, so that every round reaches one generation more.
 void endDescendants() {
   for (int i = 0; i < 10 * kSteps && collectEnded(); ++i) {
-    for (const Process& child : children()) {
-      kill(child.id, SIGKILL);
-    }
+    killChildren();
     usleep(i > 0 ? kStep : kStep / 10);
   }
 }

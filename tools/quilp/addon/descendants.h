@@ -11,6 +11,9 @@ void adoptDescendants();
 /// Waits a moment for all children to end by themselves; the names of those that do not.
 std::vector<std::string> lingeringDescendants();
 
+/// Sends SIGKILL to all children, and collects none of them.
+void killChildren();
+
 /// Ends all children, and theirs.
 void endDescendants();
 

@@ -2,11 +2,13 @@
 
 #include <unistd.h>
 
-#include <cstdio>
+#include <ctime>
+
+#include "addon/descendants.h"
 
 namespace quilp {
 
-Interruption::Interruption() {
+Interruption::Interruption(const Messages& messages) : messages_(messages) {
   sigemptyset(&signals_);
   sigaddset(&signals_, SIGINT);
   pthread_sigmask(SIG_BLOCK, &signals_, &before_);
@@ -21,13 +23,29 @@ Interruption::~Interruption() {
 }
 
 void Interruption::watch() {
-  int signal = 0;
-  while (sigwait(&signals_, &signal) == 0 && !over_) {
-    if (wanted_.exchange(true)) {
-      _exit(128 + signal);
-    }
-    std::fputs("\nquilp: ending after the lookups under way; once more to end at once\n", stderr);
+  if (!wasSent()) {
+    return;
   }
+  wanted_ = true;
+  messages_.say("ending after the lookups under way; once more to end those, too");
+  if (!wasSent()) {
+    return;
+  }
+  // An add-on may never end, and what it left running must not outlive the scan.
+  adoptDescendants();
+  constexpr timespec kStep = {0, 20000000};
+  do {
+    killChildren();
+  } while (sigtimedwait(&signals_, nullptr, &kStep) < 0);
+  if (!over_) {
+    _exit(128 + SIGINT);
+  }
+  endDescendants();
+}
+
+bool Interruption::wasSent() {
+  int signal = 0;
+  return sigwait(&signals_, &signal) == 0 && !over_;
 }
 
 }  // namespace quilp

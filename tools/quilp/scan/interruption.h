@@ -6,14 +6,16 @@
 #include <csignal>
 #include <thread>
 
+#include "scan/messages.h"
+
 namespace quilp {
 
-/// Watches for Ctrl-C: the first asks for an end after the lookups under way, the second ends the
-/// program. Made before other threads are started, so that none of them gets the signal: while the
+/// Watches for Ctrl-C: the first asks for an end after the lookups under way, the second ends what
+/// these wait for, the third ends the program. Made before other threads are started, so that none of them gets the signal: while the
 /// library fetches a page, it would be lost.
 class Interruption {
  public:
-  Interruption();
+  explicit Interruption(const Messages& messages);
   ~Interruption();
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
@@ -22,7 +24,9 @@ class Interruption {
 
  private:
   void watch();
+  bool wasSent();
 
+  const Messages& messages_;
   sigset_t signals_;
   sigset_t before_;
   std::atomic<bool> wanted_{false};

@@ -69,8 +69,12 @@ Journal::Journal(const std::string& path, const std::string& request) {
 void Journal::read(const std::string& path, const std::string& firstLine) {
   std::ifstream lines(path);
   std::string line;
-  if (!std::getline(lines, line)) {
-    std::fprintf(file_.get(), "%s\n", firstLine.c_str());
+  if (!lines) {
+    fail("cannot read " + path);
+  }
+  std::getline(lines, line);
+  if (lines.eof() && firstLine.compare(0, line.size(), line) == 0) {  // empty, or cut off here
+    std::fprintf(file_.get(), "%s\n", firstLine.c_str() + line.size());
     return;
   }
   if (line != firstLine) {

@@ -16,8 +16,9 @@ namespace {
 
 class TableWriter : public RowWriter {
  public:
-  void add(const ScanRow& row) override {
+  bool add(const ScanRow& row) override {
     table_.addRow({row.file, row.keyword, row.match, row.year, row.id});
+    return true;
   }
   bool end() override { return table_.print(); }
 
@@ -29,8 +30,9 @@ class TableWriter : public RowWriter {
 class CsvWriter : public RowWriter {
  public:
   CsvWriter() { line({"file", "keyword", "match", "year", "id"}); }
-  void add(const ScanRow& row) override {
+  bool add(const ScanRow& row) override {
     line({row.file, row.keyword, row.match, row.year, row.id});
+    return std::cout.good();
   }
   bool end() override { return static_cast<bool>(std::cout.flush()); }
 
@@ -58,7 +60,7 @@ class JsonWriter : public RowWriter {
     settings_["emitUTF8"] = true;
     settings_["indentation"] = "";
   }
-  void add(const ScanRow& row) override {
+  bool add(const ScanRow& row) override {
     Json::Value object;
     object["file"] = validUtf8(row.file);
     object["keyword"] = jsonText(row.keyword);
@@ -68,6 +70,7 @@ class JsonWriter : public RowWriter {
     object["failure"] = jsonText(row.failure);
     std::cout << separator_ << Json::writeString(settings_, object) << std::flush;
     separator_ = ",\n";
+    return std::cout.good();
   }
   bool end() override {
     std::cout << (*separator_ == '[' ? "[]" : "\n]") << std::endl;

@@ -12,8 +12,8 @@ namespace quilp {
 class RowWriter {
  public:
   virtual ~RowWriter() = default;
-  virtual void add(const ScanRow& row) = 0;
-  /// False when something could not be written.
+  /// False, as the end is, when something could not be written.
+  virtual bool add(const ScanRow& row) = 0;
   virtual bool end() = 0;
 };
 

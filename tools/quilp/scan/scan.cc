@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
@@ -18,6 +16,7 @@
 #include "scan/journal.h"
 #include "scan/lookup.h"
 #include "scan/media_files.h"
+#include "scan/messages.h"
 #include "scan/row_writer.h"
 #include "utf8.h"
 
@@ -59,7 +58,7 @@ class Scan {
     for (std::thread& thread : threads) {
       thread.join();
     }
-    showProgress("");
+    messages_.showProgress("");
   }
 
   bool end() { return writer_->end(); }
@@ -88,23 +87,16 @@ class Scan {
     }
     if (!row.failure.empty()) {
       ++failures_;
-      showProgress("");
-      std::fprintf(stderr, "quilp: %s: %s\n", lineText(row.file).c_str(), row.failure.c_str());
+      messages_.say(row.file + ": " + row.failure);
     }
     ++done_;
-    showProgress(std::to_string(done_) + '/' + std::to_string(files_.size()) + ' ' +
-                 fitted(lineText(row.file), kProgressColumns));
+    messages_.showProgress(std::to_string(done_) + '/' + std::to_string(files_.size()) + ' ' +
+                           fitted(lineText(row.file), kProgressColumns));
     rows_[i] = std::move(row);
     for (; written_ < rows_.size() && rows_[written_]; ++written_) {
-      writer_->add(*rows_[written_]);
-    }
-  }
-
-  static void showProgress(const std::string& text) {
-    constexpr char kToLineStart[] = "\r\x1B[K";
-    static const bool isTerminal = isatty(STDERR_FILENO) == 1;
-    if (isTerminal) {
-      std::fprintf(stderr, "%s%s", kToLineStart, text.c_str());
+      if (!writer_->add(*rows_[written_])) {
+        throw std::runtime_error("cannot write");  // nobody would see what else is found
+      }
     }
   }
 
@@ -112,7 +104,8 @@ class Scan {
 
   const Lookup lookUp_;
   const int jobs_;
-  Interruption interruption_;
+  const Messages messages_;  // after the look at the registry, which may complain once
+  Interruption interruption_{messages_};
   const std::vector<std::string> files_;
   std::vector<std::optional<ScanRow>> rows_;  // of the files that were looked up
   Journal journal_;
@@ -139,9 +132,7 @@ int scan(const ScanRequest& request) {
   Scan scan(request, std::move(files.paths));
   scan.run();
   if (!scan.end() || !scan.error().empty()) {
-    std::fprintf(stderr, "quilp: %s\n",
-                 scan.error().empty() ? "cannot write" : scan.error().c_str());
-    return kNothingFound;
+    throw std::runtime_error(scan.error().empty() ? "cannot write" : scan.error());
   }
   if (scan.interrupted()) {
     return kInterrupted;
