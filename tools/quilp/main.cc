@@ -30,8 +30,8 @@ std::vector<std::string> argumentsOf(int argc, char** argv) {
   return arguments;
 }
 
-/// In place of a closed standard descriptor, the next file that is opened would get what is meant for
-/// a person. To this one, writing fails as it should.
+/// In place of a closed standard descriptor, the next file that is opened would get what is meant
+/// for a person. To this one, writing fails as it should.
 void fillStandardDescriptors() {
   int file = 0;
   while ((file = open("/dev/null", O_RDONLY)) >= 0 && file <= STDERR_FILENO) {

@@ -11,8 +11,8 @@
 namespace quilp {
 
 /// Watches for Ctrl-C: the first asks for an end after the lookups under way, the second ends what
-/// these wait for, the third ends the program. Made before other threads are started, so that none of them gets the signal: while the
-/// library fetches a page, it would be lost.
+/// these wait for, the third ends the program. Made before other threads are started, so that none
+/// of them gets the signal: while the library fetches a page, it would be lost.
 class Interruption {
  public:
   explicit Interruption(const Messages& messages);
