@@ -124,6 +124,7 @@ shell movie 'echo "<movielist><movie><id>x</id></movie></movielist>" >"$file"'
 reason empty-rows 1 movie x
 chmod -x /etc/config/movie /etc/config/album
 reason shell-not-executable 1 movie x
+errors '^quilp: the add-on of \[[a-z]*\]: .* cannot be executed$'
 reason shell-not-executable 1 music x
 shell album 'echo "<albumlist><album><name>x" >"$file"'
 reason malformed-document 0 music x

@@ -102,6 +102,12 @@ status=$? output=$(cat /tmp/rows)
 [ "$(grep -c ',9$' <<<"$output")" = "$(grep -c end /tmp/runs)" ] || fail "Ctrl-C: rows are missing"
 [ "$(grep -c ',9$' <<<"$output")" -lt 9 ] || fail "Ctrl-C: nothing was left out"
 
+# What finds nothing at all says why.
+chmod -x /etc/config/shell
+scan /tmp/many
+[ "$status" = 0 ] && grep -q 'cannot be executed' /tmp/errors || fail "nothing found: $(cat /tmp/errors)"
+chmod +x /etc/config/shell
+
 # The second Ctrl-C ends what never would, and all that it started.
 printf '#!/bin/sh\ntrap "" TERM\nsetsid sleep 61 &\n: >/tmp/hangs\nsleep 61\n' >/etc/config/shell
 "$QUILP_PROGRAM" scan /tmp/many -j 2 >/tmp/rows 2>/tmp/errors &

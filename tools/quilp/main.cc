@@ -70,7 +70,7 @@ int run(int argc, char** argv) {
   app.footer(
       "Exit status: 0 for a result, 1 for nothing found, the status of the add-on, or of the "
       "client,\n"
-      "that failed (karaoke: 1; scan: 101 and more), 2 for wrong usage. See quilp(1).");
+      "that failed (music, karaoke: 1; scan: 101 and more), 2 for wrong usage. See quilp(1).");
   int status = 0;
   quilp::addMovieCommands(app, status);
   quilp::addTVCommands(app, status);

@@ -11,6 +11,7 @@
 #include "client_config.h"
 #include "platform.h"
 #include "registry_view.h"
+#include "utf8.h"
 
 namespace quilp {
 namespace {
@@ -44,7 +45,7 @@ class Lacks {
 
   void report() const {
     if (!text_.empty()) {
-      std::fprintf(stderr, "quilp: %s\n", text_.c_str());
+      std::fprintf(stderr, "quilp: %s\n", lineText(text_).c_str());
     }
   }
 
@@ -62,7 +63,11 @@ void reportPlatform(const std::string& what) {
   const RegistryView& registry = RegistryView::get();
   Lacks lacks;
   const bool isKaraoke = what == "karaoke";
-  const bool byAddOn = registry.serving(*media, Use::kPrint) != nullptr;
+  const libquilp::RegistrySection* section = registry.serving(*media, Use::kPrint);
+  const bool byAddOn = section != nullptr;
+  if (byAddOn && !RegistryView::defect(*section).empty()) {
+    lacks.add("the add-on of [" + section->name + "]: " + RegistryView::defect(*section));
+  }
   if (!byAddOn && !isKaraoke && !hasClient()) {
     lacks.add(std::string("there is no client at ") + libquilp::kHttpClient);
   }

@@ -116,6 +116,11 @@ std::string absolute(const std::string& program) {
                                                 : std::filesystem::absolute(program).string();
 }
 
+/// "nan" would be within any range.
+std::string isDecimal(const std::string& text) {
+  return text.find_first_not_of("0123456789.") == std::string::npos ? "" : "not a number: " + text;
+}
+
 int check(Wishes wishes) {
   wishes.program = absolute(wishes.program);
   Report report;
@@ -165,6 +170,7 @@ void addAddonCheck(CLI::App* addon, int& status) {
   text("--file", wishes.file, "A song file's path, which need not exist");
   command->add_option("--timeout", wishes.timeout, "Seconds that a request may take")
       ->capture_default_str()
+      ->check(CLI::Validator(isDecimal, ""))
       ->check(CLI::Range(0.01, 3600.0));
   command->add_flag("--json", wishes.json, "Print the findings as JSON");
   command->callback([&status] {

@@ -2,6 +2,7 @@
 
 #include <strings.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <pugixml.hpp>
@@ -74,6 +75,11 @@ Document openDocument(const Layout& layout, const char* path) {
   if (!S_ISREG(status.st_mode) || status.st_size == 0) {
     document.fault = &clause::kDocument;
     document.found = S_ISREG(status.st_mode) ? "an empty file" : "no regular file";
+    return document;
+  }
+  if (access(path, R_OK) != 0) {
+    document.fault = &clause::kDocument;
+    document.found = "a file that cannot be read";
     return document;
   }
   int error = 0;

@@ -7,6 +7,7 @@
 #include "json_output.h"
 #include "platform.h"
 #include "table.h"
+#include "utf8.h"
 
 namespace quilp {
 namespace {
@@ -108,7 +109,7 @@ bool printAsJson(const Explanation& explanation) {
   value["section"] = jsonText(explanation.section.value_or(""));
   if (explanation.section) {
     for (const std::string& word : explanation.command) {
-      value["command"].append(Json::Value(jsonText(word)));
+      value["command"].append(validUtf8(word));
     }
     value["status"] =
         explanation.shellStatus ? Json::Value(*explanation.shellStatus) : Json::Value();

@@ -12,6 +12,7 @@
 
 #include "commands.h"
 #include "options.h"
+#include "platform_check.h"
 #include "scan/interruption.h"
 #include "scan/journal.h"
 #include "scan/lookup.h"
@@ -63,6 +64,7 @@ class Scan {
 
   bool end() { return writer_->end(); }
   bool interrupted() const { return interruption_.wanted(); }
+  bool foundNothing() const { return matches_ == 0 && done_ > 0; }
   std::size_t failures() const { return failures_; }
   const std::string& error() const { return error_; }
 
@@ -90,6 +92,7 @@ class Scan {
       messages_.say(row.file + ": " + row.failure);
     }
     ++done_;
+    matches_ += row.match.empty() ? 0 : 1;
     messages_.showProgress(std::to_string(done_) + '/' + std::to_string(files_.size()) + ' ' +
                            fitted(lineText(row.file), kProgressColumns));
     rows_[i] = std::move(row);
@@ -115,10 +118,20 @@ class Scan {
   std::size_t done_ = 0;
   std::size_t written_ = 0;
   std::size_t failures_ = 0;
+  std::size_t matches_ = 0;
   std::string error_;
 };
 
-int scan(const ScanRequest& request) {
+std::string nameOf(MediaType type) {
+  return type == MediaType::kMovie ? "movie" : type == MediaType::kTV ? "tv" : "karaoke";
+}
+
+struct Outcome {
+  int status;
+  bool foundNothing;
+};
+
+Outcome scan(const ScanRequest& request) {
   MediaFiles files;
   try {
     files = mediaFilesOf(request.folder, request.type);
@@ -135,11 +148,11 @@ int scan(const ScanRequest& request) {
     throw std::runtime_error(scan.error().empty() ? "cannot write" : scan.error());
   }
   if (scan.interrupted()) {
-    return kInterrupted;
+    return {kInterrupted, false};
   }
   const auto failures = static_cast<int>(
       std::min<std::size_t>(scan.failures() + files.failures.size(), kMostFailures));
-  return failures > 0 ? kFailures + failures : 0;
+  return {failures > 0 ? kFailures + failures : 0, scan.foundNothing()};
 }
 
 }  // namespace
@@ -166,7 +179,13 @@ void addScanCommand(CLI::App& app, int& status) {
       ->add_option("--resume", request.journal,
                    "Keep what was found in this file, and leave out what it already has")
       ->type_name("FILE");
-  command->callback([&status] { status = scan(request); });
+  command->callback([&status] {
+    const Outcome outcome = scan(request);
+    status = outcome.status;
+    if (status == 0 && outcome.foundNothing) {  // for another status, it is told anyway
+      reportPlatform(nameOf(request.type));
+    }
+  });
 }
 
 }  // namespace quilp
