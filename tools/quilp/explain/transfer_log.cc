@@ -1,11 +1,15 @@
 #include "explain/transfer_log.h"
 
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "explain/transfer_lines.h"
 
@@ -14,6 +18,43 @@ namespace {
 
 // The first version that can tell its own status in a line.
 constexpr int kWritesStatus = 7075;
+
+/// Clients that fetch at the same time write character by character: their texts are kept apart, by
+/// the socket's word for who wrote. The pipe, whose end a client opens itself, cannot tell.
+std::string hear(int input) {
+  std::vector<std::pair<pid_t, std::string>> texts;  // in the order of their starts
+  for (;;) {
+    char piece[4096];
+    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(ucred))];
+    iovec data = {piece, sizeof piece};
+    msghdr message = {};
+    message.msg_iov = &data;
+    message.msg_iovlen = 1;
+    message.msg_control = control;
+    message.msg_controllen = sizeof control;
+    ssize_t size = recvmsg(input, &message, 0);
+    ucred writer = {};
+    if (size < 0 && errno == ENOTSOCK) {
+      size = read(input, piece, sizeof piece);
+    } else if (const cmsghdr* header = CMSG_FIRSTHDR(&message)) {
+      std::memcpy(&writer, CMSG_DATA(header), sizeof writer);
+    }
+    if (size <= 0) {
+      break;
+    }
+    auto text = std::find_if(texts.begin(), texts.end(),
+                             [&writer](const auto& one) { return one.first == writer.pid; });
+    if (text == texts.end()) {
+      text = texts.insert(text, {writer.pid, ""});
+    }
+    text->second.append(piece, static_cast<std::size_t>(size));
+  }
+  std::string all;
+  for (const auto& [writer, text] : texts) {
+    all += text;
+  }
+  return all;
+}
 
 }  // namespace
 
@@ -25,7 +66,10 @@ TransferLog::TransferLog(Source source) : source_(source) {
     }
   }
   int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) {
+  const bool open = source == Source::kPages
+                        ? socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) == 0
+                        : pipe2(ends, O_CLOEXEC) == 0;
+  if (!open) {
     return;
   }
   reading_ = ends[0];
@@ -37,14 +81,11 @@ TransferLog::TransferLog(Source source) : source_(source) {
   }
   if (source == Source::kPages) {
     std::fflush(stderr);
+    const int yes = 1;
+    setsockopt(reading_, SOL_SOCKET, SO_PASSCRED, &yes, sizeof yes);
     dup2(writing_, STDERR_FILENO);
   }
-  listener_ = std::thread([this] {
-    char piece[4096];
-    for (ssize_t size = 0; (size = read(reading_, piece, sizeof piece)) > 0;) {
-      heard_.append(piece, static_cast<std::size_t>(size));
-    }
-  });
+  listener_ = std::thread([this] { heard_ = hear(reading_); });
 }
 
 TransferLog::~TransferLog() { end(); }
