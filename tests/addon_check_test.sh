@@ -121,7 +121,7 @@ good 'exit 0' Movie search:document
 good 'o=/dev/stdout' KTV song:document
 good ': >"$o"; exit' TV search:document
 good 'mkdir "$o"; exit' KTV song:document
-good 'exec cat /dev/zero >"$o"' KTV song:document
+good 'truncate -s 65M "$o"; exec sleep 61' KTV song:document
 filter "sed 's/Lamp/caf\xe9/'" KTV song:encoding
 filter 'echo "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>"; cat' KTV song:encoding
 filter 'sed s:/actor:/cast:' Movie details:well-formed

@@ -21,6 +21,7 @@
 
 #include "addon/descendants.h"
 #include "addon/leftovers.h"
+#include "readable.h"
 
 namespace quilp {
 namespace {
@@ -29,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::string_view kInput = "Nothing on standard input is meant for an add-on.\n";
 constexpr std::size_t kOutputKept = 400;
-constexpr off_t kLongestDocument = off_t{16} << 20;
+constexpr auto kLongestDocument = static_cast<off_t>(libquilp::kReadLimit);
 constexpr int kTick = 1;  // ms
 constexpr int kMostPieces = 64;
 
