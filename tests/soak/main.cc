@@ -18,6 +18,7 @@
 namespace {
 
 constexpr long kFirst = 100;        // what is compared with the end
+constexpr long kPoints = 200;       // of the plot, at least, where there are as many rounds
 constexpr long kHeapSlackKiB = 64;  // arenas of threads that ran at the same time
 constexpr long kMemorySlackKiB = 16 * 1024;
 
@@ -55,9 +56,10 @@ int soak(long lookups, const std::string& shell, const std::string& plot) {
   const auto round = roundOfLookups();
   const auto size = static_cast<long>(round.size());
   const long end = std::max(kFirst + size, (lookups + size - 1) / size * size);
-  const long step = std::max<long>(1, end / size / 200) * size;
+  const long step = std::max<long>(1, end / size / kPoints) * size;
   const auto held = test::Holdings::now();
   std::vector<Sample> samples;
+  samples.reserve(2 * kPoints + 1);  // its growth would be taken for the library's
   Sample first = {};
   for (long i = 1; i <= end; ++i) {
     const Lookup& lookup = round[static_cast<std::size_t>((i - 1) % size)];
