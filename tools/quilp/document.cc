@@ -121,9 +121,13 @@ bool printEntries(const Document& document) {
 bool printRecord(const Document& document) {
   for (const pugi::xml_node element : document.root().children()) {
     const std::string role = element.child_value("role");
-    const std::string name = element.child_value("name");
-    printLine(element.name(),
-              name.empty() ? element.child_value() : name + (role.empty() ? "" : " as " + role));
+    std::string value = element.child_value("name");
+    if (value.empty()) {
+      value = element.child_value();
+    } else if (!role.empty()) {
+      value.append(" as ").append(role);
+    }
+    printLine(element.name(), value);
   }
   return static_cast<bool>(std::cout.flush());
 }

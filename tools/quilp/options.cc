@@ -41,6 +41,7 @@ CLI::Option* addNumber(CLI::App* command, const std::string& name, int& number,
 
 void addFormat(CLI::App* command, Format& format, const std::vector<Format>& known) {
   std::vector<std::pair<std::string, Format>> choices;
+  choices.reserve(known.size());
   for (const Format one : known) {
     choices.emplace_back(nameOf(one), one);
   }

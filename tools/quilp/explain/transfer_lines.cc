@@ -18,7 +18,8 @@ bool startsWith(const std::string& line, std::string_view start) {
   return line.size() >= start.size() && strncasecmp(line.data(), start.data(), start.size()) == 0;
 }
 
-int numberIn(const std::string& text) { return std::atoi(text.c_str()); }
+/// The number that the text starts with; 0 when there is none.
+long numberIn(const std::string& text) { return std::strtol(text.c_str(), nullptr, 10); }
 
 /// The word behind the first blank.
 std::string secondWord(const std::string& line) {
@@ -58,9 +59,9 @@ std::vector<Transfer> transfersOfLines(const std::string& text, std::string& oth
     std::getline(fields, bytes, '\t');
     std::getline(fields, transfer.address, '\t');
     std::getline(fields, transfer.error);
-    transfer.exit = numberIn(exit);
-    transfer.http = numberIn(http);
-    transfer.bytes = std::atol(bytes.c_str());
+    transfer.exit = static_cast<int>(numberIn(exit));
+    transfer.http = static_cast<int>(numberIn(http));
+    transfer.bytes = numberIn(bytes);
     transfers.push_back(transfer);
   }
   return transfers;
@@ -88,15 +89,15 @@ std::vector<Transfer> transfersOfAccount(const std::string& text) {
       if (!open) {
         transfers.emplace_back();
       }
-      transfers.back().exit = numberIn(line.substr(7));
+      transfers.back().exit = static_cast<int>(numberIn(line.substr(7)));
       transfers.back().error = line.substr(std::min(line.find(") "), line.size() - 2) + 2);
       open = false;
     } else if (open && startsWith(line, "> Host: ")) {
       transfers.back().address.insert(0, baseOf(secondWord(line.substr(2))));
     } else if (open && startsWith(line, "< HTTP/")) {
-      transfers.back().http = numberIn(secondWord(line.substr(2)));
+      transfers.back().http = static_cast<int>(numberIn(secondWord(line.substr(2))));
     } else if (open && startsWith(line, "< Content-Length: ")) {
-      transfers.back().bytes = std::atol(line.c_str() + 18);
+      transfers.back().bytes = numberIn(secondWord(line.substr(2)));
     }
   }
   return transfers;
