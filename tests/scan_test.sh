@@ -92,7 +92,7 @@ mkdir /tmp/many
 touch /tmp/many/{1,2,3,4,5,6,7,8,9}.mkv
 "$QUILP_PROGRAM" scan /tmp/many -j 2 --format csv >/tmp/rows 2>/tmp/errors &
 scanner=$!
-while ! [ "$(grep -c end /tmp/runs 2>/dev/null)" -ge 1 ]; do sleep 0.05; done
+while ! grep -qs end /tmp/runs; do sleep 0.05; done
 kill -INT $scanner
 wait $scanner
 status=$? output=$(cat /tmp/rows)
