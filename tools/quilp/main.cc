@@ -68,9 +68,8 @@ int run(int argc, char** argv) {
   app.set_version_flag("--version", std::string("quilp ") + QUILP_VERSION);
   app.require_subcommand(1);
   app.footer(
-      "Exit status: 0 for a result, 1 for nothing found, the status of the add-on, or of the "
-      "client,\n"
-      "that failed (music, karaoke: 1; scan: 101 and more), 2 for wrong usage. See quilp(1).");
+      "Exit status: 0 for a result, 1 for nothing found, 2 for wrong usage, otherwise that of the\n"
+      "add-on or the client that failed (music, karaoke: 1; scan: 101 and more). See quilp(1).");
   int status = 0;
   quilp::addMovieCommands(app, status);
   quilp::addTVCommands(app, status);
