@@ -34,7 +34,7 @@ done
 
 # It explains every clause.
 sed -n 's/.* = {"\([a-z0-9-]*\)",.*/\1/p; s/^ *{{"\([a-z0-9-]*\)",.*/\1/p' \
-  "$pages"/../../tools/quilp/addon/{clauses.h,hostile.cc} >../clauses
+  "$pages"/../../tools/quilp/check/{clauses.h,hostile.cc} >../clauses
 [ "$(wc -l <../clauses)" -gt 30 ] || fail "where are the clauses?"
 while read -r clause; do
   grep -q "\<$clause\>" ../page || fail "not in the page: $clause"

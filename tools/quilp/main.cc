@@ -8,9 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "commands.h"
-#include "platform_check.h"
-#include "utf8.h"
+#include "command/commands.h"
+#include "output/exit_status.h"
+#include "output/utf8.h"
+#include "platform/platform_check.h"
 
 namespace {
 

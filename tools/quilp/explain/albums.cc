@@ -1,9 +1,9 @@
-#include "commands.h"
-#include "document.h"
 #include "explain/search.h"
 #include "explain/steps.h"
 #include "libquilp.h"
 #include "music/records.h"
+#include "output/document.h"
+#include "output/exit_status.h"
 #include "plugin/files.h"
 
 namespace quilp {

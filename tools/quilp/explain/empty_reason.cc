@@ -4,12 +4,12 @@
 #include <cctype>
 #include <string_view>
 
-#include "client_config.h"
 #include "imdb/find_page.h"
 #include "platform.h"
+#include "platform/client_config.h"
+#include "platform/registry_view.h"
 #include "plugin/files.h"
 #include "plugin/page_fetch.h"
-#include "registry_view.h"
 #include "xml/xml_node.h"
 
 namespace quilp {

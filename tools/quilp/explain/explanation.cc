@@ -4,10 +4,10 @@
 
 #include <iostream>
 
-#include "json_output.h"
+#include "output/json_output.h"
+#include "output/table.h"
+#include "output/utf8.h"
 #include "platform.h"
-#include "table.h"
-#include "utf8.h"
 
 namespace quilp {
 namespace {

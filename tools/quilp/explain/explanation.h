@@ -6,7 +6,7 @@
 
 #include "explain/empty_reason.h"
 #include "explain/transfer_log.h"
-#include "options.h"
+#include "output/format.h"
 
 namespace quilp {
 

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "explain/explanation.h"
+#include "platform/registry_view.h"
 #include "plugin/record_table.h"
 #include "plugin/shell_call.h"
-#include "registry_view.h"
 
 // Steps that the explained searches share.
 

@@ -1,8 +1,8 @@
-#include "commands.h"
 #include "explain/search.h"
 #include "explain/steps.h"
 #include "libquilp.h"
 #include "movie/records.h"
+#include "output/exit_status.h"
 #include "platform.h"
 #include "tv/records.h"
 

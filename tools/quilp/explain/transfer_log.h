@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include "client_config.h"
+#include "platform/client_config.h"
 
 namespace quilp {
 

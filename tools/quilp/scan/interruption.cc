@@ -4,7 +4,7 @@
 
 #include <ctime>
 
-#include "addon/descendants.h"
+#include "process/descendants.h"
 
 namespace quilp {
 

@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-#include "utf8.h"
+#include "output/utf8.h"
 
 namespace quilp {
 namespace {

@@ -7,9 +7,9 @@
 #include <iostream>
 #include <string_view>
 
-#include "json_output.h"
-#include "table.h"
-#include "utf8.h"
+#include "output/json_output.h"
+#include "output/table.h"
+#include "output/utf8.h"
 
 namespace quilp {
 namespace {

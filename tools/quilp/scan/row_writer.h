@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "options.h"
+#include "output/format.h"
 #include "scan/row.h"
 
 namespace quilp {

@@ -1,3 +1,5 @@
+#include "scan/scan.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
@@ -10,16 +12,13 @@
 #include <thread>
 #include <vector>
 
-#include "commands.h"
-#include "options.h"
-#include "platform_check.h"
+#include "output/utf8.h"
 #include "scan/interruption.h"
 #include "scan/journal.h"
 #include "scan/lookup.h"
 #include "scan/media_files.h"
 #include "scan/messages.h"
 #include "scan/row_writer.h"
-#include "utf8.h"
 
 namespace quilp {
 namespace {
@@ -27,16 +26,6 @@ namespace {
 constexpr int kFailures = 100;  // the exit status for one failure is one more
 constexpr int kMostFailures = 25;
 constexpr int kInterrupted = 130;  // as a shell has it
-constexpr int kMostJobs = 64;
-
-struct ScanRequest {
-  std::string folder;
-  MediaType type = MediaType::kMovie;
-  Format format = Format::kTable;
-  int jobs = 1;
-  int candidates = 3;
-  std::string journal;
-};
 
 /// Looks the files up, several at a time, and passes the rows on in the order of the files.
 class Scan {
@@ -122,16 +111,9 @@ class Scan {
   std::string error_;
 };
 
-std::string nameOf(MediaType type) {
-  return type == MediaType::kMovie ? "movie" : type == MediaType::kTV ? "tv" : "karaoke";
-}
+}  // namespace
 
-struct Outcome {
-  int status;
-  bool foundNothing;
-};
-
-Outcome scan(const ScanRequest& request) {
+ScanOutcome scan(const ScanRequest& request) {
   MediaFiles files;
   try {
     files = mediaFilesOf(request.folder, request.type);
@@ -153,39 +135,6 @@ Outcome scan(const ScanRequest& request) {
   const auto failures = static_cast<int>(
       std::min<std::size_t>(scan.failures() + files.failures.size(), kMostFailures));
   return {failures > 0 ? kFailures + failures : 0, scan.foundNothing()};
-}
-
-}  // namespace
-
-void addScanCommand(CLI::App& app, int& status) {
-  static ScanRequest request;
-  static std::string type;
-  CLI::App* command = app.add_subcommand(
-      "scan", "Look up every media file of a folder by its name, and print a row for each");
-  command->add_option("DIR", request.folder, "The folder; those below it belong to it")->required();
-  addChoice<MediaType>(
-      command, "--type", request.type, "What the files are",
-      {{"movie", MediaType::kMovie}, {"tv", MediaType::kTV}, {"karaoke", MediaType::kKaraoke}});
-  addFormat(command, request.format, {Format::kTable, Format::kJson, Format::kCsv});
-  addNumber(command, "-n", request.candidates,
-            "Results of a search that are looked at for the year in a file's name")
-      ->capture_default_str()
-      ->check(CLI::Range(1, 100));
-  addNumber(command, "-j", request.jobs,
-            "How many add-ons may run at a time; pages are never fetched at the same time")
-      ->capture_default_str()
-      ->check(CLI::Range(1, kMostJobs));
-  command
-      ->add_option("--resume", request.journal,
-                   "Keep what was found in this file, and leave out what it already has")
-      ->type_name("FILE");
-  command->callback([&status] {
-    const Outcome outcome = scan(request);
-    status = outcome.status;
-    if (status == 0 && outcome.foundNothing) {  // for another status, it is told anyway
-      reportPlatform(nameOf(request.type));
-    }
-  });
 }
 
 }  // namespace quilp

@@ -1,0 +1,118 @@
+#include <json/value.h>
+
+#include <iostream>
+#include <string>
+
+#include "command/commands.h"
+#include "command/options.h"
+#include "output/exit_status.h"
+#include "output/json_output.h"
+#include "output/table.h"
+#include "platform.h"
+#include "platform/registry_view.h"
+
+namespace quilp {
+namespace {
+
+using libquilp::RegistrySection;
+
+std::string yesNo(bool value) { return value ? "yes" : "no"; }
+
+std::string labelOf(const RegistrySection* section) {
+  return section != nullptr ? '[' + section->name + ']' : "built-in";
+}
+
+Json::Value jsonOf(const RegistryView& registry, const RegistrySection& section) {
+  Json::Value value;
+  value["name"] = jsonText(section.name);
+  value["class"] = jsonText(section.ownerClass.value_or(""));
+  value["type"] = jsonText(section.type.value_or(""));
+  value["enabled"] = section.isEnabled();
+  value["shell"] = jsonText(section.shell.value_or(""));
+  value["executable"] = RegistryView::defect(section).empty();
+  value["notForRecords"] = jsonText(registry.obstacle(section, Use::kRecords));
+  value["notForPrint"] = jsonText(registry.obstacle(section, Use::kPrint));
+  return value;
+}
+
+Json::Value jsonOfServing(const RegistrySection* section) {
+  return section != nullptr ? jsonText(section->name) : Json::Value();
+}
+
+bool printListAsJson(const RegistryView& registry) {
+  Json::Value list;
+  list["file"] = libquilp::kRegistryFile;
+  list["problem"] = jsonText(registry.problem());
+  list["sections"] = Json::Value(Json::arrayValue);
+  for (const RegistrySection& section : registry.sections()) {
+    list["sections"].append(jsonOf(registry, section));
+  }
+  for (const Media& media : kMedia) {
+    Json::Value& entry = list["media"][media.type];
+    entry["records"] = jsonOfServing(registry.serving(media, Use::kRecords));
+    if (media.print != Media::Print::kNone) {
+      entry["print"] = jsonOfServing(registry.serving(media, Use::kPrint));
+    }
+  }
+  return printJson(list);
+}
+
+void printObstacles(const RegistryView& registry, const RegistrySection& section) {
+  const std::string label = '[' + section.name + ']';
+  const std::string records = registry.obstacle(section, Use::kRecords);
+  const std::string print = registry.obstacle(section, Use::kPrint);
+  if (records == print) {
+    printLine(label, records);
+  } else {
+    printLine(label, records.empty() ? "" : "not for records: " + records);
+    printLine(label, print.empty() ? "" : "not for print: " + print);
+  }
+  const bool isAsked = records.empty() || print.empty();
+  printLine(label, isAsked ? RegistryView::defect(section) : "");
+}
+
+bool printListAsTable(const RegistryView& registry) {
+  if (!registry.problem().empty()) {
+    std::cout << libquilp::kRegistryFile << ' ' << registry.problem() << '\n';
+  } else {
+    Table sections({"section", "class", "type", "enabled", "shell", "executable"});
+    for (const RegistrySection& section : registry.sections()) {
+      sections.addRow({section.name, section.ownerClass.value_or(""), section.type.value_or(""),
+                       yesNo(section.isEnabled()), section.shell.value_or(""),
+                       yesNo(RegistryView::defect(section).empty())});
+    }
+    sections.print();
+  }
+  std::cout << '\n';
+  Table uses({"media", "records", "print"});
+  for (const Media& media : kMedia) {
+    const bool prints = media.print != Media::Print::kNone;
+    uses.addRow({media.type, labelOf(registry.serving(media, Use::kRecords)),
+                 prints ? labelOf(registry.serving(media, Use::kPrint)) : "-"});
+  }
+  uses.print();
+  std::cout << '\n';
+  for (const RegistrySection& section : registry.sections()) {
+    printObstacles(registry, section);
+  }
+  return static_cast<bool>(std::cout.flush());
+}
+
+int list(Format format) {
+  const RegistryView& registry = RegistryView::get();
+  const bool printed =
+      format == Format::kJson ? printListAsJson(registry) : printListAsTable(registry);
+  return printed && !registry.sections().empty() ? 0 : kNothingFound;
+}
+
+}  // namespace
+
+void addAddonList(CLI::App* addon, int& status) {
+  static Format format;
+  CLI::App* command =
+      addon->add_subcommand("list", "List the registry's add-ons, and which of them are asked");
+  addFormat(command, format, {Format::kTable, Format::kJson});
+  command->callback([&status] { status = list(format); });
+}
+
+}  // namespace quilp

@@ -1,0 +1,130 @@
+#include <json/value.h>
+
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "command/commands.h"
+#include "command/options.h"
+#include "libquilp.h"
+#include "output/exit_status.h"
+#include "output/json_output.h"
+#include "output/table.h"
+#include "output/utf8.h"
+
+namespace quilp {
+namespace {
+
+const char* const kGenders[] = {"", "male", "female", "group"};  // by code of g_GenderCode
+
+/// The names that codes stand for; empty for a code that stands for nothing.
+std::string languageName(int code) {
+  for (const KaraokeLanguageEntry* row = g_LanguageCode; row->code > 0; ++row) {
+    if (row->code == code) {
+      return row->name;
+    }
+  }
+  return {};
+}
+
+std::string trackName(int code) {
+  for (const KaraokeCodeEntry* row = g_VocalTrackCode; row->length != 0; ++row) {
+    if (row->code == code) {
+      return std::string(row->marker + 1,
+                         static_cast<std::size_t>(row->length - 2));  // no brackets
+    }
+  }
+  return {};
+}
+
+std::string genderName(int code) { return code >= 0 && code <= 3 ? kGenders[code] : ""; }
+
+std::string countryName(int code) {
+  for (const CountryEntry* row = g_CountryCode; row->alpha2 != nullptr; ++row) {
+    if (row->numeric == code) {
+      return row->name;
+    }
+  }
+  return code > 0 ? std::to_string(code) : "";
+}
+
+Json::Value jsonOf(const KTV_ExtraData_t& info) {
+  Json::Value song;
+  song["title"] = jsonText(info.title);
+  song["language"] = jsonText(languageName(info.language));
+  song["vocalTrack"] = jsonText(trackName(info.audioTrack));
+  song["gain"] = info.gain != -1 ? Json::Value(info.gain) : Json::Value();
+  song["artists"] = Json::Value(Json::arrayValue);
+  for (const ArtistData_t& artist : info.artists) {
+    Json::Value entry;
+    entry["name"] = jsonText(artist.name);
+    entry["gender"] = jsonText(genderName(artist.gender));
+    entry["nationality"] =
+        artist.nationality != 0 ? Json::Value(artist.nationality) : Json::Value();
+    song["artists"].append(entry);
+  }
+  song["genres"] = Json::Value(Json::arrayValue);
+  for (const std::string& genre : info.genres) {
+    song["genres"].append(jsonText(genre));
+  }
+  return song;
+}
+
+void printLines(const KTV_ExtraData_t& info) {
+  printLine("    title", info.title);
+  printLine("    language", languageName(info.language));
+  printLine("    vocal track", trackName(info.audioTrack));
+  printLine("    gain", info.gain != -1 ? std::to_string(info.gain) : "");
+  for (const ArtistData_t& artist : info.artists) {
+    std::string value = artist.name;
+    for (const std::string& detail : {genderName(artist.gender), countryName(artist.nationality)}) {
+      value += detail.empty() ? "" : ", " + detail;
+    }
+    printLine("    artist", value);
+  }
+  for (const std::string& genre : info.genres) {
+    printLine("    genre", genre);
+  }
+}
+
+int describe(const std::vector<std::string>& files, Format format) {
+  bool failed = false;
+  Json::Value songs(Json::arrayValue);
+  for (const std::string& argument : files) {
+    const char* file = argument.c_str();
+    KTV_ExtraData_t info;
+    const bool read = velGetKTVInfo(file, &info) == 0;
+    if (!read) {
+      std::cerr << "quilp: the add-on failed for " << lineText(file) << '\n';
+      failed = true;
+    }
+    if (format == Format::kJson) {
+      Json::Value song = read ? jsonOf(info) : Json::Value();
+      song["file"] = jsonText(file);
+      songs.append(song);
+    } else {
+      std::cout << lineText(file) << '\n';
+      if (read) {
+        printLines(info);
+      }
+    }
+  }
+  const bool written =
+      format == Format::kJson ? printJson(songs) : static_cast<bool>(std::cout.flush());
+  return written && !failed ? 0 : kNothingFound;
+}
+
+}  // namespace
+
+void addKaraokeCommand(CLI::App& app, int& status) {
+  static std::vector<std::string> files;
+  static Format format;
+  CLI::App* karaoke = app.add_subcommand(
+      "karaoke", "Describe karaoke songs by their files' names, or as an add-on does");
+  karaoke->add_option("FILE", files, "Song files, which need not exist")->required();
+  addFormat(karaoke, format, {Format::kTable, Format::kJson});
+  karaoke->callback([&status] { status = describe(files, format); });
+}
+
+}  // namespace quilp

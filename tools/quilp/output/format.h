@@ -1,0 +1,8 @@
+#pragma once
+
+namespace quilp {
+
+/// How results are printed.
+enum class Format { kXml, kJson, kTable, kCsv };
+
+}  // namespace quilp

@@ -1,0 +1,100 @@
+#include "platform/registry_view.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "platform.h"
+#include "plugin/shell_call.h"
+
+namespace quilp {
+namespace {
+
+using libquilp::RegistrySection;
+
+std::string problemOfFile() {
+  if (faccessat(AT_FDCWD, libquilp::kRegistryFile, R_OK, AT_EACCESS) == 0) {
+    return "is malformed";  // the parser has told where
+  }
+  return errno == ENOENT ? "is missing" : std::string("cannot be read: ") + std::strerror(errno);
+}
+
+std::string quoted(const RegistrySection::Value& value) { return '"' + value.value_or("") + '"'; }
+
+bool ownClassOnly(const Media& media, Use use) {
+  return use == Use::kRecords || media.print != Media::Print::kByType;
+}
+
+}  // namespace
+
+RegistryView::RegistryView() {
+  if (auto sections = libquilp::readRegistry()) {
+    sections_ = std::move(*sections);
+  } else {
+    problem_ = problemOfFile();
+  }
+}
+
+const RegistryView& RegistryView::get() {
+  static const RegistryView view;
+  return view;
+}
+
+const RegistrySection* RegistryView::serving(const Media& media, Use use) const {
+  const RegistrySection* section =
+      libquilp::firstEnabledSection(sections_, media.type, ownClassOnly(media, use));
+  return section != nullptr && section->shell ? section : nullptr;
+}
+
+std::string RegistryView::obstacle(const RegistrySection& section, Use use) const {
+  const Media* media = mediaOf(section.type.value_or(""));
+  if (media == nullptr) {
+    return "its Type, " + quoted(section.type) + ", is none of Movie, TV, Music and KTV";
+  }
+  if (!section.isEnabled()) {
+    return "not enabled: Enable is " + quoted(section.enable) + ", not \"TRUE\"";
+  }
+  if (ownClassOnly(*media, use) && !section.isOwnClass()) {
+    return "its Class is " + quoted(section.ownerClass) + ", not \"" + libquilp::kOwnClass + '"';
+  }
+  const RegistrySection* first =
+      libquilp::firstEnabledSection(sections_, media->type, ownClassOnly(*media, use));
+  if (first != &section) {
+    return '[' + first->name + "] comes first";
+  }
+  return section.shell ? "" : "its name is too long";
+}
+
+std::string RegistryView::defect(const RegistrySection& section) {
+  const std::string shell = section.shell.value_or("").substr(0, libquilp::kShellSize);
+  if (shell.empty()) {
+    return "no Shell is given";
+  }
+  return libquilp::canBeExecuted(shell.c_str()) ? "" : shell + " cannot be executed";
+}
+
+std::string RegistryView::whyNone(const Media& media, Use use) const {
+  if (!problem_.empty()) {
+    return "the registry " + problem_;
+  }
+  std::string reasons;
+  for (const RegistrySection& section : sections_) {
+    if (section.type == media.type) {
+      reasons += (reasons.empty() ? "[" : "; [") + section.name + "] " + obstacle(section, use);
+    }
+  }
+  return reasons.empty() ? std::string("no section has the Type ") + media.type : reasons;
+}
+
+const Media* mediaOf(const std::string& type) {
+  for (const Media& media : kMedia) {
+    if (type == media.type) {
+      return &media;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace quilp
