@@ -1,0 +1,6 @@
+target_sources(quilp_names PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/song.cc
+  ${CMAKE_CURRENT_LIST_DIR}/song_file.cc
+  ${CMAKE_CURRENT_LIST_DIR}/song_parts.cc
+  ${CMAKE_CURRENT_LIST_DIR}/song_tags.cc
+  ${CMAKE_CURRENT_LIST_DIR}/song_text.cc)
