@@ -1,4 +1,5 @@
 target_sources(quilp_names PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/name.cc
   ${CMAKE_CURRENT_LIST_DIR}/song.cc
   ${CMAKE_CURRENT_LIST_DIR}/song_file.cc
   ${CMAKE_CURRENT_LIST_DIR}/song_parts.cc
