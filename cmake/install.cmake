@@ -38,6 +38,11 @@ install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quilp/examp
                                       GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 if(QUILP_BUILD_TOOLS)
   install(TARGETS quilp_cli COMPONENT program)
-  install(FILES completions/quilp DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-          COMPONENT program)
+  set(QUILP_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
+      CACHE STRING "Where zsh looks for completions")
+  install(FILES completions/quilp.bash RENAME quilp
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)
+  install(FILES completions/_quilp DESTINATION ${QUILP_ZSH_COMPLETIONS} COMPONENT program)
+  install(FILES completions/quilp.fish
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT program)
 endif()

@@ -62,7 +62,7 @@ done
 [ -x "$usr/share/doc/quilp/examples/addon-movie.sh" ] || fail "no example of an add-on"
 
 # completes EXPECTED WORD...: the words that may stand for the last one, or what readline is told.
-# shellcheck source=completions/quilp
+# shellcheck source=completions/quilp.bash
 . "$usr/share/bash-completion/completions/quilp"
 compopt() { COMPREPLY+=("$*"); }
 completes() {
@@ -79,7 +79,21 @@ completes '' "$quilp" music search --artist ''
 completes '' "$quilp" music search Fog ''
 completes json "$quilp" music search Fog --format = j
 completes '-o default' "$quilp" karaoke a ''
-completes '-o dirnames' "$quilp" scan ''
-completes '' "$quilp" scan --format json . ''
+completes '-o default' "$quilp" scan ''
+completes '-o default' "$quilp" scan --format json . ''
+completes 'search show episode' "$quilp" --format json help tv ''
 completes 'Movie Music' "$quilp" addon check --type = M
 completes '-o default' "$quilp" addon check --type Movie ''
+
+# zsh and fish ask the program in the same way.
+zsh=$(find "$usr/share/zsh" -name _quilp)
+[ "$(zsh -fc '
+  _describe() { print -r -- $candidates }
+  _files() { print -r files }
+  fpath=(${2%/*} $fpath) && autoload -Uz _quilp
+  words=($1 movie search --format=j) CURRENT=4; _quilp
+  words=($1 scan "") CURRENT=3; _quilp' zsh "$quilp" "$zsh")" = "--format=json
+files" ] || fail "completion by zsh"
+[ "$(PATH=$usr/bin:$PATH fish --no-config -c 'source $argv[1]; complete -C "quilp movie se"' \
+  "$usr/share/fish/vendor_completions.d/quilp.fish")" = "search	Search movies by keyword or release name" ] ||
+  fail "completion by fish"

@@ -53,24 +53,64 @@ expect 0 '/s/A\[F\]_Song\[E\]\[0\]     title        Song     language     Englis
 '
 expect 0 '.*"file" : "\[M,a\]Song\[L\]",.*"title" : "M,a\]Song".*' karaoke --format json '[M,a]Song[L]'
 expect 0 'quilp [0-9.]*' --version
+expect 0 'quilp [0-9.]*' movie -V
 expect 0 '.*movie.*keyword.*' --help
-expect 2 ''
-expect 2 '' movie
-expect 2 '' movie search
-expect 2 '' movie search x -n 0
-expect 2 '' movie show
-expect 2 '' karaoke
-expect 2 '' karaoke --format xml x
-expect 2 '' music albums
-expect 2 '' nothing
-expect 2 '' tv episode tt9500001 '' 1
+expect 0 'Usage: quilp tv episode ID SEASON EPISODE .*--catalogue-id.*' help tv episode
+expect 0 '\[ *{.*' --format JSON -n 1 movie search Lighthouse
+
+# Every word reaches the library as it is.
+expect 0 '\[a,b\] .*++ .*{} .*" .* -n .*-- .*' karaoke '[a,b]' ++ '{}' '"' -- -n --
+printf 'a.2010\n\nb c' >/tmp/list
+expect 0 'x	x a	a 	 b c	b%20c y	y' keyword x - y </tmp/list
+printf 'A_B\nC.mkv\0D.mkv' >/tmp/list
+expect 0 '.*"file" : "A_B\\nC.mkv",.*"file" : "D.mkv",.*' karaoke -0 --format json </tmp/list
+
+# refused PATTERN ARGUMENT...: wrong usage, and what is said of it.
+refused() {
+  pattern=$1
+  shift
+  actual=0
+  "$QUILP_PROGRAM" "$@" >/tmp/output 2>/tmp/errors </dev/null || actual=$?
+  [ "$actual" = 2 ] && [ ! -s /tmp/output ] && grep -qe "$pattern" /tmp/errors && return
+  echo "quilp $*: status $actual instead of 2, or not $pattern: $(cat /tmp/errors)" >&2
+  failures=$((failures + 1))
+}
+refused 'there are movie, tv,'
+refused 'there are search, show' movie
+refused 'KEYWORD is missing' movie search
+refused 'help movie search' movie search
+refused '"b" is one word too many' movie search a b
+refused '"moive"; did you mean "movie"' moive
+refused '"serach"; did you mean "search"' movie serach x
+refused '"serach"; did you mean "search"' help tv serach
+refused '"--formt"; did you mean "--format"' --formt json movie search x
+refused '"--colour"; there are -n, --format,' movie search x --colour=yes
+refused '"--artist"; there are' movie search x --artist y
+refused '"-é"' movie search x -é
+refused '"jsn"; did you mean "json"' movie search x --format jsn
+refused '"xml"; there are table, json' karaoke --format xml x
+refused '-n: 0 is not from 1' movie search x -n 0
+refused '"-n" needs a value' movie search x -n
+refused '"--json" takes no value' addon check x --type movie --json=1
+refused '"Moive"; did you mean "Movie"' addon check x --type Moive
+refused '--type is missing' addon check x
+refused 'FILE is missing' karaoke
+refused 'SEASON: "" is no number' tv episode tt9500001 '' 1
 
 printf '[a]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/shell\n' \
   >/etc/config/zorp.conf
 printf '#!/bin/sh\nexit 42\n' >/etc/config/shell
 chmod +x /etc/config/shell
 expect 42 '' movie search x
-expect 42 '' movie show abcdex
+expect 42 '' movie show x
+# What a search printed is what the add-on gets.
+# shellcheck disable=SC2016  # for the add-on
+printf '#!/bin/sh\necho "$3" >/tmp/asked\nexit 1\n' >/etc/config/shell
+for asked in "movie show x" "movie show --catalogue-id abcdex"; do
+  # shellcheck disable=SC2086  # the command is words
+  expect 1 '' $asked
+  [ "$(cat /tmp/asked)" = x ] || { echo "$asked: $(cat /tmp/asked)" >&2; failures=$((failures + 1)); }
+done
 sed -i s/Movie/KTV/ /etc/config/zorp.conf
 expect 1 'x y' karaoke x y
 expect 1 '.*{ *"file" : "x" *}.*' karaoke --format json x
@@ -85,8 +125,16 @@ for command in 'addon list' "movie search a -n $evil" "scan /tmp --resume /none/
   failures=$((failures + 1))
 done
 
-# A full disk and a closed output are no success.
+# A table is as wide as the terminal, and decoded.
 rm /etc/config/zorp.conf
+script -qec "stty cols 40; '$QUILP_PROGRAM' movie search Lighthouse -n 1 --format table" /dev/null \
+  >/tmp/output
+grep -q '^1     tt9000001  The Pape…ghthouse  2011' /tmp/output || {
+  echo "a table of 40 columns: $(cat /tmp/output)" >&2
+  failures=$((failures + 1))
+}
+
+# A full disk and a closed output are no success.
 for tt in tt9000001 faultempty-tt9000001; do
   actual=0
   "$QUILP_PROGRAM" movie show $tt >&- 2>/tmp/errors || actual=$?

@@ -65,15 +65,21 @@ for format in csv json; do
   grep -qx 'quilp: cannot write' /tmp/errors || fail "a full disk: $(cat /tmp/errors)"
 done
 [ $(($(asked) - before)) -le 2 ] || fail "goes on without an output"
-scan /tmp/m/The.Paper.Lighthouse.2011.mkv
+scan /tmp/m/nowhere
 expect "no folder" 1 ""
+output=$(printf '/tmp/m/b/nosuchfilm.avi\0/tmp/none' | "$QUILP_PROGRAM" scan -0 /tmp/m/notes.txt 2>/tmp/errors)
+status=$?
+expect "a list" 101 'file                     keyword     match  year  id
+/tmp/m/notes.txt         notes
+/tmp/m/b/nosuchfilm.avi  nosuchfilm'
+grep -q '/tmp/none: No such file' /tmp/errors || fail "a list: $(cat /tmp/errors)"
 scan /tmp/m --format xml
 expect format 2 ""
 
 scan /tmp/k --type karaoke
-expect karaoke 0 'file                                keyword                  match            year  id
-/tmp/k/_B.flac                      _B                       B
-/tmp/k/林小雨[F]_夜航船[國][L].mp3  林小雨[F]_夜航船[國][L]  林小雨 - 夜航船'
+expect karaoke 0 'file                         keyword                  match            year  id
+_B.flac                      _B                       B
+林小雨[F]_夜航船[國][L].mp3  林小雨[F]_夜航船[國][L]  林小雨 - 夜航船'
 scan /tmp/k --type karaoke --format json
 [ "$(tr -d '\n' <<<"$output" | cut -c 1-60)" = '[{"failure":null,"file":"/tmp/k/_B.flac","id":null,"keyword"' ] ||
   fail "json: $output"
@@ -118,7 +124,7 @@ while ! grep -q 'once more' /tmp/errors; do sleep 0.05; done
 kill -INT $scanner
 wait $scanner
 status=$?
-[ "$status" = 130 ] && grep -q '/1.mkv' /tmp/rows || fail "Ctrl-C twice: status $status"
+[ "$status" = 130 ] && grep -q '^1.mkv' /tmp/rows || fail "Ctrl-C twice: status $status"
 ! grep -sqx sleep /proc/[0-9]*/comm || fail "Ctrl-C twice: an add-on runs on"
 ! ls /tmp/libquilp.* 2>/dev/null || fail "Ctrl-C twice: a document is left behind"
 

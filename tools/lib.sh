@@ -4,7 +4,7 @@
 build_packages=(
   g++ cmake ninja-build pkg-config libpugixml-dev libjsoncpp-dev libiniparser-dev libcli11-dev
   libcpp-httplib-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev
-  bubblewrap ca-certificates curl dwarves groff-base iso-codes mandoc openssl python3
+  bubblewrap ca-certificates curl dwarves fish groff-base iso-codes mandoc openssl python3 zsh
 )
 # What bench/compare compares with.
 bench_packages=(libxml2-dev python3-guessit)

@@ -2,10 +2,10 @@
 
 namespace quilp {
 
-void addAddonCommands(CLI::App& app, int& status) {
-  CLI::App* addon = app.add_subcommand("addon", "Add-on scrapers")->require_subcommand(1);
-  addAddonCheck(addon, status);
-  addAddonList(addon, status);
+void addAddonCommands(Command& program) {
+  Command& addon = program.add("addon", "Add-ons");
+  addAddonCheck(addon);
+  addAddonList(addon);
 }
 
 }  // namespace quilp

@@ -107,12 +107,11 @@ int list(Format format) {
 
 }  // namespace
 
-void addAddonList(CLI::App* addon, int& status) {
+void addAddonList(Command& addon) {
   static Format format;
-  CLI::App* command =
-      addon->add_subcommand("list", "List the registry's add-ons, and which of them are asked");
+  Command& command = addon.add("list", "List the registry's add-ons, and which of them are asked");
   addFormat(command, format, {Format::kTable, Format::kJson});
-  command->callback([&status] { status = list(format); });
+  command.run = [] { return list(format); };
 }
 
 }  // namespace quilp

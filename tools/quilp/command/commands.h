@@ -1,22 +1,22 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "usage/command.h"
 
-// Each adds its commands to the program; a command's callback stores the exit status.
+// Each adds its commands to the program.
 
 namespace quilp {
 
-void addMovieCommands(CLI::App& app, int& status);
-void addTVCommands(CLI::App& app, int& status);
-void addKaraokeCommand(CLI::App& app, int& status);
-void addMusicCommands(CLI::App& app, int& status);
-void addKeywordCommand(CLI::App& app, int& status);
-void addScanCommand(CLI::App& app, int& status);
-void addExplainCommands(CLI::App& app, int& status);
-void addAddonCommands(CLI::App& app, int& status);
+void addMovieCommands(Command& program);
+void addTVCommands(Command& program);
+void addKaraokeCommand(Command& program);
+void addMusicCommands(Command& program);
+void addKeywordCommand(Command& program);
+void addScanCommand(Command& program);
+void addExplainCommands(Command& program);
+void addAddonCommands(Command& program);
 
 // Parts of the "addon" command.
-void addAddonCheck(CLI::App* addon, int& status);
-void addAddonList(CLI::App* addon, int& status);
+void addAddonCheck(Command& addon);
+void addAddonList(Command& addon);
 
 }  // namespace quilp

@@ -15,37 +15,33 @@ std::string language;
 int count = kDefaultCount;
 Format format;
 
-CLI::App* addSearch(CLI::App* explain, int& status, const char* name, const char* what,
-                    Explanation (*search)()) {
-  CLI::App* command = explain->add_subcommand(name, "Explain a search for " + std::string(what));
+Command& addSearch(Command& explain, const char* name, const char* what, const char* operand,
+                   Explanation (*search)()) {
+  Command& command = explain.add(name, "Explain a search for " + std::string(what));
+  command.operands.push_back({operand, "What to look for", toText(text)});
   addCount(command, count);
   addFormat(command, format, {Format::kTable, Format::kJson});
-  command->callback([&status, search] {
+  command.run = [search] {
     const Explanation explanation = search();
     if (!print(explanation, format)) {
       throw std::system_error(errno, std::generic_category(), "cannot write");
     }
-    status = explanation.searchStatus;
-  });
+    return explanation.searchStatus;
+  };
   return command;
 }
 
 }  // namespace
 
-void addExplainCommands(CLI::App& app, int& status) {
-  CLI::App* explain =
-      app.add_subcommand("explain", "Search, and tell how and why")->require_subcommand(1);
-  addSearch(explain, status, "movie", "movies", [] { return explainMovies(text, count); })
-      ->add_option("KEYWORD", text, "What to look for")
-      ->required();
-  CLI::App* tv = addSearch(explain, status, "tv", "TV shows",
-                           [] { return explainShows(text, count, language); });
-  tv->add_option("KEYWORD", text, "What to look for")->required();
-  tv->add_option("-l", language, "Language for an add-on (default: the one configured for it)");
-  CLI::App* music = addSearch(explain, status, "music", "albums",
-                              [] { return explainAlbums(text, artist, count); });
-  music->add_option("ALBUM", text, "Title of the album")->required();
-  music->add_option("--artist", artist, "Only albums of this artist");
+void addExplainCommands(Command& program) {
+  Command& explain = program.add("explain", "Search, and tell how and why");
+  addSearch(explain, "movie", "movies", "KEYWORD", [] { return explainMovies(text, count); });
+  Command& tv = addSearch(explain, "tv", "TV shows", "KEYWORD",
+                          [] { return explainShows(text, count, language); });
+  addLanguage(tv, language);
+  Command& music = addSearch(explain, "music", "albums", "ALBUM",
+                             [] { return explainAlbums(text, artist, count); });
+  music.options.push_back({0, "artist", "NAME", "Only albums of this artist", toText(artist)});
 }
 
 }  // namespace quilp

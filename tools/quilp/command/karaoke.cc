@@ -117,14 +117,14 @@ int describe(const std::vector<std::string>& files, Format format) {
 
 }  // namespace
 
-void addKaraokeCommand(CLI::App& app, int& status) {
-  static std::vector<std::string> files;
+void addKaraokeCommand(Command& program) {
+  static List files;
   static Format format;
-  CLI::App* karaoke = app.add_subcommand(
-      "karaoke", "Describe karaoke songs by their files' names, or as an add-on does");
-  karaoke->add_option("FILE", files, "Song files, which need not exist")->required();
+  Command& karaoke =
+      program.add("karaoke", "Describe karaoke songs by their files' names, or as an add-on does");
+  files.addTo(karaoke, "FILE", "Song files, which need not exist");
   addFormat(karaoke, format, {Format::kTable, Format::kJson});
-  karaoke->callback([&status] { status = describe(files, format); });
+  karaoke.run = [] { return describe(files.words(), format); };
 }
 
 }  // namespace quilp

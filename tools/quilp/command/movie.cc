@@ -1,6 +1,7 @@
 #include <string>
 
 #include "command/commands.h"
+#include "command/identifier.h"
 #include "command/options.h"
 #include "libquilp.h"
 #include "output/exit_status.h"
@@ -18,36 +19,33 @@ int statusOfDetails(const std::string& id) {
 
 }  // namespace
 
-void addMovieCommands(CLI::App& app, int& status) {
-  CLI::App* movie = app.add_subcommand("movie", "Movies")->require_subcommand(1);
+void addMovieCommands(Command& program) {
+  Command& movie = program.add("movie", "Movies");
 
   static Format format;
   static std::string keyword;
   static int count = kDefaultCount;
-  CLI::App* search = movie->add_subcommand("search", "Search movies by keyword or release name");
-  search->add_option("KEYWORD", keyword, "What to look for")->required();
+  Command& search = movie.add("search", "Search movies by keyword or release name");
+  search.operands.push_back({"KEYWORD", "What to look for", toText(keyword)});
   addCount(search, count);
   addFormat(search, format);
-  search->callback([&status] {
-    status = printDocument([] { return velPrintSearchMovie(keyword.c_str(), count); }, format);
-  });
+  search.run = [] {
+    return printDocument([] { return velPrintSearchMovie(keyword.c_str(), count); }, format);
+  };
 
-  static std::string id;
-  CLI::App* show = movie->add_subcommand("show", "Show the details of one movie");
-  show->add_option(
-          "ID", id,
-          "Identifier: as a search gave it; for an add-on, five characters in front of its "
-          "own")
-      ->required();
+  static Identifier identifier;
+  Command& show = movie.add("show", "Show the details of one movie");
+  identifier.addTo(show, "Identifier of the movie");
   addFormat(show, format);
-  show->callback([&status] {
-    status = printDocument(
-        [] {
+  show.run = [] {
+    const std::string id = identifier.forLibrary(kMovie);
+    return printDocument(
+        [&id] {
           // Printing tells only that it failed; asking once more tells how.
           return velPrintMovieByID(id.c_str()) == 0 ? 0 : statusOfDetails(id);
         },
         format);
-  });
+  };
 }
 
 }  // namespace quilp

@@ -12,36 +12,35 @@ std::string artist;
 int count = kDefaultCount;
 Format format;
 
-void addArtistCommand(CLI::App* music, int& status, const char* name, const char* description,
+void addArtistCommand(Command& music, const char* name, const char* description,
                       int (*print)(const char* artist, int count)) {
-  CLI::App* command = music->add_subcommand(name, description);
-  command->add_option("ARTIST", artist, "Name of the artist")->required();
+  Command& command = music.add(name, description);
+  command.operands.push_back({"ARTIST", "Name of the artist", toText(artist)});
   addCount(command, count);
   addFormat(command, format);
-  command->callback([&status, print] {
-    status = printDocument([print] { return print(artist.c_str(), count); }, format);
-  });
+  command.run = [print] {
+    return printDocument([print] { return print(artist.c_str(), count); }, format);
+  };
 }
 
 }  // namespace
 
-void addMusicCommands(CLI::App& app, int& status) {
-  CLI::App* music = app.add_subcommand("music", "Albums and artists")->require_subcommand(1);
+void addMusicCommands(Command& program) {
+  Command& music = program.add("music", "Albums and artists");
 
   static std::string album;
-  CLI::App* search = music->add_subcommand("search", "Search albums by title");
-  search->add_option("ALBUM", album, "Title of the album")->required();
-  search->add_option("--artist", artist, "Only albums of this artist");
+  Command& search = music.add("search", "Search albums by title");
+  search.operands.push_back({"ALBUM", "Title of the album", toText(album)});
+  search.options.push_back({0, "artist", "NAME", "Only albums of this artist", toText(artist)});
   addCount(search, count);
   addFormat(search, format);
-  search->callback([&status] {
-    status = printDocument([] { return velPrintSearchAlbum(album.c_str(), artist.c_str(), count); },
-                           format);
-  });
+  search.run = [] {
+    return printDocument([] { return velPrintSearchAlbum(album.c_str(), artist.c_str(), count); },
+                         format);
+  };
 
-  addArtistCommand(music, status, "albums", "List the albums of an artist",
-                   velPrintGetAlbumByArtist);
-  addArtistCommand(music, status, "art", "List pictures of an artist", velPrintGetArtistThumbnail);
+  addArtistCommand(music, "albums", "List the albums of an artist", velPrintGetAlbumByArtist);
+  addArtistCommand(music, "art", "List pictures of an artist", velPrintGetArtistThumbnail);
 }
 
 }  // namespace quilp

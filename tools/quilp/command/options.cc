@@ -1,22 +1,15 @@
 #include "command/options.h"
 
-#include <algorithm>
-#include <string_view>
+#include <strings.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <iostream>
 
 namespace quilp {
 namespace {
 
 constexpr int kMostResults = 10000;
-
-// The parser would take a number with a zero in front for an octal one, and nothing for 0.
-std::string toDecimal(std::string& text) {
-  const std::size_t sign = text.substr(0, 1) == "-" ? 1 : 0;
-  if (text.size() == sign || text.find_first_not_of("0123456789", sign) != std::string::npos) {
-    return "not a number: " + text;
-  }
-  text.erase(sign, std::min(text.find_first_not_of('0', sign), text.size() - 1) - sign);
-  return {};
-}
 
 const char* nameOf(Format format) {
   switch (format) {
@@ -34,24 +27,88 @@ const char* nameOf(Format format) {
 
 }  // namespace
 
-CLI::Option* addNumber(CLI::App* command, const std::string& name, int& number,
-                       const std::string& description) {
-  return command->add_option(name, number, description)->transform(CLI::Validator(toDecimal, ""));
+Take toText(std::string& text) {
+  return [&text](const std::string& value) { text = value; };
 }
 
-void addFormat(CLI::App* command, Format& format, const std::vector<Format>& known) {
-  std::vector<std::pair<std::string, Format>> choices;
+Take toNumber(const std::string& name, int& number, int least, int most) {
+  return [&number, name, least, most](const std::string& text) {
+    char* end = nullptr;
+    const bool isDigit = text.find_first_not_of("-0123456789") == std::string::npos;
+    errno = 0;
+    const long value = std::strtol(text.c_str(), &end, 10);
+    if (!isDigit || end == text.c_str() || *end != '\0') {
+      throw WrongUsage(name + ": \"" + text + "\" is no number");
+    }
+    if (errno != 0 || value < least || value > most) {
+      throw WrongUsage(name + ": " + text + " is not from " + std::to_string(least) + " to " +
+                       std::to_string(most));
+    }
+    number = static_cast<int>(value);
+  };
+}
+
+void addCount(Command& command, int& count) {
+  command.options.push_back({'n', "", "N",
+                             "Results wanted (default: " + std::to_string(count) + ")",
+                             toNumber("-n", count, 1, kMostResults)});
+}
+
+void addLanguage(Command& command, std::string& language) {
+  command.options.push_back({'l', "", "LANG",
+                             "Language for an add-on (default: the one configured for it)",
+                             toText(language)});
+}
+
+void addFormat(Command& command, Format& format, const std::vector<Format>& known) {
+  Choices<Format> choices;
   choices.reserve(known.size());
   for (const Format one : known) {
     choices.emplace_back(nameOf(one), one);
   }
-  addChoice(command, "--format", format, "How the result is printed", choices);
+  format = known.front();
+  command.options.push_back(
+      choice("format", format, "How the result is printed (default: " + choices.front().first + ")",
+             choices));
 }
 
-void addCount(CLI::App* command, int& count) {
-  addNumber(command, "-n", count, "Results wanted")
-      ->capture_default_str()
-      ->check(CLI::Range(1, kMostResults));
+bool equalsWithoutCase(const std::string& a, const std::string& b) {
+  return strcasecmp(a.c_str(), b.c_str()) == 0;
+}
+
+void List::addTo(Command& command, const std::string& name, const std::string& description) {
+  name_ = name;
+  command.operands.push_back({name, description + "; \"-\" reads a list from standard input",
+                              [this](const std::string& word) { words_.push_back(word); }, false,
+                              true});
+  command.options.push_back({'0', "", "",
+                             "Read a list from standard input, each name ended by a zero byte",
+                             [this](const std::string&) { zeros_ = true; }});
+}
+
+std::vector<std::string> List::words() const {
+  std::vector<std::string> words;
+  bool read = false;
+  const auto readList = [&] {
+    for (std::string word; !read && std::getline(std::cin, word, zeros_ ? '\0' : '\n');) {
+      words.push_back(word);
+    }
+    read = true;
+  };
+  for (const std::string& word : words_) {
+    if (word == "-") {
+      readList();
+    } else {
+      words.push_back(word);
+    }
+  }
+  if (zeros_) {
+    readList();
+  }
+  if (words_.empty() && !zeros_) {
+    throw WrongUsage(name_ + " is missing");
+  }
+  return words;
 }
 
 }  // namespace quilp

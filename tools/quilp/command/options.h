@@ -1,48 +1,82 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "output/format.h"
+#include "usage/command.h"
+#include "usage/suggestion.h"
+
+// Options and operands that several commands have.
 
 namespace quilp {
 
 inline constexpr int kDefaultCount = 10;
 
-/// A decimal number, whatever zeros stand in front: a release name's "08" is eight.
-CLI::Option* addNumber(CLI::App* command, const std::string& name, int& number,
-                       const std::string& description);
+Take toText(std::string& text);
 
-/// "--format", with the formats that a command knows; the first is what `format` starts with.
-void addFormat(CLI::App* command, Format& format,
-               const std::vector<Format>& known = {Format::kXml, Format::kJson, Format::kTable});
-
-/// An option whose value is one of several names; the first is what `value` starts with.
-template <class Value>
-void addChoice(CLI::App* command, const std::string& name, Value& value,
-               const std::string& description,
-               const std::vector<std::pair<std::string, Value>>& choices) {
-  value = choices.front().second;
-  std::string names;
-  for (const auto& choice : choices) {
-    names += (names.empty() ? "" : "|") + choice.first;
-  }
-  const auto choose = [&value, choices, name, names](const CLI::results_t& words) {
-    for (const auto& choice : choices) {
-      if (choice.first == words.back()) {
-        value = choice.second;
-        return true;
-      }
-    }
-    throw CLI::ValidationError(name, words.back() + " is none of " + names);
-  };
-  command->add_option(name, choose, description + " (default: " + choices.front().first + ")")
-      ->type_name(names);
-}
+/// A decimal number, whatever zeros it begins with: a release name's "08" is eight. `name` is what
+/// a message calls it.
+Take toNumber(const std::string& name, int& number, int least, int most);
 
 /// "-n N", how many results are wanted.
-void addCount(CLI::App* command, int& count);
+void addCount(Command& command, int& count);
+
+/// "-l LANG" of TV.
+void addLanguage(Command& command, std::string& language);
+
+/// "--format", with the formats that a command knows; the first is what `format` starts with.
+void addFormat(Command& command, Format& format,
+               const std::vector<Format>& known = {Format::kXml, Format::kJson, Format::kTable});
+
+bool equalsWithoutCase(const std::string& a, const std::string& b);
+
+/// The values of an option by name, without regard to case; names with the same value are spellings
+/// of one, and messages give the first.
+template <class Value>
+using Choices = std::vector<std::pair<std::string, Value>>;
+
+template <class Value>
+Option choice(const std::string& name, Value& value, const std::string& description,
+              const Choices<Value>& choices) {
+  std::vector<std::string> names;
+  std::string shape;
+  for (auto one = choices.begin(); one != choices.end(); ++one) {
+    const bool isFirst = std::none_of(
+        choices.begin(), one, [one](const auto& before) { return before.second == one->second; });
+    if (isFirst) {
+      names.push_back(one->first);
+      shape += (shape.empty() ? "" : "|") + one->first;
+    }
+  }
+  const auto choose = [&value, name, choices, names](const std::string& word) {
+    for (const auto& [known, meant] : choices) {
+      if (equalsWithoutCase(known, word)) {
+        value = meant;
+        return;
+      }
+    }
+    throw WrongUsage(noSuch(name, word, names));
+  };
+  return {0, name, shape, description, choose};
+}
+
+/// Operands that may come from standard input instead.
+class List {
+ public:
+  /// "NAME...", where "-" stands for the lines of standard input, and "-0": there are strings there
+  /// that end with a zero byte.
+  void addTo(Command& command, const std::string& name, const std::string& description);
+
+  /// Throws WrongUsage when there is none, nor a list.
+  std::vector<std::string> words() const;
+
+ private:
+  std::string name_;
+  std::vector<std::string> words_;
+  bool zeros_ = false;
+};
 
 }  // namespace quilp

@@ -9,43 +9,46 @@
 namespace quilp {
 namespace {
 
+constexpr int kMostCandidates = 100;
 constexpr int kMostJobs = 64;
-
-std::string nameOf(MediaType type) {
-  return type == MediaType::kMovie ? "movie" : type == MediaType::kTV ? "tv" : "karaoke";
-}
 
 }  // namespace
 
-void addScanCommand(CLI::App& app, int& status) {
+void addScanCommand(Command& program) {
   static ScanRequest request;
-  static std::string type;
-  CLI::App* command = app.add_subcommand(
+  static List paths;
+  Command& command = program.add(
       "scan", "Look up every media file of a folder by its name, and print a row for each");
-  command->add_option("DIR", request.folder, "The folder; those below it belong to it")->required();
-  addChoice<MediaType>(
-      command, "--type", request.type, "What the files are",
-      {{"movie", MediaType::kMovie}, {"tv", MediaType::kTV}, {"karaoke", MediaType::kKaraoke}});
+  paths.addTo(command, "PATH", "Folders, with those below them, and files");
+  command.options.push_back(choice<MediaType>("type", request.type,
+                                              "What the files are (default: movie)",
+                                              {{"movie", MediaType::kMovie},
+                                               {"tv", MediaType::kTV},
+                                               {"karaoke", MediaType::kKaraoke},
+                                               {"KTV", MediaType::kKaraoke}}));
+  command.options.push_back({'n', "", "N",
+                             "Results of a search that are looked at for the year in a file's name "
+                             "(default: 3)",
+                             toNumber("-n", request.candidates, 1, kMostCandidates)});
+  command.options.push_back(
+      {'j', "", "N",
+       "How many add-ons may run at a time (default: 1); pages are never fetched at "
+       "the same time",
+       toNumber("-j", request.jobs, 1, kMostJobs)});
+  command.options.push_back({0, "resume", "FILE",
+                             "Keep what was found in this file, and leave out what it already has",
+                             toText(request.journal)});
   addFormat(command, request.format, {Format::kTable, Format::kJson, Format::kCsv});
-  addNumber(command, "-n", request.candidates,
-            "Results of a search that are looked at for the year in a file's name")
-      ->capture_default_str()
-      ->check(CLI::Range(1, 100));
-  addNumber(command, "-j", request.jobs,
-            "How many add-ons may run at a time; pages are never fetched at the same time")
-      ->capture_default_str()
-      ->check(CLI::Range(1, kMostJobs));
-  command
-      ->add_option("--resume", request.journal,
-                   "Keep what was found in this file, and leave out what it already has")
-      ->type_name("FILE");
-  command->callback([&status] {
+  command.run = [] {
+    request.paths = paths.words();
     const ScanOutcome outcome = scan(request);
-    status = outcome.status;
-    if (status == 0 && outcome.foundNothing) {  // for another status, it is told anyway
-      reportPlatform(nameOf(request.type));
+    if (outcome.status != 0 || outcome.foundNothing) {
+      reportPlatform(request.type == MediaType::kMovie ? "movie"
+                     : request.type == MediaType::kTV  ? "tv"
+                                                       : "karaoke");
     }
-  });
+    return outcome.status;
+  };
 }
 
 }  // namespace quilp

@@ -8,6 +8,7 @@
 
 #include "output/json_output.h"
 #include "output/table.h"
+#include "text/entities.h"
 
 namespace quilp {
 namespace {
@@ -62,11 +63,14 @@ bool isRepeated(const Kind& kind, std::string_view name) {
   return false;
 }
 
+/// The text of an element. A site's text may hold character references.
+std::string valueOf(pugi::xml_node element) { return libquilp::decoded(element.child_value()); }
+
 Json::Value jsonOfElement(const Kind& kind, pugi::xml_node element) {
   const bool isRecord =
       element.find_child([](pugi::xml_node child) { return child.type() == pugi::node_element; });
   if (!isRecord) {
-    return jsonText(element.child_value());
+    return jsonText(valueOf(element));
   }
   Json::Value value(Json::objectValue);
   if (const pugi::xml_attribute rank = element.attribute("rank")) {
@@ -99,7 +103,7 @@ std::string cell(pugi::xml_node entry, const std::string& column) {
   if (column == "rank") {
     return entry.attribute("rank").value();
   }
-  return column == entry.name() ? entry.child_value() : entry.child_value(column.c_str());
+  return valueOf(column == entry.name() ? entry : entry.child(column.c_str()));
 }
 
 bool printEntries(const Document& document) {
@@ -120,10 +124,10 @@ bool printEntries(const Document& document) {
 
 bool printRecord(const Document& document) {
   for (const pugi::xml_node element : document.root().children()) {
-    const std::string role = element.child_value("role");
-    std::string value = element.child_value("name");
+    const std::string role = valueOf(element.child("role"));
+    std::string value = valueOf(element.child("name"));
     if (value.empty()) {
-      value = element.child_value();
+      value = valueOf(element);
     } else if (!role.empty()) {
       value.append(" as ").append(role);
     }

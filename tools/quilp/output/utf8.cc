@@ -88,18 +88,26 @@ std::size_t columnsOf(std::string_view text) {
 }
 
 std::string fitted(const std::string& text, std::size_t columns) {
-  if (columnsOf(text) <= columns) {
+  const std::size_t all = columnsOf(text);
+  if (all <= columns) {
     return text;
   }
+  const std::size_t room = columns > 0 ? columns - 1 : 0;  // beside the ellipsis
+  const std::size_t endsAt = room - room / 2;
+  const std::size_t goesOnAt = all - room / 2;
   std::string start;
-  std::size_t used = 1;  // the ellipsis
-  bool full = false;
+  std::string end;
+  std::size_t at = 0;
   forEachCharacter(text, [&](std::string_view character) {
-    used += widthOf(character);
-    full = full || used > columns;
-    start += full ? "" : character;
+    const std::size_t next = at + widthOf(character);
+    if (next <= endsAt) {
+      start += character;
+    } else if (at >= goesOnAt) {
+      end += character;
+    }
+    at = next;
   });
-  return start + "…";
+  return start + "…" + end;
 }
 
 }  // namespace quilp

@@ -15,7 +15,7 @@ std::string lineText(std::string_view bytes);
 /// How many columns of a terminal a text of lineText takes.
 std::size_t columnsOf(std::string_view text);
 
-/// As much of a text of lineText as `columns` hold; "…" tells that there was more.
+/// A text of lineText, or as much of its start and its end as `columns` hold with "…" between.
 std::string fitted(const std::string& text, std::size_t columns);
 
 }  // namespace quilp

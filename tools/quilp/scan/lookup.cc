@@ -7,6 +7,7 @@
 
 #include "libquilp.h"
 #include "plugin/registry.h"
+#include "text/entities.h"
 
 namespace quilp {
 namespace {
@@ -24,12 +25,15 @@ struct Answer {
 
 std::string orNothing(const char* text) { return text != nullptr ? text : ""; }
 
+/// A site's title may hold character references.
+std::string titleOf(const char* text) { return libquilp::decoded(orNothing(text)); }
+
 Match matchOf(const velMovie_& movie) {
-  return {orNothing(movie.title), orNothing(movie.year), orNothing(movie.id)};
+  return {titleOf(movie.title), orNothing(movie.year), orNothing(movie.id)};
 }
 
 Match matchOf(const velTVShow& show) {
-  return {orNothing(show.title), orNothing(show.first_air_date).substr(0, 4), orNothing(show.id)};
+  return {titleOf(show.title), orNothing(show.first_air_date).substr(0, 4), orNothing(show.id)};
 }
 
 /// `search(&records, &error)` as the library's searches are; `release` frees what it gave. The

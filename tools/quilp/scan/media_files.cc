@@ -57,10 +57,20 @@ void walk(const fs::path& folder, MediaType type, MediaFiles& files) {
 
 }  // namespace
 
-MediaFiles mediaFilesOf(const std::string& folder, MediaType type) {
-  static_cast<void>(fs::directory_iterator(folder));
+MediaFiles mediaFilesOf(const std::vector<std::string>& paths, MediaType type) {
   MediaFiles files;
-  walk(folder, type, files);
+  for (const std::string& path : paths) {
+    std::error_code error;
+    const std::size_t failures = files.failures.size();
+    if (fs::is_directory(path, error)) {
+      walk(path, type, files);
+    } else if (!error && fs::exists(path)) {
+      files.paths.push_back(path);
+    } else {
+      files.failures.push_back(path + ": " + error.message());
+    }
+    files.nothingRead = files.nothingRead && files.failures.size() > failures;
+  }
   return files;
 }
 

@@ -3,6 +3,7 @@
 #include <json/value.h>
 #include <json/writer.h>
 
+#include <filesystem>
 #include <initializer_list>
 #include <iostream>
 #include <string_view>
@@ -16,13 +17,17 @@ namespace {
 
 class TableWriter : public RowWriter {
  public:
+  explicit TableWriter(const std::string& folder) : folder_(folder) {}
   bool add(const ScanRow& row) override {
-    table_.addRow({row.file, row.keyword, row.match, row.year, row.id});
+    const std::filesystem::path file = row.file;
+    table_.addRow({folder_.empty() || file == folder_ ? file : file.lexically_relative(folder_),
+                   row.keyword, row.match, row.year, row.id});
     return true;
   }
   bool end() override { return table_.print(); }
 
  private:
+  const std::filesystem::path folder_;
   Table table_{{"file", "keyword", "match", "year", "id"}};
 };
 
@@ -84,14 +89,14 @@ class JsonWriter : public RowWriter {
 
 }  // namespace
 
-std::unique_ptr<RowWriter> makeRowWriter(Format format) {
+std::unique_ptr<RowWriter> makeRowWriter(Format format, const std::string& folder) {
   switch (format) {
     case Format::kCsv:
       return std::make_unique<CsvWriter>();
     case Format::kJson:
       return std::make_unique<JsonWriter>();
     default:
-      return std::make_unique<TableWriter>();
+      return std::make_unique<TableWriter>(folder);
   }
 }
 

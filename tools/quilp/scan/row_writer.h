@@ -17,6 +17,7 @@ class RowWriter {
   virtual bool end() = 0;
 };
 
-std::unique_ptr<RowWriter> makeRowWriter(Format format);
+/// A table has the files' paths relative to `folder`, where one is given.
+std::unique_ptr<RowWriter> makeRowWriter(Format format, const std::string& folder);
 
 }  // namespace quilp

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -37,7 +36,8 @@ class Scan {
         rows_(files_.size()),
         journal_(request.journal, std::to_string(static_cast<int>(request.type)) + '/' +
                                       std::to_string(request.candidates)),
-        writer_(makeRowWriter(request.format)) {}
+        writer_(makeRowWriter(request.format,
+                              request.paths.size() == 1 ? request.paths.front() : "")) {}
 
   void run() {
     std::vector<std::thread> threads;
@@ -114,12 +114,9 @@ class Scan {
 }  // namespace
 
 ScanOutcome scan(const ScanRequest& request) {
-  MediaFiles files;
-  try {
-    files = mediaFilesOf(request.folder, request.type);
-  } catch (const std::filesystem::filesystem_error& error) {
-    throw std::runtime_error("cannot read " + lineText(request.folder) + ": " +
-                             error.code().message());
+  MediaFiles files = mediaFilesOf(request.paths, request.type);
+  if (request.paths.size() == 1 && files.nothingRead) {
+    throw std::runtime_error("cannot read " + files.failures.front());
   }
   for (const std::string& failure : files.failures) {
     std::fprintf(stderr, "quilp: %s\n", lineText(failure).c_str());

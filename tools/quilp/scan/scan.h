@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "output/format.h"
 #include "scan/media_files.h"
@@ -8,7 +9,7 @@
 namespace quilp {
 
 struct ScanRequest {
-  std::string folder;
+  std::vector<std::string> paths;  // of folders and files
   MediaType type = MediaType::kMovie;
   Format format = Format::kTable;
   int jobs = 1;
@@ -21,8 +22,8 @@ struct ScanOutcome {
   bool foundNothing;
 };
 
-/// Looks the media files of a folder up and prints a row for each. Throws std::runtime_error when
-/// the folder cannot be read, or something cannot be written.
+/// Looks media files up and prints a row for each. Throws std::runtime_error when the only path
+/// cannot be read, or something cannot be written.
 ScanOutcome scan(const ScanRequest& request);
 
 }  // namespace quilp
