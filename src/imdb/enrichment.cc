@@ -21,24 +21,26 @@ void copyCut(char (&buffer)[N], std::string_view text) {
 
 }  // namespace
 
-void enrichFromTitlePage(MovieWorkRecord& record, const char* reference) {
+void* enrichFromTitlePage(void* work) {
+  auto& record = *static_cast<MovieWorkRecord*>(work);
   if (record.id[0] == '\0') {
-    return;
+    return nullptr;
   }
   try {
-    const PipeCollector summaryPipe;
-    const auto page = fetchThroughPipe(titleAddress(record.id, reference));
-    if (!page) {
-      return;
+    const auto page =
+        fetchThroughPipe(titleAddress(record.id, record.reference), *record.context);
+    if (page) {
+      copyCut(record.image, posterOf(*page).value_or(""));
+      copyCut(record.outline, fetchOutline(*page, record.id, *record.context).value_or(""));
     }
-    copyCut(record.image, posterOf(*page).value_or(""));
-    copyCut(record.outline, decodedOutline(*page, record.id).value_or(""));
   } catch (const std::exception&) {
     // What was found so far stays.
   }
+  return nullptr;
 }
 
-Enrichment::Enrichment(int n, ThreadBody body) : n_(n), body_(body), work_(inFrame_) {
+Enrichment::Enrichment(int n, const char* reference, const Context& context, ThreadBody body)
+    : n_(n), reference_(reference), context_(context), body_(body), work_(inFrame_) {
   const auto size = static_cast<std::size_t>(n);
   if (n > kInFrame) {
     onHeap_.reset(new Work[size]);
@@ -55,7 +57,9 @@ Enrichment::~Enrichment() {
 
 void Enrichment::start(int i, const char* id) {
   Work& work = work_[i];
-  copyCut(work.record.id, id != nullptr ? id : "");
+  copyCut(work.record.id, orEmpty(id));
+  work.record.reference = reference_;
+  work.record.context = &context_;
   work.running = pthread_create(&work.thread, nullptr, body_, &work.record) == 0;
   if (!work.running) {
     body_(&work.record);

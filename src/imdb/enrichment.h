@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "plugin/files.h"
+#include "plugin/observer.h"
 
 namespace libquilp {
 
@@ -13,18 +14,21 @@ struct MovieWorkRecord {
   char id[64];
   char image[2048];
   char outline[2048];
+  const char* reference;  // see titleAddress
+  const Context* context;
 };
 
 using ThreadBody = void* (*)(void*);
 
-/// Fills a record from its title page; `reference` ends the page's address. An empty identifier is
-/// not fetched. No error is thrown: a thread has nobody to catch it.
-void enrichFromTitlePage(MovieWorkRecord& record, const char* reference);
+/// The body of each enrichment thread: fills a MovieWorkRecord from its title page and returns null.
+/// An empty identifier is not fetched. Throws nothing: nothing catches it in a thread.
+void* enrichFromTitlePage(void* record);
 
-/// Fans out over work records of its own, one thread each, and joins them in order.
+/// Runs a thread for each of its own work records and joins them in order.
 class Enrichment {
  public:
-  Enrichment(int n, ThreadBody body);
+  Enrichment(int n, const char* reference, const Context& context,
+             ThreadBody body = &enrichFromTitlePage);
   /// Joins what still runs: the calling thread may have been cancelled.
   ~Enrichment();
   Enrichment(const Enrichment&) = delete;
@@ -44,6 +48,8 @@ class Enrichment {
   static constexpr int kInFrame = 4;
 
   int n_;
+  const char* reference_;
+  Context context_;
   ThreadBody body_;
   Work inFrame_[kInFrame];
   std::unique_ptr<Work[]> onHeap_;
@@ -53,11 +59,11 @@ class Enrichment {
 /// Gives every record the poster address and the outline of its title page.
 template <class Record>
 void enrich(Record* records, int n, char* Record::*id, char* Record::*image, char* Record::*outline,
-            ThreadBody body) {
+            const char* reference, const Context& context) {
   if (n < 1) {
     return;
   }
-  Enrichment enrichment(n, body);
+  Enrichment enrichment(n, reference, context);
   for (int i = 0; i < n; ++i) {
     enrichment.start(i, records[i].*id);
   }

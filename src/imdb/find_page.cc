@@ -20,13 +20,13 @@ Cut titleOf(std::string_view row) {
   if (linkEnd == std::string_view::npos) {
     return {};
   }
-  // Without a ">" of its own the link is taken to start behind "</a>": the count wraps around then,
+  // Without a ">" of its own the link is taken to start after "</a>": the count wraps around then,
   // and the title is the rest of the row.
   const std::size_t start = text.find('>') + 1;
   return cutAt(text, start, linkEnd - start);
 }
 
-// The first group in parentheses behind the link that is a number or empty: not "(I)", not a kind.
+// The first group in parentheses after the link that is a number or empty: not "(I)", not a kind.
 Cut dateOf(std::string_view row) {
   Cutter cell(row);
   if (!cell.past(kResultCell) || !contains(cell.rest(), "</td>") || !cell.past("</a>")) {

@@ -51,8 +51,8 @@ void readCast(std::string_view page, std::vector<std::string>& names,
     const std::size_t start = row->find(kName) + kName.size();
     const std::size_t end = row->find(kNameEnd, start);
     names.emplace_back(cutAt(*row, start, end - start));
-    Cutter behind(row->substr(std::min(end, row->size())));
-    const Cut cell = behind.between("<td class=\"character\">", "</td>");
+    Cutter afterName(row->substr(std::min(end, row->size())));
+    const Cut cell = afterName.between("<td class=\"character\">", "</td>");
     auto role = trimmed(cell ? roleOf(*cell) : Cut());
     if (!role) {
       continue;

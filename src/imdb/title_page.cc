@@ -35,6 +35,11 @@ bool hasLink(std::string_view text) {
   return start != std::string_view::npos && text.find('>', start) != std::string_view::npos;
 }
 
+std::string& cleaned(std::string& text) {
+  removeAll(text, '\n');
+  return removeEmptyChar(text);
+}
+
 }  // namespace
 
 std::string titleAddress(const std::string& id, const char* reference) {
@@ -46,23 +51,9 @@ Cut posterOf(std::string_view page) {
   return Cutter(page).between("<link rel='image_src' href=\"", "\">");
 }
 
-// <p class="plotSummary">PARAGRAPH</p>
-std::string imdbGetPlotSummary(const char* id) {
-  const auto page = fetchLeavingPipe(std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary");
-  if (!page) {
-    return {};
-  }
-  const Cut summary = Cutter(*page).between("class=\"plotSummary\">", "</p>");
-  if (!summary ||
-      contains(*summary, "It looks like we don't have any Plot Summary for this title yet.")) {
-    return {};
-  }
-  return std::string(*summary);
-}
-
 // <div class="summary_text" itemprop="description">
 //   OUTLINE <a href="/title/ID/plotsummary?…">See full summary</a>&nbsp;&raquo; </div>
-std::string imdbExtractOutline(const std::string& page, const char* id) {
+Outline imdbExtractOutline(std::string_view page) {
   const Cut summary =
       Cutter(page).between("<div class=\"summary_text\" itemprop=\"description\">", "</div>");
   if (!summary) {
@@ -73,25 +64,45 @@ std::string imdbExtractOutline(const std::string& page, const char* id) {
     removeLinkStarts(text);
     removeAll(text, "</a>");
     if (contains(text, "Add a Plot")) {
-      text.clear();
-    } else if (contains(text, "See full summary")) {
-      text = imdbGetPlotSummary(id);
-    } else {
-      text.resize(std::min(text.size(), text.find("See full synopsis")));
+      return {};
     }
+    if (contains(text, "See full summary")) {
+      return {{}, true};
+    }
+    text.resize(std::min(text.size(), text.find("See full synopsis")));
   } else if (contains(text, "Plot is unknown") || contains(text, "The plot is unknown")) {
-    text.clear();
-  }
-  removeAll(text, '\n');
-  return removeEmptyChar(text);
-}
-
-std::optional<std::string> decodedOutline(const std::string& page, const char* id) {
-  const std::string outline = imdbExtractOutline(page, id);
-  if (outline.find_first_not_of(' ') == std::string::npos) {
     return {};
   }
-  return decoded(outline);
+  return {cleaned(text)};
+}
+
+// <p class="plotSummary">PARAGRAPH</p>
+std::string plotSummaryOf(std::string_view page) {
+  const Cut summary = Cutter(page).between("class=\"plotSummary\">", "</p>");
+  if (!summary ||
+      contains(*summary, "It looks like we don't have any Plot Summary for this title yet.")) {
+    return {};
+  }
+  return std::string(*summary);
+}
+
+std::string imdbGetPlotSummary(const char* id, const Context& context) {
+  const auto page = fetchThroughPipe(
+      std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary", context);
+  return page ? plotSummaryOf(*page) : std::string();
+}
+
+std::optional<std::string> fetchOutline(std::string_view page, const char* id,
+                                        const Context& context) {
+  Outline outline = imdbExtractOutline(page);
+  if (outline.isOnSummaryPage) {
+    std::string summary = imdbGetPlotSummary(id, context);
+    outline.text = cleaned(summary);
+  }
+  if (outline.text.find_first_not_of(' ') == std::string::npos) {
+    return {};
+  }
+  return decoded(outline.text);
 }
 
 }  // namespace libquilp

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
+#include "imdb/enrichment.h"
 #include "imdb/find_page.h"
 #include "plugin/page_fetch.h"
-#include "plugin/record_table.h"
+#include "plugin/records.h"
 
 namespace libquilp {
 
@@ -12,45 +14,54 @@ namespace libquilp {
 template <class Record>
 struct TitleSearch {
   PageFile& file;
+  const char* reference;  // of the title pages
   char* Record::*id;
   char* Record::*title;
   char* Record::*date;
-  void (*enrich)(Record**, int);
+  char* Record::*image;
+  char* Record::*outline;
   void (*release)(Record*, int);
 };
 
 /// Fills records from the rows of a find page. The first row is taken before `count` is looked at.
 template <class Record>
-void readFindPage(std::string_view page, const TitleSearch<Record>& search, int count,
-                  RecordArray<Record>& records) {
+RecordArray<Record> readFindPage(std::string_view page, const TitleSearch<Record>& search,
+                                 int count) {
+  RecordArray<Record> records(search.release, count);
   FindPage rows(page);
   FindRow row;
-  while ((records.count() == 0 || records.count() < count) && rows.next(row)) {
+  while (records && (records.count() == 0 || records.count() < count) && rows.next(row)) {
     Record& record = records.add();
     record.*search.id = duplicate(row.id);
     record.*search.title = duplicate(row.title);
     record.*search.date = duplicate(row.date);
   }
+  return records;
 }
 
-/// Fetches a find page and returns the number of records, enriched, in an array for the caller. A
-/// page without results, or one that cannot be read, gives 1: an empty record.
+/// Fetches a find page and gives its records, enriched. A page without results, or one that cannot
+/// be read, gives an empty record.
 template <class Record>
-int searchTitles(const TitleSearch<Record>& search, const std::string& address, int count,
-                 Record** records) {
-  const FilePage page = fetchToFile(address, search.file);
+Found<Record> searchTitles(const TitleSearch<Record>& search, const std::string& address,
+                           int count, const Context& context) {
+  const FilePage page = fetchToFile(address, search.file, context);
   if (page.status != 0) {
-    return 0;
+    return {};
   }
-  RecordArray<Record> array(search.release, count);
-  if (array && (!page.text || saysNoResults(*page.text))) {
-    array.add();
-  } else if (array) {
-    readFindPage(*page.text, search, count, array);
-    Record* first = array.data();
-    search.enrich(&first, array.count());
+  if (!page.text || saysNoResults(*page.text)) {
+    RecordArray<Record> empty(search.release, count);
+    if (empty) {
+      empty.add();
+    }
+    Found<Record> found(std::move(empty));
+    found.reason = page.text ? Reason::kNothingFound : Reason::kUnknownPage;
+    return found;
   }
-  return array.giveTo(records);
+  Found<Record> found(readFindPage(*page.text, search, count));
+  enrich(found.records.data(), found.count, search.id, search.image, search.outline,
+         search.reference, context);
+  found.reason = found.count > 0 ? Reason::kOk : Reason::kUnknownPage;
+  return found;
 }
 
 }  // namespace libquilp

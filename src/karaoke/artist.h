@@ -6,7 +6,7 @@ namespace libquilp {
 /// stored, when there is none.
 int getGender(const unsigned char* text, int* length);
 
-/// Looks for the next separator: 0, and the offset behind it stored; 1 when there is none.
+/// Looks for the next separator: 0, and the offset after it stored; 1 when there is none.
 int skipToNextArtist(const unsigned char* text, int* length);
 
 }  // namespace libquilp

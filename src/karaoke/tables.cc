@@ -2,7 +2,7 @@
 
 #include "libquilp.h"
 
-// The layouts cross the library's border.
+// The layouts cross the boundary of the library.
 constexpr std::size_t kWord = sizeof(char*);
 static_assert(sizeof(KaraokeLanguageEntry) == (kWord == 8 ? 7 : 8) * kWord,
               "KaraokeLanguageEntry has changed");

@@ -1,8 +1,7 @@
 #include "movie/details.h"
 
-#include <new>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "imdb/title_page.h"
 #include "plugin/files.h"
@@ -53,7 +52,7 @@ Cut ratingOf(std::string_view page) {
 }
 
 // <h5>Plot:</h5><div class="info-content">TEXT | <a class="tn15more" href="…">See more</a> …</div>
-std::string plotOf(std::string_view block, const char* id) {
+std::string plotOf(std::string_view block, MovieLinks& links) {
   const std::string_view content = "<div class=\"info-content\">";
   const std::size_t start = block.find(content);
   const std::size_t link = block.find("<a class", start);
@@ -68,17 +67,24 @@ std::string plotOf(std::string_view block, const char* id) {
     if (contains(trailing, "Add a Plot")) {
       text.clear();
     } else if (contains(trailing, "See more") || contains(trailing, "Full summary")) {
-      text = imdbGetPlotSummary(id);
+      links.plotSummary = true;
+      return {};
     }
   }
+  return text;
+}
+
+void setPlot(std::string text, velMovieInfo_& info) {
   const std::size_t lineEnd = text.find('\n');
   if (lineEnd != std::string::npos) {
     text.erase(lineEnd, 1);
   }
-  return decoded(removeEmptyChar(text));
+  const std::string plot = decoded(removeEmptyChar(text));
+  info.plot = duplicate(plot);
+  info.outline = duplicate(plot);
 }
 
-void readPlot(std::string_view page, const char* id, velMovieInfo_& info) {
+void readPlot(std::string_view page, velMovieInfo_& info, MovieLinks& links) {
   info.outline = info.plot = nullptr;
   const std::string_view heading = "<h5>Plot";
   const std::size_t start = page.find(heading);
@@ -87,10 +93,11 @@ void readPlot(std::string_view page, const char* id, velMovieInfo_& info) {
   }
   // The block ends six bytes before the "</div>"; the count of a shorter one wraps around.
   const std::size_t end = page.find("</div>", start);
-  const std::string plot =
-      plotOf(cutAt(page, start + heading.size(), end - start - heading.size() - 6), id);
-  info.plot = duplicate(plot);
-  info.outline = duplicate(plot);
+  std::string plot =
+      plotOf(cutAt(page, start + heading.size(), end - start - heading.size() - 6), links);
+  if (!links.plotSummary) {
+    setPlot(std::move(plot), info);
+  }
 }
 
 Cut companyOf(std::string_view page) {
@@ -117,18 +124,6 @@ Cut photoPathOf(std::string_view page) {
   const Cut block = Cutter(page).betweenOrRest("<div class=\"photo\">", "</div>");
   return block ? Cutter(*block).betweenOrRest("<a name=\"poster\" href=\"", "\"") : Cut();
 }
-
-char* fetchPoster(std::string_view page) {
-  const Cut path = photoPathOf(page);
-  if (!path || !isSitePath(*path)) {
-    return nullptr;
-  }
-  const FilePage photo =
-      fetchToFile(std::string(IMDB_AKAS_BASE).append(*path).append("/"), moviePhotoPage);
-  return photo.text ? duplicate(primaryImageOf(*photo.text)) : nullptr;
-}
-
-using Strings = std::vector<std::string>;
 
 /// The section from its heading up to "</div>"; empty when it is missing.
 Cutter sectionOf(std::string_view page, std::string_view heading) {
@@ -168,7 +163,7 @@ void readCast(std::string_view page, velMovieInfo_& info) {
   Cutter cast(Cutter(page)
                   .betweenOrRest("<h3>Cast</h3>", "<form action=\"/character/create\"")
                   .value_or(""));
-  bool cellsLeft = true;  // without it, every actor behind the last cell would look to the end
+  bool cellsLeft = true;  // without it, every actor after the last cell would look to the end
   while (cast.past(".src='/rg/castlist/position-")) {
     const Cut actor = cast.betweenOrRest("/';\">", "</a>");
     if (!actor) {
@@ -206,31 +201,38 @@ Cut primaryImageOf(std::string_view page) {
   return tag ? Cutter(*tag).betweenOrRest("src=\"", "\"") : Cut();
 }
 
-void readCombinedPage(std::string_view page, const char* id, velMovieInfo_& info) {
+MovieLinks readCombinedPage(std::string_view page, const char* id, velMovieInfo_& info) {
+  MovieLinks links;
   readTitle(page, id, info);
   info.rating = duplicate(ratingOf(page));
-  readPlot(page, id, info);
+  readPlot(page, info, links);
   info.company = duplicate(companyOf(page));
   info.mpaa = duplicate(certificateOf(page));
-  info.poster = fetchPoster(page);
+  info.poster = nullptr;
+  links.photoPath = photoPathOf(page);
   info.country = countriesOf(page);
   readCast(page, info);
   info.genre = genresOf(page);
   info.director = directorsOf(page);
+  return links;
+}
+
+Outcome fetchMovie(const char* id, const Context& context, velMovieInfo_& info) {
+  const FilePage page =
+      fetchToFile(std::string(IMDB_AKAS_BASE) + "/title/" + id + "/combined", movieInfoPage, context);
+  if (!page.text) {
+    return {page.status};
+  }
+  const MovieLinks links = readCombinedPage(*page.text, id, info);
+  if (links.plotSummary) {
+    setPlot(imdbGetPlotSummary(id, context), info);
+  }
+  if (links.photoPath && isSitePath(*links.photoPath)) {
+    const FilePage photo = fetchToFile(
+        std::string(IMDB_AKAS_BASE).append(*links.photoPath).append("/"), moviePhotoPage, context);
+    info.poster = photo.text ? duplicate(primaryImageOf(*photo.text)) : nullptr;
+  }
+  return {page.status};
 }
 
 }  // namespace libquilp
-
-int imdbGetMovieInfo(const char* id, velMovieInfo_* info) try {
-  using namespace libquilp;
-  id = orEmpty(id);
-  const FilePage page =
-      fetchToFile(std::string(IMDB_AKAS_BASE) + "/title/" + id + "/combined", movieInfoPage);
-  if (page.text) {
-    const PipeCollector summaryPipe;
-    readCombinedPage(*page.text, id, *info);
-  }
-  return page.status;
-} catch (const std::bad_alloc&) {
-  return 1;
-}

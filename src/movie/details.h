@@ -1,17 +1,30 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "libquilp.h"
+#include "plugin/observer.h"
+#include "plugin/records.h"
 #include "text/cutter.h"
 
 namespace libquilp {
 
-/// Fills the record from a title's combined page and the photo page it leads to. Throws
-/// std::out_of_range for a plot section without a closing link.
-void readCombinedPage(std::string_view page, const char* id, velMovieInfo_& info);
+/// What a combined page leaves to other pages.
+struct MovieLinks {
+  bool plotSummary = false;  // the plot stands on the plot-summary page
+  Cut photoPath;             // of the page that holds the poster
+};
+
+/// Fills the record from a title's combined page and returns what must be fetched for the rest.
+/// Throws std::out_of_range for a plot section without a closing link.
+MovieLinks readCombinedPage(std::string_view page, const char* id, velMovieInfo_& info);
 
 /// Address of the poster on a photo page.
 Cut primaryImageOf(std::string_view page);
+
+/// The built-in scraper. The text fields are null before; a page that cannot be fetched leaves the
+/// record untouched. The outcome has curl's exit status. Throws as readCombinedPage.
+Outcome fetchMovie(const char* id, const Context& context, velMovieInfo_& info);
 
 }  // namespace libquilp

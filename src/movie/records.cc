@@ -2,7 +2,9 @@
 
 #include <cstddef>
 
-// The layouts cross the library's border.
+#include "plugin/records.h"
+
+// The layouts cross the boundary of the library.
 static_assert(sizeof(velMovie_) == 5 * sizeof(char*), "velMovie_ has changed");
 static_assert(sizeof(velMovieInfo_) == 9 * sizeof(char*) + 5 * sizeof(std::vector<std::string>),
               "velMovieInfo_ has changed");
@@ -12,11 +14,11 @@ static_assert(offsetof(velMovieInfo_, mpaa) == 7 * sizeof(char*) &&
               "velMovieInfo_ has changed");
 
 void velFreeMovies(velMovie_* movies, int count) {
-  libquilp::freeRecords(libquilp::kMovieFields, movies, count);
+  libquilp::freeRecords<velMovie_>(libquilp::kMovieFields, movies, count);
 }
 
 void velFreeMovieInfo(velMovieInfo_* info) {
   if (info != nullptr) {
-    libquilp::freeTexts(libquilp::kMovieInfoFields, *info);
+    libquilp::freeTexts<velMovieInfo_>(libquilp::kMovieInfoFields, *info);
   }
 }

@@ -8,15 +8,15 @@ namespace libquilp {
 /// Both a list document's order and the printed one.
 inline constexpr Field<velMovie_> kMovieFields[] = {
     textField("url", &velMovie_::url),
-    textField("id", &velMovie_::id),
-    textField("title", &velMovie_::title),
+    required(textField("id", &velMovie_::id)),
+    required(textField("title", &velMovie_::title)),
     textField("year", &velMovie_::year),
     textField("outline", &velMovie_::outline, Missing::kLeftOut),
 };
 
 /// An add-on's document: its order decides what is filled when an actor without a role ends it.
 inline constexpr Field<velMovieInfo_> kMovieInfoFields[] = {
-    textField("title", &velMovieInfo_::title),
+    required(textField("title", &velMovieInfo_::title)),
     textField("year", &velMovieInfo_::year),
     textField("rating", &velMovieInfo_::rating),
     textField("id", &velMovieInfo_::id),

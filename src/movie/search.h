@@ -3,17 +3,18 @@
 #include <string_view>
 
 #include "libquilp.h"
-#include "plugin/record_table.h"
+#include "plugin/observer.h"
+#include "plugin/records.h"
 
 namespace libquilp {
 
-/// Gives `n` results the poster address and outline of their title pages, all fetched at a time.
-void TestGetOutLineAndImage(velMovie_** movies, int n);
+/// The built-in search, for a percent-encoded keyword.
+Found<velMovie_> searchMovies(const char* keyword, int count, const Context& context);
 
-/// The body of each of its threads: takes a MovieWorkRecord, returns null.
-void* imdbGetBasicMovieInfo(void* record);
+/// The same among the site's alternate titles.
+Found<velMovie_> searchAlternateTitles(const char* keyword, int count, const Context& context);
 
-/// Fills records from a page of the alternate search.
-void readAlternatePage(std::string_view page, int count, RecordArray<velMovie_>& movies);
+/// The records of a page of the alternate search.
+RecordArray<velMovie_> readAlternatePage(std::string_view page, int count);
 
 }  // namespace libquilp

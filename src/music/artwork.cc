@@ -4,7 +4,6 @@
 
 #include "music/json.h"
 #include "music/metadata.h"
-#include "music/records.h"
 #include "platform.h"
 #include "plugin/page_fetch.h"
 
@@ -12,45 +11,38 @@ namespace libquilp {
 namespace {
 
 /// Identifiers go into the address as they are.
-std::optional<Json::Value> fetchArtwork(const std::string& path) {
-  ServiceDocument document;
+std::optional<Json::Value> fetchArtwork(const std::string& path, const Context& context) {
+  ServiceDocument document(context);
   document.fetchOnce(std::string(FANART_WS_BASE) + "/v3/music/" + path +
                      "?api_key=0f1e2d3c4b5a69788796a5b4c3d2e1f0");
-  return readJson(document.path());
+  return readJson(document.path(), context);
 }
 
 }  // namespace
 
 // {"albums": {"ID": {"albumcover": [{"url": "URL"}, …], "cdart": [{"url": "URL"}, …]}}}
 // {"status": "error"}
-std::optional<std::string> coverOf(const char* id, CoverKind kind) {
-  if (id == nullptr) {
+std::string coverOf(const Json::Value& document, const char* id, CoverKind kind) {
+  if (text(member(document, "status")) == "error") {
     return "";
   }
-  const auto document = fetchArtwork(std::string("albums/") + id);
-  if (!document) {
-    return {};
-  }
-  if (text(member(*document, "status")) == "error") {
-    return "";
-  }
-  const Json::Value& album = member(member(*document, "albums"), id);
+  const Json::Value& album = member(member(document, "albums"), id);
   const Json::Value& front = element(member(album, "albumcover"), 0);
   const bool takesDisc = front.isNull() && kind == CoverKind::kFrontOrDisc;
   return text(member(takesDisc ? element(member(album, "cdart"), 0) : front, "url"));
 }
 
+std::optional<std::string> fetchCover(const char* id, CoverKind kind, const Context& context) {
+  if (id == nullptr) {
+    return "";
+  }
+  const auto document = fetchArtwork(std::string("albums/") + id, context);
+  return document ? std::optional<std::string>(coverOf(*document, id, kind)) : std::nullopt;
+}
+
 // {"artistbackground": [{"url": "URL"}, …]}
-int mbfGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs) {
-  const auto id = artistIdentifier(artist);
-  if (!id) {
-    return 0;
-  }
-  const auto document = fetchArtwork(*id);
-  if (!document) {
-    return 0;
-  }
-  const Json::Value& pictures = member(*document, "artistbackground");
+RecordArray<velThumb_> picturesOf(const Json::Value& document, int count) {
+  const Json::Value& pictures = member(document, "artistbackground");
   const int size = pictures.isArray() ? static_cast<int>(pictures.size()) : 0;
   const int n = std::max(0, std::min(size, count));
   RecordArray<velThumb_> array(&velFreeThumbs, n);
@@ -58,7 +50,21 @@ int mbfGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs) {
     const Json::Value& picture = element(pictures, static_cast<Json::ArrayIndex>(i));
     array.add().url = SafeStrdup(text(member(picture, "url")).c_str());
   }
-  return array.giveTo(thumbs);
+  return array;
+}
+
+Found<velThumb_> fetchPictures(const char* artist, int count, const Context& context) {
+  const auto id = fetchArtistIdentifier(artist, context);
+  if (!id) {
+    return {};
+  }
+  const auto document = fetchArtwork(*id, context);
+  if (!document) {
+    Found<velThumb_> none;
+    none.reason = Reason::kUnknownPage;
+    return none;
+  }
+  return Found<velThumb_>(picturesOf(*document, count));
 }
 
 }  // namespace libquilp

@@ -1,20 +1,30 @@
 #pragma once
 
+#include <json/value.h>
+
 #include <optional>
 #include <string>
 
 #include "libquilp.h"
+#include "plugin/observer.h"
+#include "plugin/records.h"
 
 namespace libquilp {
 
 /// Which pictures of an album will do.
 enum class CoverKind { kFront, kFrontOrDisc };
 
-/// Address of an album's cover; empty when the service has none, and none when its answer cannot be
-/// parsed. Without an identifier (null) nothing is asked for.
-std::optional<std::string> coverOf(const char* id, CoverKind kind);
+/// Fetches the artwork of an album and gives the address of its cover; empty when the service has
+/// none, and none when its answer cannot be parsed. Without an identifier (null) nothing is fetched.
+std::optional<std::string> fetchCover(const char* id, CoverKind kind, const Context& context);
 
-/// Lists the backgrounds that the service has for an artist.
-int mbfGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs);
+/// The address of a cover in an album's artwork document; empty when there is none.
+std::string coverOf(const Json::Value& document, const char* id, CoverKind kind);
+
+/// The backgrounds in an artist's artwork document, at most `count`.
+RecordArray<velThumb_> picturesOf(const Json::Value& document, int count);
+
+/// The built-in lookup of the backgrounds that the service has for an artist.
+Found<velThumb_> fetchPictures(const char* artist, int count, const Context& context);
 
 }  // namespace libquilp

@@ -2,7 +2,6 @@
 
 #include <json/reader.h>
 
-#include <cstdio>
 #include <exception>
 
 #include "plugin/files.h"
@@ -29,10 +28,10 @@ std::optional<std::string> parse(const char* path, Json::Value& root) {
 
 }  // namespace
 
-std::optional<Json::Value> readJson(const char* path) {
+std::optional<Json::Value> readJson(const char* path, const Context& context) {
   Json::Value root;
   if (const auto messages = parse(path, root)) {
-    std::fprintf(stderr, "Failed to parse configuration\n%s", messages->c_str());
+    context.tell("Failed to parse configuration\n" + *messages);
     return {};
   }
   return root;

@@ -5,13 +5,15 @@
 #include <optional>
 #include <string>
 
+#include "plugin/observer.h"
+
 // Documents of the artwork service. What has not the expected shape counts as missing: nothing is
 // thrown.
 
 namespace libquilp {
 
-/// The document in a file; none when it cannot be parsed, which is told on standard error.
-std::optional<Json::Value> readJson(const char* path);
+/// The document in a file; none when it cannot be parsed, which `context` is told.
+std::optional<Json::Value> readJson(const char* path, const Context& context);
 
 /// A member of an object; null when there is none, or when `value` is no object.
 const Json::Value& member(const Json::Value& value, const std::string& name);

@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "music/artwork.h"
-#include "music/records.h"
 #include "platform.h"
 #include "plugin/page_fetch.h"
 #include "text/removal.h"
@@ -56,37 +56,40 @@ ReleaseGroup attributesOf(const XMLNode& node) {
   return group;
 }
 
-}  // namespace
-
 // <metadata><artist-list><artist id="ID" …>…</artist>…</artist-list></metadata>
-std::optional<std::string> artistIdentifier(const char* artist) {
-  ServiceDocument document;
-  if (!document.fetch(address("/ws/2/artist/?query=" + phrase(artist)))) {
-    return {};
-  }
-  const XMLNode list = listIn(document, "artist-list");
-  const char* id = firstAttribute(list.getChildNode(0));
-  if (list.nChildNode("artist") == 0 || id == nullptr) {
+std::optional<std::string> artistIdentifierOf(const XMLNode& artistList) {
+  const char* id = firstAttribute(artistList.getChildNode(0));
+  if (artistList.nChildNode("artist") == 0 || id == nullptr) {
     return {};
   }
   return id;
 }
 
+}  // namespace
+
+std::optional<std::string> fetchArtistIdentifier(const char* artist, const Context& context) {
+  ServiceDocument document(context);
+  if (!document.fetch(address("/ws/2/artist/?query=" + phrase(artist)))) {
+    return {};
+  }
+  return artistIdentifierOf(listIn(document, "artist-list"));
+}
+
 // <metadata><release-group-list>
 //   <release-group id="ID" type="Album">
 //     <title>NAME</title><first-release-date>DATE</first-release-date></release-group>…
-AlbumListing listAlbums(const char* artist, int count, velAlbum_** albums) {
-  const auto id = artistIdentifier(artist);
+Found<velAlbum_> listAlbums(const char* artist, int count, const Context& context) {
+  const auto id = fetchArtistIdentifier(artist, context);
   if (!id) {
-    return {0, 0};
+    return {};
   }
-  ServiceDocument document;
+  ServiceDocument document(context);
   document.fetchOnce(
       address(std::string(kReleaseGroups) + "?artist=" + inQuery(*id) + "&type=album"));
   const XMLNode list = listIn(document, "release-group-list");
   const int size = list.nChildNode("release-group");
   if (size == 0) {
-    return {0, 0};
+    return {};
   }
   const int n = std::min(size, count);
   RecordArray<velAlbum_> array(&velFreeAlbums, n);
@@ -99,52 +102,50 @@ AlbumListing listAlbums(const char* artist, int count, velAlbum_** albums) {
     velAlbum_& album = array.add();
     album.name = SafeStrdup(node.getChildNode("title").getText(0));
     album.releasedate = SafeStrdup(orEmpty(node.getChildNode("first-release-date").getText(0)));
-    const auto cover = coverOf(group.id, CoverKind::kFrontOrDisc);
+    const auto cover = fetchCover(group.id, CoverKind::kFrontOrDisc, context);
     if (!cover) {
-      return {0, array.giveTo(albums)};
+      Found<velAlbum_> abandoned(std::move(array));
+      abandoned.count = 0;
+      abandoned.reason = Reason::kUnknownPage;
+      return abandoned;
     }
     album.image = SafeStrdup(cover->c_str());
   }
-  const int found = array.giveTo(albums);
-  return {found, found};
-}
-
-int mbfGetAlbumByArtist(const char* artist, int count, velAlbum_** albums) {
-  return listAlbums(artist, count, albums).found;
+  return Found<velAlbum_>(std::move(array));
 }
 
 // <metadata><release-group-list>
 //   <release-group id="ID" …><title>NAME</title>
 //     <artist-credit><name-credit><artist><name>ARTIST</name></artist></name-credit>…
-int mbfSearchAlbum(const char* album, const char* artist, int count, velAlbum_** albums) {
+Found<velAlbum_> searchAlbums(const char* album, const char* artist, int count,
+                              const Context& context) {
   const std::string byArtist = *artist != '\0' ? "+and+artist:" + phrase(artist) : "";
-  ServiceDocument document;
+  ServiceDocument document(context);
   if (!document.fetch(address(std::string(kReleaseGroups) + "/?query=" + phrase(album) + byArtist +
                               "&type=album"))) {
-    return 0;
+    return {};
   }
   const XMLNode list = listIn(document, "release-group-list");
   const int size = list.nChildNode("release-group");
   if (size == 0) {
-    return 0;
+    return {};
   }
   const int n = std::min(size, count);
   RecordArray<velAlbum_> array(&velFreeAlbums, n);
-  if (!array) {
-    return array.giveTo(albums);
-  }
   XMLNode node = list.getChildNode(0);
-  for (int i = 0; i < n; ++i, node = node.getNextNode()) {
+  for (int i = 0; array && i < n; ++i, node = node.getNextNode()) {
     velAlbum_& record = array.add();
     const XMLNode credit = node.getChildNode("artist-credit").getChildNode("name-credit");
     record.name = SafeStrdup(node.getChildNode("title").getText(0));
     record.artist = SafeStrdup(credit.getChildNode("artist").getChildNode("name").getText(0));
     record.releasedate = SafeStrdup("");  // not read here, on purpose
-    record.image =
-        SafeStrdup(coverOf(firstAttribute(node), CoverKind::kFront).value_or("").c_str());
+    record.image = SafeStrdup(
+        fetchCover(firstAttribute(node), CoverKind::kFront, context).value_or("").c_str());
   }
-  array.giveTo(albums);
-  return n;
+  const bool outOfMemory = !array;
+  Found<velAlbum_> found(std::move(array));
+  found.count = outOfMemory ? 0 : n;
+  return found;
 }
 
 }  // namespace libquilp

@@ -4,25 +4,22 @@
 #include <string>
 
 #include "libquilp.h"
+#include "plugin/observer.h"
+#include "plugin/records.h"
 
 namespace libquilp {
 
-/// The metadata service's identifier of an artist; none when it knows no such artist or is busy.
-std::optional<std::string> artistIdentifier(const char* artist);
+/// Fetches the metadata service's identifier of an artist; none when it knows no such artist or is
+/// overloaded.
+std::optional<std::string> fetchArtistIdentifier(const char* artist, const Context& context);
 
-/// Finds albums by title; an artist that is not empty narrows the search. Returns the number of
-/// records, and a `count` below 1 as it is.
-int mbfSearchAlbum(const char* album, const char* artist, int count, velAlbum_** albums);
+/// The built-in album search; an artist that is not empty narrows it. A caller is told a `count`
+/// below 1 as it is.
+Found<velAlbum_> searchAlbums(const char* album, const char* artist, int count,
+                              const Context& context);
 
-/// What listing an artist's albums gives.
-struct AlbumListing {
-  int found;   // the caller's result
-  int filled;  // records that hold strings: more than `found` where the listing was abandoned
-};
-AlbumListing listAlbums(const char* artist, int count, velAlbum_** albums);
-
-/// Lists the albums of an artist. An artwork document that cannot be parsed ends the listing with
-/// 0, although the array is stored and filled up to there.
-int mbfGetAlbumByArtist(const char* artist, int count, velAlbum_** albums);
+/// The built-in listing of an artist's albums. An artwork document that cannot be parsed ends it: a
+/// caller is told 0, although the array holds the records filled up to there.
+Found<velAlbum_> listAlbums(const char* artist, int count, const Context& context);
 
 }  // namespace libquilp

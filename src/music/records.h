@@ -7,7 +7,7 @@ namespace libquilp {
 
 /// An add-on's album search.
 inline constexpr Field<velAlbum_> kAlbumFields[] = {
-    textField("name", &velAlbum_::name),
+    required(textField("name", &velAlbum_::name)),
     textField("artist", &velAlbum_::artist),
     textField("releasedate", &velAlbum_::releasedate),
     textField("image", &velAlbum_::image),
@@ -23,7 +23,7 @@ inline constexpr Field<velAlbum_> kPrintedAlbumFields[] = {
 
 /// The albums of one artist, whose name is neither read nor printed.
 inline constexpr Field<velAlbum_> kArtistAlbumFields[] = {
-    textField("name", &velAlbum_::name),
+    required(textField("name", &velAlbum_::name)),
     textField("releasedate", &velAlbum_::releasedate),
     textField("image", &velAlbum_::image),
 };

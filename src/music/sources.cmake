@@ -1,5 +1,4 @@
 target_sources(quilp_objects PRIVATE
-  ${CMAKE_CURRENT_LIST_DIR}/api.cc
   ${CMAKE_CURRENT_LIST_DIR}/artwork.cc
   ${CMAKE_CURRENT_LIST_DIR}/json.cc
   ${CMAKE_CURRENT_LIST_DIR}/metadata.cc

@@ -17,6 +17,7 @@ namespace {
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
+using File = std::unique_ptr<std::FILE, CloseFile>;
 
 }  // namespace
 
@@ -28,28 +29,15 @@ CTmpFile::~CTmpFile() {
 
 void CTmpFile::choose() {
   std::strncpy(name_, kTemporaryName, sizeof name_ - 1);
-  // Only the name: an add-on or the client makes the file.
+  // Only the name: an add-on or curl creates the file.
   static_cast<void>(mktemp(name_));  // NOLINT(clang-analyzer-security.insecureAPI.mktemp)
-}
-
-int PrintFile(const char* path) {
-  std::FILE* file = isReadable(path) ? std::fopen(path, "r") : nullptr;
-  if (file == nullptr) {
-    return 1;
-  }
-  char piece[1024];
-  while (std::fgets(piece, sizeof piece, file) != nullptr) {
-    std::fputs(piece, stdout);
-  }
-  std::fclose(file);
-  return 0;
 }
 
 std::optional<std::string> readFile(const char* path) {
   if (!isReadable(path)) {
     return {};
   }
-  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
+  const File file(std::fopen(path, "r"));
   if (!file) {
     return {};
   }
@@ -59,6 +47,19 @@ std::optional<std::string> readFile(const char* path) {
     text.append(piece, size);
   }
   return std::ferror(file.get()) == 0 ? std::optional<std::string>(std::move(text)) : std::nullopt;
+}
+
+std::optional<std::string> readCopied(const char* path) {
+  const File file(isReadable(path) ? std::fopen(path, "r") : nullptr);
+  if (!file) {
+    return {};
+  }
+  std::string text;
+  char piece[1024];
+  while (std::fgets(piece, sizeof piece, file.get()) != nullptr) {
+    text += piece;
+  }
+  return text;
 }
 
 std::string readLines(std::FILE* stream) {

@@ -6,7 +6,7 @@
 
 namespace libquilp {
 
-/// The name of a temporary file that whoever is given it makes; the file goes with the object.
+/// Picks the name of a temporary file. Another program creates the file, the destructor removes it.
 class CTmpFile {
  public:
   CTmpFile() = default;
@@ -23,12 +23,12 @@ class CTmpFile {
   char name_[1024] = {};
 };
 
-/// Copies a text file to standard output; what follows a zero byte in a line is lost. 0, or 1 when
-/// it cannot be read.
-int PrintFile(const char* path);
-
 /// The whole file; none when it cannot be read.
 std::optional<std::string> readFile(const char* path);
+
+/// The file as the print functions copy it: what follows a zero byte in a line is lost. None when it
+/// cannot be read.
+std::optional<std::string> readCopied(const char* path);
 
 /// All that is left in a stream, read line by line in pieces: what follows a zero byte in a piece
 /// is not kept. Ends early beyond kReadLimit.

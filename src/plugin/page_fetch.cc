@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "plugin/fetch_report.h"
 #include "plugin/files.h"
 #include "readable.h"
 #include "text/cutter.h"
@@ -21,33 +22,34 @@ namespace {
 constexpr char kLimits[] = " -A Mozilla/5.0 --connect-timeout 15 --max-time 25";
 // What a shell answers to a command that it cannot read.
 constexpr int kUnreadableCommand = 2;
-// What the client answers when it cannot write a page.
+// What curl answers when it cannot write a page.
 constexpr int kUnwritablePage = 23;
+
+// What system() gives when it cannot start a shell.
+constexpr int kNotStarted = -1;
 
 struct ClosePipe {
   void operator()(std::FILE* pipe) const { pclose(pipe); }
 };
 using Pipe = std::unique_ptr<std::FILE, ClosePipe>;
 
-thread_local std::FILE* leftPipe;
-
 bool canBeQuoted(const std::string& address) {
   return address.find_first_of(std::string_view("'\0", 2)) == std::string::npos;
 }
 
-/// The client makes several addresses out of one with braces or brackets, unless it is told not to.
+/// curl makes several addresses out of one with braces or brackets, unless it is told not to.
 const char* globOption(const std::string& address) {
   return address.find_first_of("{}[]") != std::string::npos ? " -g" : "";
 }
 
-std::string clientCommand(const std::string& address) {
+std::string curlCommand(const std::string& address) {
   return std::string(kHttpClient) + globOption(address) + " -s -L '" + address + "'";
 }
 
 /// One word of a command.
 std::string quoted(const std::string& text) { return '\'' + replaced(text, '\'', "'\\''") + '\''; }
 
-/// Whether the client would write through what stands in the page's place: a link or a FIFO of a
+/// Whether curl would write through what stands in the page's place: a link or a FIFO of a
 /// stranger, which the host may not remove.
 bool isBlocked(const char* path) {
   struct stat status = {};
@@ -61,19 +63,20 @@ int exitStatus(int status) {
   return WIFSIGNALED(status) ? 1 : WEXITSTATUS(status);
 }
 
-Pipe openPipe(const std::string& address, const char* options) {
+std::optional<std::string> fetchPiped(const std::string& address, const char* options,
+                                      const Context& context) {
   if (!canBeQuoted(address)) {
     return {};
   }
+  FetchReport report(address, context);
   // "e": a program that another thread starts meanwhile does not inherit the pipe.
-  return Pipe(popen((clientCommand(address) + options).c_str(), "re"));
-}
-
-std::optional<std::string> readPipe(std::FILE* pipe) {
-  if (pipe == nullptr) {
+  Pipe pipe(popen((curlCommand(address) + options + report.option()).c_str(), "re"));
+  if (!pipe) {
+    report.finish(kNotStarted, {});
     return {};
   }
-  std::string page = readLines(pipe);
+  std::string page = readLines(pipe.get());
+  report.finish(exitStatus(pclose(pipe.release())), page);
   if (page.size() > kReadLimit) {
     return {};
   }
@@ -82,41 +85,34 @@ std::optional<std::string> readPipe(std::FILE* pipe) {
 
 }  // namespace
 
-FilePage fetchToFile(const std::string& address, PageFile& file) {
+FilePage fetchToFile(const std::string& address, PageFile& file, const Context& context) {
   if (!canBeQuoted(address)) {
     return {kUnreadableCommand, {}};
   }
+  FetchReport report(address, context);
   const std::string path = file.path;
-  const std::string command =
-      "rm -f " + path + ";" + clientCommand(address) + " -o " + path + kLimits;
+  const std::string command = "rm -f " + path + ";" + curlCommand(address) + " -o " + path +
+                              kLimits + report.option();
   const std::lock_guard<std::mutex> lock(file.inUse);
   if (isBlocked(file.path)) {
+    report.finish(kUnwritablePage, {});
     return {kUnwritablePage, {}};
   }
   const int status = exitStatus(std::system(command.c_str()));
-  if (status != 0) {
-    return {status, {}};
-  }
-  return {0, readFile(file.path)};
+  FilePage page = {status, status == 0 ? readFile(file.path) : std::nullopt};
+  report.finish(status, page.text ? *page.text : std::string_view());
+  return page;
 }
 
-std::optional<std::string> fetchThroughPipe(const std::string& address) {
-  return readPipe(openPipe(address, kLimits).get());
+std::optional<std::string> fetchThroughPipe(const std::string& address, const Context& context) {
+  return fetchPiped(address, kLimits, context);
 }
 
-std::optional<std::string> fetchWithoutLimits(const std::string& address) {
-  return readPipe(openPipe(address, "").get());
+std::optional<std::string> fetchWithoutLimits(const std::string& address, const Context& context) {
+  return fetchPiped(address, "", context);
 }
 
-std::optional<std::string> fetchLeavingPipe(const std::string& address) {
-  collectPipe();
-  leftPipe = openPipe(address, kLimits).release();
-  return readPipe(leftPipe);
-}
-
-void collectPipe() { Pipe(std::exchange(leftPipe, nullptr)); }
-
-ServiceDocument::ServiceDocument() {
+ServiceDocument::ServiceDocument(const Context& context) : context_(context) {
   headers_.choose();
   body_.choose();
 }
@@ -143,12 +139,16 @@ void ServiceDocument::fetchOnce(const std::string& address) {
   const std::string headers = headers_.name();
   const std::string body = body_.name();
   if (headers.empty() || body.empty()) {
-    return;  // the client would take the next word of its command for the missing name
+    return;  // curl would take the next word of its command for the missing name
   }
+  FetchReport report(address, context_, headers);
   const std::string command = std::string(kHttpClient) + globOption(address) + " -D '" + headers +
                               "' --connect-timeout 15 -o " + body + ' ' + quoted(address) +
                               " >/dev/null 2>&1";
-  [[maybe_unused]] const int status = std::system(command.c_str());  // the headers tell
+  const int status = exitStatus(std::system(command.c_str()));
+  if (context_.observer != nullptr) {
+    report.finish(status, readFile(body.c_str()).value_or(""));
+  }
 }
 
 std::optional<std::string> ServiceDocument::statusLine() const {

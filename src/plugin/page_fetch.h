@@ -7,9 +7,13 @@
 
 #include "platform.h"
 #include "plugin/files.h"
+#include "plugin/observer.h"
 
-// The only places that know the command lines of the appliance's HTTP client. A page's address that
-// holds a single quote, or a zero byte, would end its own quoting there: it is never fetched.
+// The only places that know curl's command lines. A page's address that holds a single quote, or a
+// zero byte, would end its own quoting there: it is never fetched.
+//
+// The observer of a lookup is told of each fetch. To know the HTTP status, curl is then asked for the
+// headers as well ("-D FILE"); what a server sees stays the same.
 
 namespace libquilp {
 
@@ -26,43 +30,29 @@ inline PageFile tvShowSearchPage = {kTVShowSearchPage, {}};
 inline PageFile tvShowInfoPage = {kTVShowInfoPage, {}};
 
 struct FilePage {
-  int status;                       // the client's exit status; nothing else is set when not 0
+  int status;                       // curl's exit status; nothing else is set when not 0
   std::optional<std::string> text;  // none when the file cannot be read
 };
 
-/// Whether a page's own text leads to a page of the same site: behind the host's name anything else
+/// Whether a page's own text leads to a page of the same site: after the host's name anything else
 /// could name another host.
 inline bool isSitePath(std::string_view path) { return path.substr(0, 1) == "/"; }
 
-/// Fetches a page into its file, which is removed before and left behind afterwards. Nothing is
+/// Fetches a page into its file, which is removed before and left there afterwards. Nothing is
 /// fetched where another thing than a file stands in its place and cannot be removed.
-FilePage fetchToFile(const std::string& address, PageFile& file);
+FilePage fetchToFile(const std::string& address, PageFile& file, const Context& context);
 
-/// Fetches a page through a pipe; none when no client could be started. Safe in many threads.
-std::optional<std::string> fetchThroughPipe(const std::string& address);
+/// Fetches a page through a pipe; none when curl could not be started. Safe in many threads.
+std::optional<std::string> fetchThroughPipe(const std::string& address, const Context& context);
 
-/// The same, but the client names no user agent and has no time limits.
-std::optional<std::string> fetchWithoutLimits(const std::string& address);
-
-/// The same, but leaves the pipe behind: the calling thread keeps it until its next such fetch or
-/// collectPipe. What it keeps has no destructor: without memory to register one, glibc ends the
-/// process.
-std::optional<std::string> fetchLeavingPipe(const std::string& address);
-void collectPipe();
-
-/// For a call that may leave a pipe behind on a thread that goes on after it.
-struct PipeCollector {
-  PipeCollector() = default;
-  PipeCollector(const PipeCollector&) = delete;
-  PipeCollector& operator=(const PipeCollector&) = delete;
-  ~PipeCollector() { collectPipe(); }
-};
+/// The same, but curl names no user agent and has no time limits.
+std::optional<std::string> fetchWithoutLimits(const std::string& address, const Context& context);
 
 /// A document of a web service, in a temporary file that goes with the object, as its headers do.
-/// Its address reaches the client as one argument, whatever it holds.
+/// Its address reaches curl as one argument, whatever it holds.
 class ServiceDocument {
  public:
-  ServiceDocument();
+  explicit ServiceDocument(const Context& context);
 
   /// Tries up to three times while the service is overloaded. False when it still was in the end;
   /// otherwise there may be a document, or none.
@@ -76,6 +66,7 @@ class ServiceDocument {
  private:
   std::optional<std::string> statusLine() const;
 
+  Context context_;
   CTmpFile headers_;
   CTmpFile body_;
 };

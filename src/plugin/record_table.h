@@ -29,6 +29,23 @@ enum class Missing {
                   // printed as an empty list
 };
 
+/// A constant array of any length.
+template <class T>
+class Items {
+ public:
+  constexpr Items() = default;
+  template <std::size_t N>
+  constexpr Items(const T (&items)[N]) : first_(items), size_(N) {}  // NOLINT(google-explicit-constructor)
+
+  constexpr const T* begin() const { return first_; }
+  constexpr const T* end() const { return first_ + size_; }
+  constexpr bool empty() const { return size_ == 0; }
+
+ private:
+  const T* first_ = nullptr;
+  std::size_t size_ = 0;
+};
+
 template <class Record>
 struct Field {
   const char* element;
@@ -36,7 +53,11 @@ struct Field {
   Strings Record::*list = nullptr;   // repeated elements; with `roles`, the names of a cast
   Strings Record::*roles = nullptr;  // parallel to `list`
   Missing missing = Missing::kEmptyElement;
+  bool required = false;  // no result goes without it
 };
+
+template <class Record>
+using Table = Items<Field<Record>>;
 
 template <class Record>
 constexpr Field<Record> textField(const char* element, char* Record::*text,
@@ -55,6 +76,12 @@ constexpr Field<Record> castField(const char* element, Strings Record::*names,
                                   Strings Record::*roles,
                                   Missing missing = Missing::kEmptyElement) {
   return {element, nullptr, names, roles, missing};
+}
+
+template <class Record>
+constexpr Field<Record> required(Field<Record> field) {
+  field.required = true;
+  return field;
 }
 
 /// An element's first CDATA section; `none` when it has none. Text outside CDATA does not count.
@@ -82,8 +109,8 @@ inline void readActor(const XMLNode& actor, Missing missing, Strings& names, Str
 
 /// Fills the record from the children of `element`, in the table's order; lists are appended to. Of
 /// two lines for one text the later counts, unless it has no value.
-template <class Record, std::size_t N>
-void readRecord(const XMLNode& element, const Field<Record> (&table)[N], Record& record) {
+template <class Record>
+void readRecord(const XMLNode& element, Table<Record> table, Record& record) {
   for (const Field<Record>& field : table) {
     if (field.text != nullptr) {
       if (const char* value = firstClear(element.getChildNode(field.element))) {
@@ -142,8 +169,8 @@ void writeList(XMLNode& element, const Field<Record>& field, const Record& recor
 }
 
 /// Adds the record's fields to `element`, in the table's order.
-template <class Record, std::size_t N>
-void writeRecord(XMLNode& element, const Field<Record> (&table)[N], const Record& record,
+template <class Record>
+void writeRecord(XMLNode& element, Table<Record> table, const Record& record,
                  AddChild addChild = addTextChild) {
   for (const Field<Record>& field : table) {
     if (field.text != nullptr) {
@@ -155,8 +182,8 @@ void writeRecord(XMLNode& element, const Field<Record> (&table)[N], const Record
 }
 
 /// Sets the text fields to null; lists stay as they are.
-template <class Record, std::size_t N>
-void clearTexts(const Field<Record> (&table)[N], Record& record) {
+template <class Record>
+void clearTexts(Table<Record> table, Record& record) {
   for (const Field<Record>& field : table) {
     if (field.text != nullptr) {
       record.*field.text = nullptr;
@@ -165,92 +192,13 @@ void clearTexts(const Field<Record> (&table)[N], Record& record) {
 }
 
 /// Releases the text fields; the pointers stay as they are.
-template <class Record, std::size_t N>
-void freeTexts(const Field<Record> (&table)[N], const Record& record) {
+template <class Record>
+void freeTexts(Table<Record> table, const Record& record) {
   for (const Field<Record>& field : table) {
     if (field.text != nullptr) {
       std::free(record.*field.text);
     }
   }
-}
-
-template <class Record, std::size_t N>
-void freeRecords(const Field<Record> (&table)[N], Record* records, int count) {
-  if (records == nullptr) {
-    return;
-  }
-  for (int i = 0; i < count; ++i) {
-    freeTexts(table, records[i]);
-  }
-  std::free(records);
-}
-
-/// A record that releases its strings, also when an error leaves the call.
-template <class Record, void (*Free)(Record*)>
-struct Owned : Record {
-  Owned() : Record() {}
-  ~Owned() { Free(this); }
-  Owned(const Owned&) = delete;
-  Owned& operator=(const Owned&) = delete;
-};
-
-/// An array of records for a caller; until it is given away, it is released when an error leaves
-/// the call.
-template <class Record>
-class RecordArray {
- public:
-  using Release = void (*)(Record*, int);
-
-  /// Zeroed, with room for one even when none are asked for; empty without memory.
-  RecordArray(Release release, int room)
-      : release_(release),
-        records_(static_cast<Record*>(
-            std::calloc(room > 0 ? static_cast<std::size_t>(room) : 1, sizeof(Record)))) {}
-  /// One that the library itself has been given.
-  RecordArray(Release release, Record* records, int count)
-      : release_(release), records_(records), count_(count) {}
-  ~RecordArray() { release_(records_, count_); }
-  RecordArray(const RecordArray&) = delete;
-  RecordArray& operator=(const RecordArray&) = delete;
-
-  explicit operator bool() const { return records_ != nullptr; }
-  int count() const { return count_; }
-  Record* data() { return records_; }
-  /// The next record; the caller minds the room.
-  Record& add() { return records_[count_++]; }
-
-  /// Null when it is empty. Returns the number of records.
-  int giveTo(Record** records) {
-    *records = std::exchange(records_, nullptr);
-    return std::exchange(count_, 0);
-  }
-
- private:
-  Release release_;
-  Record* records_;
-  int count_ = 0;
-};
-
-/// Reads a list document: one record for each child `entry` of `root`, filled by read(child,
-/// record), in an array for the caller, which is stored also when it is empty. Returns the number
-/// of records.
-template <class Record, class Read>
-int readRecords(const XMLNode& root, const char* entry, void (*release)(Record*, int),
-                Record** records, Read read) {
-  RecordArray<Record> array(release, root.nChildNode(entry));
-  if (array) {
-    root.forEachChild(entry, [&](const XMLNode& element) { read(element, array.add()); });
-  }
-  return array.giveTo(records);
-}
-
-/// The same, where each child holds the elements of a table.
-template <class Record, std::size_t N>
-int readRecords(const XMLNode& root, const char* entry, const Field<Record> (&table)[N],
-                void (*release)(Record*, int), Record** records) {
-  return readRecords(
-      root, entry, release, records,
-      [&table](const XMLNode& element, Record& record) { readRecord(element, table, record); });
 }
 
 }  // namespace libquilp

@@ -1,7 +1,6 @@
 #include "plugin/registry.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include "platform.h"
 #include "text/ini_file.h"
@@ -16,22 +15,6 @@ RegistrySection::Value sectionValue(const IniFile& registry, const char* section
   std::snprintf(name, sizeof name, "%s:%s", section, key);
   const char* value = registry.value(name, "");
   return value != nullptr ? RegistrySection::Value(value) : std::nullopt;
-}
-
-char* firstEnabledShell(const char* type, bool ownClassOnly, char* shell, int size) {
-  const auto room = static_cast<std::size_t>(size);
-  std::memset(shell, 0, room);
-  const auto registry = readRegistry();
-  if (!registry) {
-    std::fprintf(stderr, "iniparser_load(%s) failed!\n", kRegistryFile);
-    return nullptr;
-  }
-  const RegistrySection* section = firstEnabledSection(*registry, type, ownClassOnly);
-  if (section == nullptr || !section->shell) {
-    return nullptr;
-  }
-  section->shell->copy(shell, room);
-  return shell;
 }
 
 }  // namespace
@@ -60,12 +43,17 @@ const RegistrySection* firstEnabledSection(const std::vector<RegistrySection>& r
   return nullptr;
 }
 
-char* GetFirstEnabledShellByType(const char* type, char* shell, int size) {
-  return firstEnabledShell(type, false, shell, size);
-}
-
-char* GetFirstEnabledShellByClass(const char* type, char* shell, int size) {
-  return firstEnabledShell(type, true, shell, size);
+std::optional<AddOn> findAddOn(const char* type, bool ownClassOnly, const Context& context) {
+  const auto registry = readRegistry();
+  if (!registry) {
+    context.tell(std::string("iniparser_load(") + kRegistryFile + ") failed!\n");
+    return {};
+  }
+  const RegistrySection* section = firstEnabledSection(*registry, type, ownClassOnly);
+  if (section == nullptr || !section->shell) {
+    return {};
+  }
+  return AddOn{section->name, section->shell->substr(0, kProgramSize)};
 }
 
 }  // namespace libquilp

@@ -4,9 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "plugin/observer.h"
+
 namespace libquilp {
 
-inline constexpr int kShellSize = 1024;
+/// The longest path of an add-on; the rest of a longer one is cut off.
+inline constexpr std::size_t kProgramSize = 1024;
 
 /// The class of the library's own add-ons.
 inline constexpr char kOwnClass[] = "Kestrawind";
@@ -33,12 +36,13 @@ std::optional<std::vector<RegistrySection>> readRegistry();
 const RegistrySection* firstEnabledSection(const std::vector<RegistrySection>& registry,
                                            const char* type, bool ownClassOnly);
 
-/// The command of the first enabled add-on of the media type ("Movie", "TV", "Music", "KTV"): fills
-/// `shell` and returns it, or null when there is none. A match without a command gives the empty
-/// string; a command of `size` bytes or more leaves the buffer without a terminator.
-char* GetFirstEnabledShellByType(const char* type, char* shell, int size);
+/// An add-on that serves a kind of media.
+struct AddOn {
+  std::string section;  // of the registry
+  std::string program;  // empty where the section names none
+};
 
-/// The same, but only among add-ons that carry the library's own class.
-char* GetFirstEnabledShellByClass(const char* type, char* shell, int size);
+/// The first enabled add-on of the media type ("Movie", "TV", "Music", "KTV").
+std::optional<AddOn> findAddOn(const char* type, bool ownClassOnly, const Context& context);
 
 }  // namespace libquilp

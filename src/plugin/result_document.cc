@@ -51,12 +51,12 @@ XMLNode ResultDocument::addEntry(const char* name, int index) {
   return entry;
 }
 
-void ResultDocument::print() const { std::puts(writtenOut(declaration_).get()); }
+std::string ResultDocument::text() const { return std::string(writtenOut(declaration_).get()) + '\n'; }
 
-void ResultDocument::printDecoded() const {
+std::string ResultDocument::decodedText() const {
   const Text text = writtenOut(declaration_);
   decode_html_entities_utf8(text.get(), nullptr);
-  std::puts(text.get());
+  return std::string(text.get()) + '\n';
 }
 
 }  // namespace libquilp

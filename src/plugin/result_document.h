@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "xml/xml_node.h"
 
 namespace libquilp {
@@ -22,11 +24,11 @@ class ResultDocument {
   /// Adds an entry to a list document; `index` counts from 0, its rank from 1.
   XMLNode addEntry(const char* name, int index);
 
-  /// Writes the document to standard output, a line feed behind it.
-  void print() const;
+  /// The document, a line feed after it.
+  std::string text() const;
 
   /// The same, but with the character references of the whole document decoded.
-  void printDecoded() const;
+  std::string decodedText() const;
 
  private:
   XMLNode declaration_;

@@ -1,7 +1,9 @@
 target_sources(quilp_objects PRIVATE
-  ${CMAKE_CURRENT_LIST_DIR}/exec_command.cc
+  ${CMAKE_CURRENT_LIST_DIR}/add_on_call.cc
+  ${CMAKE_CURRENT_LIST_DIR}/fetch_report.cc
   ${CMAKE_CURRENT_LIST_DIR}/files.cc
+  ${CMAKE_CURRENT_LIST_DIR}/observer.cc
   ${CMAKE_CURRENT_LIST_DIR}/page_fetch.cc
   ${CMAKE_CURRENT_LIST_DIR}/registry.cc
   ${CMAKE_CURRENT_LIST_DIR}/result_document.cc
-  ${CMAKE_CURRENT_LIST_DIR}/shell_call.cc)
+  ${CMAKE_CURRENT_LIST_DIR}/run_program.cc)

@@ -9,9 +9,9 @@
 namespace libquilp {
 namespace {
 
-/// The text from behind `open` to `close`, both searched from the start of `marker`. Where `close`
+/// The text between `open` and `close`, both searched from the start of `marker`. Where `close`
 /// stands first the count wraps around, and the cut runs to the end of the page.
-Cut bothBehind(std::string_view page, std::string_view marker, std::string_view open,
+Cut bothAfter(std::string_view page, std::string_view marker, std::string_view open,
                std::string_view close) {
   const std::size_t from = page.find(marker);
   const std::size_t start = page.find(open, from);
@@ -24,12 +24,12 @@ Cut bothBehind(std::string_view page, std::string_view marker, std::string_view 
 
 // <meta property='og:title' content="&quot;SHOW&quot; TITLE (TV Episode 2008)" />
 Cut titleOf(std::string_view page) {
-  return bothBehind(page, "<meta property='og:title'", "&quot; ", " (");
+  return bothAfter(page, "<meta property='og:title'", "&quot; ", " (");
 }
 
 // <meta itemprop="datePublished" content="2008-01-20" />
 Cut airDateOf(std::string_view page) {
-  return bothBehind(page, "<meta itemprop=\"datePublished\"", "content=\"", "\" />");
+  return bothAfter(page, "<meta itemprop=\"datePublished\"", "content=\"", "\" />");
 }
 
 // <div class="poster"> <a …><img … src="ADDRESS" …></a>
@@ -52,42 +52,41 @@ Cut directorsOf(std::string_view page) {
   return cutter.upTo("</div>");
 }
 
-}  // namespace
-
 // <h3 id="episode_top"  itemprop="name">Season 2</h3> …
 //   <div class="image"> <a …><div data-const="ID" …><img …><div>S2, Ep5</div></div></a> </div>
 //   <div class="info" …> … <hr>
-Cut episodeIdOf(std::string_view page, int season, int episode) {
-  const std::string key = "S" + std::to_string(season) + ", Ep" + std::to_string(episode);
+Cut entryOf(std::string_view page, const std::string& key) {
   Cutter entries(
       Cutter(page).between("<h3 id=\"episode_top\"  itemprop=\"name\">", "<hr>").value_or(""));
   while (const Cut entry = entries.between("<div class=\"image\">", "<div class=\"info")) {
-    // Ep1 is also in Ep10, which comes later.
     if (contains(*entry, key)) {
-      return Cutter(*entry).between("<div data-const=\"", "\"");
+      return entry;
     }
   }
   return {};
 }
 
-int imdbGetEpisodeId(const char* showId, int season, int episode, velTVEpisode* info) {
-  const FilePage list =
-      fetchToFile(std::string(IMDB_MAIN_BASE) + "/title/" + showId +
-                      "/episodes?season=" + std::to_string(season) + "&ref_=tt_eps_sn_1",
-                  tvShowInfoPage);
-  if (!list.text) {
-    return 1;
-  }
-  info->id = duplicate(episodeIdOf(*list.text, season, episode));
-  return 0;
+std::string seasonKey(int season) { return "S" + std::to_string(season) + ", Ep"; }
+
+}  // namespace
+
+Cut episodeIdOf(std::string_view page, int season, int episode) {
+  // Ep1 is also in Ep10, which comes later.
+  const Cut entry = entryOf(page, seasonKey(season) + std::to_string(episode));
+  return entry ? Cutter(*entry).between("<div data-const=\"", "\"") : Cut();
 }
 
-void readEpisodePage(const std::string& page, int season, int episode, velTVEpisode& info) {
+bool hasSeason(std::string_view page, int season) {
+  return entryOf(page, seasonKey(season)).has_value();
+}
+
+void readEpisodePage(const std::string& page, int season, int episode,
+                     const std::optional<std::string>& outline, velTVEpisode& info) {
   info.title = duplicate(titleOf(page));
   info.air_date = duplicate(airDateOf(page));
   info.season_number = duplicate(std::to_string(season));
   info.episode_number = duplicate(std::to_string(episode));
-  info.outline = duplicate(decodedOutline(page, info.id));
+  info.outline = duplicate(outline);
   info.thumbnail = duplicate(thumbnailOf(page));
   appendNames(directorsOf(page).value_or(""), info.directors);
   readGenres(page, info.genres);
@@ -95,17 +94,27 @@ void readEpisodePage(const std::string& page, int season, int episode, velTVEpis
   info.rating = duplicate(userRatingOf(page));
 }
 
-int imdbGetEpisodeInfo(const char* showId, int season, int episode, velTVEpisode* info) {
-  if (imdbGetEpisodeId(showId, season, episode, info) != 0 || *orEmpty(info->id) == '\0') {
-    return -1;
+Outcome fetchEpisode(const char* showId, int season, int episode, const Context& context,
+                     velTVEpisode& info) {
+  constexpr int kNoEpisode = -1;
+  const FilePage list =
+      fetchToFile(std::string(IMDB_MAIN_BASE) + "/title/" + showId +
+                      "/episodes?season=" + std::to_string(season) + "&ref_=tt_eps_sn_1",
+                  tvShowInfoPage, context);
+  if (!list.text) {
+    return {kNoEpisode};
   }
-  const FilePage page = fetchToFile(titleAddress(info->id, kTVReference), tvShowInfoPage);
+  info.id = duplicate(episodeIdOf(*list.text, season, episode));
+  if (*orEmpty(info.id) == '\0') {
+    return {kNoEpisode, hasSeason(*list.text, season) ? Reason::kUnknownEpisode
+                                                      : Reason::kUnknownSeason};
+  }
+  const FilePage page = fetchToFile(titleAddress(info.id, kTVReference), tvShowInfoPage, context);
   if (!page.text) {
-    return 1;
+    return {1};
   }
-  const PipeCollector summaryPipe;
-  readEpisodePage(*page.text, season, episode, *info);
-  return 0;
+  readEpisodePage(*page.text, season, episode, fetchOutline(*page.text, info.id, context), info);
+  return {};
 }
 
 }  // namespace libquilp

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 
-// The layouts cross the library's border.
+#include "plugin/records.h"
+
+// The layouts cross the boundary of the library.
 static_assert(sizeof(velTVShow) == 5 * sizeof(char*), "velTVShow has changed");
 static_assert(sizeof(velTVShowInfo) == 10 * sizeof(char*) + 6 * sizeof(std::vector<std::string>),
               "velTVShowInfo has changed");
@@ -16,17 +18,17 @@ static_assert(offsetof(velTVEpisode, directors) == 8 * sizeof(char*) &&
               "velTVEpisode has changed");
 
 void velFreeTVShows(velTVShow* shows, int count) {
-  libquilp::freeRecords(libquilp::kShowFields, shows, count);
+  libquilp::freeRecords<velTVShow>(libquilp::kShowFields, shows, count);
 }
 
 void velFreeTVShowInfo(velTVShowInfo* info) {
   if (info != nullptr) {
-    libquilp::freeTexts(libquilp::kShowInfoFields, *info);
+    libquilp::freeTexts<velTVShowInfo>(libquilp::kShowInfoFields, *info);
   }
 }
 
 void velFreeTVEpisode(velTVEpisode* info) {
   if (info != nullptr) {
-    libquilp::freeTexts(libquilp::kPrintedEpisodeFields, *info);
+    libquilp::freeTexts<velTVEpisode>(libquilp::kPrintedEpisodeFields, *info);
   }
 }

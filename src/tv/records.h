@@ -8,8 +8,8 @@ namespace libquilp {
 /// An entry of a list document.
 inline constexpr Field<velTVShow> kShowFields[] = {
     textField("url", &velTVShow::poster),
-    textField("id", &velTVShow::id),
-    textField("title", &velTVShow::title),
+    required(textField("id", &velTVShow::id)),
+    required(textField("title", &velTVShow::title)),
     textField("first_air_date", &velTVShow::first_air_date),
     textField("outline", &velTVShow::outline),
 };
@@ -27,7 +27,7 @@ inline constexpr Field<velTVShow> kPrintedShowFields[] = {
 /// "networks".
 inline constexpr Field<velTVShowInfo> kShowInfoFields[] = {
     textField("id", &velTVShowInfo::id),
-    textField("title", &velTVShowInfo::title),
+    required(textField("title", &velTVShowInfo::title)),
     textField("first_air_date", &velTVShowInfo::first_air_date),
     textField("last_air_date", &velTVShowInfo::last_air_date),
     textField("poster", &velTVShowInfo::poster),
@@ -64,7 +64,7 @@ inline constexpr Field<velTVShowInfo> kPrintedShowInfoFields[] = {
 /// An add-on's document of an episode, whose picture has two names.
 inline constexpr Field<velTVEpisode> kEpisodeFields[] = {
     textField("id", &velTVEpisode::id),
-    textField("title", &velTVEpisode::title),
+    required(textField("title", &velTVEpisode::title)),
     textField("air_date", &velTVEpisode::air_date),
     textField("url", &velTVEpisode::thumbnail),
     textField("outline", &velTVEpisode::outline),

@@ -35,11 +35,11 @@ std::optional<std::string> yearsOf(std::string_view page) {
     return trimmed(header.between("<span class=\"nobr\">(", ")</span>"));
   }
   const auto shared = trimmed(sharedTitleOf(page));
-  Cutter behindTitle(shared ? *shared : std::string_view());
-  return trimmed(behindTitle.past("</strong>") ? behindTitle.between("(", ")") : Cut());
+  Cutter afterTitle(shared ? *shared : std::string_view());
+  return trimmed(afterTitle.past("</strong>") ? afterTitle.between("(", ")") : Cut());
 }
 
-// A running show has nothing behind the dash.
+// A running show has nothing after the dash.
 void readDates(std::string_view page, velTVShowInfo& info) {
   const auto years = yearsOf(page);
   if (!years) {
@@ -54,21 +54,6 @@ void readDates(std::string_view page, velTVShowInfo& info) {
   if (!cutter.done()) {
     info.last_air_date = dated(cutter.rest(), "-12-31");
   }
-}
-
-// <div class="mediastrip"> <a href="/PATH" …><img …></a> … </div>
-Cut firstPicturePathOf(std::string_view page) {
-  const Cut strip = Cutter(page).between("<div class=\"mediastrip\">", "</div>");
-  return strip ? Cutter(*strip).between("<a href=\"", "\"") : Cut();
-}
-
-char* fetchBanner(std::string_view page) {
-  const Cut path = firstPicturePathOf(page);
-  if (!path || !isSitePath(*path)) {
-    return nullptr;
-  }
-  const auto picture = fetchWithoutLimits(std::string(IMDB_MAIN_BASE).append(*path));
-  return picture ? duplicate(bannerOf(*picture)) : nullptr;
 }
 
 // <h4 class="inline">Creators:</h4> <span class="itemprop" itemprop="name">CREATOR</span> … </div>
@@ -90,7 +75,23 @@ bool isWordByte(char c) {
   return kWordBytes.find(c) != std::string_view::npos;
 }
 
+std::optional<std::string> fetchBanner(std::string_view page, const Context& context) {
+  const Cut path = firstPicturePathOf(page);
+  if (!path || !isSitePath(*path)) {
+    return {};
+  }
+  const auto picture = fetchWithoutLimits(std::string(IMDB_MAIN_BASE).append(*path), context);
+  const Cut banner = picture ? bannerOf(*picture) : Cut();
+  return banner ? std::optional<std::string>(*banner) : std::nullopt;
+}
+
 }  // namespace
+
+// <div class="mediastrip"> <a href="/PATH" …><img …></a> … </div>
+Cut firstPicturePathOf(std::string_view page) {
+  const Cut strip = Cutter(page).between("<div class=\"mediastrip\">", "</div>");
+  return strip ? Cutter(*strip).between("<a href=\"", "\"") : Cut();
+}
 
 // <a class="cursor-default" ><img src="ADDRESS" …></a>, or <meta itemprop='image'
 // content='ADDRESS'/>
@@ -120,13 +121,14 @@ void cutRole(std::string& role) {
   }
 }
 
-void readShowPage(const std::string& page, const char* id, velTVShowInfo& info) {
+void readShowPage(const std::string& page, const char* id, const FetchedTexts& fetched,
+                  velTVShowInfo& info) {
   info.id = SafeStrdup(id);
   info.title = duplicate(titleOf(page));
   readDates(page, info);
   info.poster = duplicate(posterOf(page));
-  info.banner = fetchBanner(page);
-  info.outline = duplicate(decodedOutline(page, id));
+  info.banner = duplicate(fetched.banner);
+  info.outline = duplicate(fetched.outline);
   appendNames(creatorsOf(page).value_or(""), info.creators);
   readCast(page, info.actor_names, info.actor_roles, &cutRole);
   readGenres(page, info.genres);
@@ -134,14 +136,16 @@ void readShowPage(const std::string& page, const char* id, velTVShowInfo& info) 
   info.rating = duplicate(userRatingOf(page));
 }
 
-int imdbGetTVShowInfo(const char* id, velTVShowInfo* info) {
-  const FilePage page = fetchToFile(titleAddress(id, kTVReference), tvShowInfoPage);
+Outcome fetchShow(const char* id, const Context& context, velTVShowInfo& info) {
+  const FilePage page = fetchToFile(titleAddress(id, kTVReference), tvShowInfoPage, context);
   if (!page.text) {
-    return 1;
+    return {1};
   }
-  const PipeCollector summaryPipe;
-  readShowPage(*page.text, id, *info);
-  return 0;
+  FetchedTexts fetched;
+  fetched.banner = fetchBanner(*page.text, context);
+  fetched.outline = fetchOutline(*page.text, id, context);
+  readShowPage(*page.text, id, fetched, info);
+  return {};
 }
 
 }  // namespace libquilp

@@ -1,5 +1,4 @@
 target_sources(quilp_objects PRIVATE
-  ${CMAKE_CURRENT_LIST_DIR}/api.cc
   ${CMAKE_CURRENT_LIST_DIR}/episode.cc
   ${CMAKE_CURRENT_LIST_DIR}/records.cc
   ${CMAKE_CURRENT_LIST_DIR}/search.cc

@@ -1,14 +1,10 @@
+#include "karaoke/document.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
-#include <cstring>
-#include <new>
-#include <string>
-#include <string_view>
 
 #include "karaoke/markers.h"
-#include "plugin/shell_call.h"
-#include "text/cutter.h"
 
 namespace libquilp {
 namespace {
@@ -38,11 +34,13 @@ int numberOf(const char* text) {
   return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
 }
 
+}  // namespace
+
 // <KtvInfo><Title>TITLE</Title><TitleWordCount>2</TitleWordCount><Language>1</Language>
 //   <AudioTrack>1</AudioTrack><Gain>3</Gain>
 //   <Artist><Name Gender="1" Nationality="158">NAME</Name> … </Artist>
 //   <Genre><Name>GENRE</Name> … </Genre></KtvInfo>
-void readDocument(const XMLNode& document, KTV_ExtraData_t& info) {
+void readSong(const XMLNode& document, KTV_ExtraData_t& info) {
   if (const char* title = textOf(document.getChildNode("Title"))) {
     info.title = title;
   }
@@ -69,59 +67,4 @@ void readDocument(const XMLNode& document, KTV_ExtraData_t& info) {
   });
 }
 
-}  // namespace
 }  // namespace libquilp
-
-int velGetKTVInfo(const char* path, KTV_ExtraData_t* info) try {
-  using namespace libquilp;
-  if (info == nullptr) {
-    return 1;
-  }
-  if (path == nullptr) {
-    path = "";
-  }
-  initKTVInfo(info);
-  ShellCall shell("KTV");
-  if (!shell.found()) {
-    const char* slash = std::strrchr(path, '/');
-    return BasicGetKTVInfo(slash != nullptr ? slash + 1 : path, info);
-  }
-  if (shell.run({"getKTVInfo", "-f", path}) != 0) {
-    return 1;
-  }
-  const XMLNode document = shell.document("KtvInfo");
-  if (!document) {
-    return 1;
-  }
-  readDocument(document, *info);
-  return 0;
-} catch (const std::bad_alloc&) {
-  return 1;
-}
-
-void initKTVInfo(KTV_ExtraData_t* info) {
-  if (info != nullptr) {
-    info->language = info->reserved1 = info->gain = info->reserved2 = info->audioTrack = -1;
-  }
-}
-
-int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info) {
-  using namespace libquilp;
-  if (name == nullptr || info == nullptr) {
-    return 0;
-  }
-  std::string_view text = atMost({name, strnlen(name, kNameSize)}, kNameSize - 1);
-  text = text.substr(0, text.rfind('.'));
-  char buffer[kNameSize];
-  buffer[text.copy(buffer, sizeof buffer - 1)] = '\0';
-
-  char* title = buffer;
-  if (char* underscore = std::strchr(buffer, '_')) {
-    *underscore = '\0';
-    if (parseArtist(bytes(buffer), info) != 0) {
-      return 1;
-    }
-    title = underscore + 1;
-  }
-  return parseTitleAndLangAndVocal(bytes(title), info);
-}

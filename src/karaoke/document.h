@@ -1,0 +1,12 @@
+#pragma once
+
+#include "libquilp.h"
+#include "xml/xml_node.h"
+
+namespace libquilp {
+
+/// Fills the record from an add-on's document; what that does not tell stays as it was, lists are
+/// appended to.
+void readSong(const XMLNode& document, KTV_ExtraData_t& info);
+
+}  // namespace libquilp

@@ -1,0 +1,155 @@
+#include "lookup/lookup.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "text/cutter.h"
+
+namespace libquilp {
+namespace {
+
+constexpr int kCurlTimedOut = 28;
+constexpr int kFirstError = 400;
+
+std::string hostOf(const std::string& address) {
+  Cutter cutter(address);
+  cutter.past("://");
+  return std::string(cutter.upToOrRest("/"));
+}
+
+/// Whether any entry's text, in CDATA or not, is more than blanks.
+int filledIn(const XMLNode& list, const char* entry, const char* element) {
+  int filled = 0;
+  list.forEachChild(entry, [&filled, entry, element](const XMLNode& child) {
+    const XMLNode value = std::strcmp(entry, element) == 0 ? child : child.getChildNode(element);
+    filled += holdsText(firstClear(value)) || holdsText(value.getText(0)) ? 1 : 0;
+  });
+  return filled;
+}
+
+}  // namespace
+
+bool holdsText(const char* value) {
+  return value != nullptr && value[std::strspn(value, " \t\r\n")] != '\0';
+}
+
+void Lookup::Recorder::pageFetched(const Fetch& fetch) {
+  const std::lock_guard<std::mutex> lock(adding_);
+  if (!fetches_.empty() && fetches_.back().address == fetch.address) {
+    fetches_.back() = fetch;
+  } else {
+    fetches_.push_back(fetch);
+  }
+  next_->pageFetched(fetch);
+}
+
+Lookup::Lookup(const Request& request, const Values& values, Use use, const Context& context,
+               Answer& answer)
+    : request_(request), values_(values), answer_(answer), recorder_(context.observer) {
+  context_.observer = context.observer != nullptr ? &recorder_ : nullptr;
+  if (values.id == nullptr) {
+    answer_.reason = Reason::kWrongRequest;
+    answer_.subject = "there is no identifier";
+    return;
+  }
+  answer_.addOn = addOnFor(request, use, context_);
+}
+
+bool Lookup::runAddOn() {
+  call_.emplace(*answer_.addOn, argumentsOf(request_, values_, *answer_.addOn), context_);
+  const ProgramEnd& end = call_->end();
+  answer_.status = end.reported();
+  if (!end.started()) {
+    answer_.reason = Reason::kCannotStart;
+    answer_.number = end.error;
+    answer_.subject = std::strerror(end.error);
+  } else if (end.signal() != 0) {
+    answer_.reason = Reason::kSignal;
+    answer_.number = end.signal();
+  } else if (end.exitStatus() != 0) {
+    answer_.reason = Reason::kExitStatus;
+    answer_.number = end.exitStatus();
+  }
+  return answer_.reason == Reason::kOk;
+}
+
+XMLNode Lookup::document() { return runAddOn() ? openDocument() : XMLNode(); }
+
+XMLNode Lookup::openDocument() {
+  int error = 0;
+  XMLNode root = XMLNode::openFileHelper(call_->file(), &error, request_.root);
+  if (!root) {
+    const bool isThere = !readFile(call_->file()).value_or("").empty();
+    // Only a document that can be read lacks an element.
+    answer_.reason = !isThere    ? Reason::kNoDocument
+                     : error < 0 ? Reason::kWrongDocument
+                                 : Reason::kMalformedDocument;
+    answer_.subject = request_.root;
+  }
+  return root;
+}
+
+std::optional<std::string> Lookup::copiedDocument(const std::vector<Element>& elements) {
+  if (!runAddOn()) {
+    return {};
+  }
+  int rows = 0;
+  bool any = false;
+  if (const XMLNode list = context_.observer != nullptr ? openDocument() : XMLNode()) {
+    rows = list.nChildNode(request_.entry);
+    context_.observer->rowsFound(rows);
+    for (const Element& element : elements) {
+      const int filled = filledIn(list, request_.entry, element.name);
+      context_.observer->fieldFound(element.name, filled);
+      any = any || filled > 0;
+    }
+  }
+  conclude(any, rows > 0 ? Reason::kUnknownPage : Reason::kNothingFound);
+  return readCopied(call_->file());
+}
+
+bool Lookup::setReason(const Fetch& fetch) {
+  answer_.subject = hostOf(fetch.address);
+  answer_.number = fetch.exit != 0 ? fetch.exit : fetch.http;
+  if (fetch.exit != 0) {
+    answer_.reason = fetch.exit == kCurlTimedOut ? Reason::kTimedOut : Reason::kNoNetwork;
+  } else if (fetch.isChallenge) {
+    answer_.reason = Reason::kChallenge;
+  } else if (fetch.http >= kFirstError) {
+    answer_.reason = Reason::kHttpStatus;
+  }
+  return answer_.reason != Reason::kOk;
+}
+
+void Lookup::conclude(bool found, Reason known) {
+  if (answer_.reason != Reason::kOk) {
+    return;
+  }
+  // Something was found where the first page itself was no error; pages that it leads to may be.
+  const std::vector<Fetch>& fetches = recorder_.fetches();
+  const std::size_t looksAt = found ? std::min<std::size_t>(fetches.size(), 1) : fetches.size();
+  for (std::size_t i = 0; i < looksAt; ++i) {
+    if (setReason(fetches[i])) {
+      return;
+    }
+  }
+  if (found) {
+    return;
+  }
+  answer_.reason = known != Reason::kOk ? known : Reason::kNothingFound;
+  answer_.number = known == Reason::kUnknownEpisode ? values_.episode : values_.season;
+  answer_.subject = fetches.empty() ? "" : hostOf(fetches.front().address);
+  if (!answer_.addOn && std::strchr(values_.id, '\'') != nullptr) {
+    answer_.reason = Reason::kWrongRequest;
+    answer_.subject = "no page has a single quote in its address";
+  }
+}
+
+bool writeOut(const PrintedAnswer& answer) {
+  if (answer.document) {
+    std::fputs(answer.document->c_str(), stdout);
+  }
+  return answer.document.has_value();
+}
+
+}  // namespace libquilp

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lookup/answer.h"
+#include "plugin/observer.h"
+#include "plugin/record_table.h"
+
+// A lookup is data: a constant Request, and the Values that it is made with.
+
+namespace libquilp {
+
+/// How the print functions of a kind of media work.
+enum class Printing {
+  kNone,           // there are none
+  kRecords,        // they print what the record functions give
+  kAddOnDocument,  // they ask an add-on of any class, and copy its document as it is
+};
+
+struct Media {
+  const char* type;  // as the registry has it
+  Printing printing;
+};
+
+inline constexpr Media kMovieMedia = {"Movie", Printing::kRecords};
+inline constexpr Media kTVMedia = {"TV", Printing::kRecords};
+inline constexpr Media kMusicMedia = {"Music", Printing::kAddOnDocument};
+inline constexpr Media kKaraokeMedia = {"KTV", Printing::kNone};
+inline constexpr Media kAllMedia[] = {kMovieMedia, kTVMedia, kMusicMedia, kKaraokeMedia};
+
+/// Whether records are asked for or a document to print.
+enum class Use { kRecords, kPrint };
+
+/// Whether only an add-on of the library's own class is asked.
+constexpr bool asksOwnClassOnly(const Media& media, Use use) {
+  return use == Use::kRecords || media.printing != Printing::kAddOnDocument;
+}
+
+/// What a lookup is made with. Texts are never null, but for `id` (then the lookup is refused) and
+/// `language` (then it is the one configured for the add-on).
+struct Values {
+  const char* keyword = "";
+  const char* id = "";
+  const char* album = "";
+  const char* artist = "";
+  const char* path = "";
+  const char* language = nullptr;
+  int count = 0;
+  int season = 0;
+  int episode = 0;
+
+  static Values search(const char* keyword, int count, const char* language = nullptr);
+  static Values title(const char* id, const char* language = nullptr);
+  static Values ofEpisode(const char* id, int season, int episode, const char* language);
+  static Values ofAlbum(const char* album, const char* artist, int count);
+  static Values ofArtist(const char* artist, int count);
+  static Values song(const char* path);
+};
+
+/// The value of an option, as an add-on gets it.
+enum class Value { kKeyword, kCount, kLanguage, kId, kSeason, kEpisode, kAlbum, kArtist, kPath };
+
+struct Option {
+  const char* name;
+  Value value;
+};
+
+/// An element that is read from an add-on's document.
+struct Element {
+  enum class Kind {
+    kText,
+    kNumber,
+    kList,   // one element for each value
+    kCast,   // one element for each actor, with a name and a role
+    kNames,  // one element, with a "Name" for each value
+  };
+
+  const char* name;
+  Kind kind = Kind::kText;
+  bool required = false;
+  bool needsRole = false;  // an actor without a role is an error
+};
+
+/// What a print function writes, if it writes anything.
+struct PrintedAnswer : Answer {
+  std::optional<std::string> document;
+};
+
+struct Request {
+  const char* name;  // as the program's command
+  Media media;
+  const char* verb;
+  Items<Option> options;  // in the add-on's order
+  const char* root;       // of the add-on's document
+  const char* entry;      // the element of one result; null where the root is the one result
+  bool plainText;         // its values stand outside CDATA sections
+  bool printsCData;       // the printed document wraps each value, and is decoded afterwards
+
+  /// None where the entry itself holds the value.
+  std::vector<Element> (*elements)(const Request& request);
+
+  /// Makes the lookup and gives its document as the print function writes it. Null where there is
+  /// no print function. Throws what the exported functions throw.
+  PrintedAnswer (*print)(const Request& request, const Values& values, const Context& context);
+};
+
+/// The add-on that a lookup asks; none for the built-in route.
+std::optional<AddOn> addOnFor(const Request& request, Use use, const Context& context);
+
+/// Verb and options, as the add-on gets them.
+std::vector<std::string> argumentsOf(const Request& request, const Values& values,
+                                     const AddOn& addOn);
+
+/// Every request, for programs that list or check them.
+const std::vector<const Request*>& allRequests();
+
+}  // namespace libquilp

@@ -1,0 +1,82 @@
+#include "plugin/fetch_report.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "ascii.h"
+#include "text/cutter.h"
+
+namespace libquilp {
+namespace {
+
+constexpr int kAccepted = 202;
+constexpr int kForbidden = 403;
+
+bool startsWith(std::string_view line, std::string_view start) {
+  return line.size() >= start.size() && strncasecmp(line.data(), start.data(), start.size()) == 0;
+}
+
+/// A page that lets browsers in alone answers with one of these, and a script or a picture to solve.
+bool isChallengePage(std::string_view page) {
+  std::string text(page);
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](char c) { return static_cast<char>(toLower(static_cast<unsigned char>(c))); });
+  constexpr std::string_view kMarks[] = {"captcha", "challenge", "not a robot", "are a human"};
+  return std::any_of(std::begin(kMarks), std::end(kMarks),
+                     [&text](std::string_view mark) { return contains(text, mark); });
+}
+
+/// Takes the status of the last answer: the ones before it redirect.
+void readHeaders(const std::string& text, Fetch& fetch) {
+  Cutter lines(text);
+  while (!lines.done()) {
+    const std::string line(lines.upToOrRest("\n"));
+    if (startsWith(line, "HTTP/")) {
+      fetch.http = std::atoi(line.c_str() + std::min(line.find(' '), line.size()));
+      fetch.isChallenge = false;
+    } else if (startsWith(line, "x-amzn-waf-action:")) {
+      fetch.isChallenge = contains(line, "challenge") || contains(line, "captcha");
+    }
+  }
+}
+
+}  // namespace
+
+FetchReport::FetchReport(const std::string& address, const Context& context)
+    : FetchReport(address, context, {}) {
+  if (observer_ != nullptr) {
+    own_.choose();
+    headers_ = own_.name();
+  }
+}
+
+FetchReport::FetchReport(const std::string& address, const Context& context, std::string headers)
+    : observer_(context.observer), headers_(std::move(headers)) {
+  if (observer_ != nullptr) {
+    fetch_.address = address;
+  }
+}
+
+std::string FetchReport::option() const {
+  return headers_.empty() ? "" : " -D '" + headers_ + '\'';
+}
+
+void FetchReport::finish(int exit, std::string_view page) {
+  if (observer_ == nullptr) {
+    return;
+  }
+  fetch_.exit = exit;
+  fetch_.bytes = static_cast<long>(page.size());
+  fetch_.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+  if (const auto headers = readFile(headers_.c_str())) {
+    readHeaders(*headers, fetch_);
+  }
+  const bool mayBeChallenge = fetch_.http == kAccepted || fetch_.http == kForbidden;
+  fetch_.isChallenge = fetch_.isChallenge || (mayBeChallenge && isChallengePage(page));
+  observer_->pageFetched(fetch_);
+}
+
+}  // namespace libquilp

@@ -1,0 +1,123 @@
+#include "plugin/run_program.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "text/cutter.h"
+
+namespace libquilp {
+namespace {
+
+constexpr char kSystemShell[] = "/bin/sh";
+
+bool isProgram(const char* path) {
+  struct stat status = {};
+  return stat(path, &status) == 0 && S_ISREG(status.st_mode) &&
+         faccessat(AT_FDCWD, path, X_OK, AT_EACCESS) == 0;
+}
+
+/// Calls attempt(path) for each program that execvp would try, until one call returns true.
+template <class Attempt>
+bool anyProgram(const char* name, Attempt attempt) {
+  if (std::strchr(name, '/') != nullptr) {
+    return isProgram(name) && attempt(name);
+  }
+  if (*name == '\0') {
+    return false;
+  }
+  const char* path = std::getenv("PATH");
+  Cutter folders(path != nullptr ? path : "/bin:/usr/bin");
+  for (;;) {
+    const Cut folder = folders.upTo(":");
+    std::string program(folder.value_or(folders.rest()));
+    program += program.empty() ? "" : "/";
+    program += name;
+    if (isProgram(program.c_str()) && attempt(program.c_str())) {
+      return true;
+    }
+    if (!folder) {
+      return false;
+    }
+  }
+}
+
+/// Both outputs to /dev/null; as they are where that cannot be opened.
+class Redirection {
+ public:
+  Redirection() : null_(open("/dev/null", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644)) {
+    posix_spawn_file_actions_init(&actions_);
+    if (null_ >= 0) {
+      posix_spawn_file_actions_adddup2(&actions_, null_, STDOUT_FILENO);
+      posix_spawn_file_actions_adddup2(&actions_, null_, STDERR_FILENO);
+    }
+  }
+  ~Redirection() {
+    posix_spawn_file_actions_destroy(&actions_);
+    if (null_ >= 0) {
+      close(null_);
+    }
+  }
+  Redirection(const Redirection&) = delete;
+  Redirection& operator=(const Redirection&) = delete;
+
+  const posix_spawn_file_actions_t* actions() const { return &actions_; }
+
+ private:
+  int null_;
+  posix_spawn_file_actions_t actions_;
+};
+
+/// Starts the program, or the system's shell with a script that has no interpreter line. Returns 0
+/// or an error as errno has it.
+int start(pid_t& child, const char* path, char** argv, const Redirection& redirection) {
+  const int error = posix_spawn(&child, path, redirection.actions(), nullptr, argv, environ);
+  if (error != ENOEXEC) {
+    return error;
+  }
+  std::vector<char*> script = {const_cast<char*>(kSystemShell), const_cast<char*>(path)};
+  do {
+    script.push_back(*++argv);
+  } while (*argv != nullptr);
+  return posix_spawn(&child, kSystemShell, redirection.actions(), nullptr, script.data(), environ);
+}
+
+/// Errors after which execvp tries the next folder of PATH.
+bool triesNext(int error) {
+  return error == EACCES || error == ENOENT || error == ENOTDIR || error == ENODEV ||
+         error == ESTALE || error == ETIMEDOUT;
+}
+
+}  // namespace
+
+ProgramEnd runProgram(char** argv) {
+  ProgramEnd end;
+  end.error = ENOENT;
+  pid_t child = -1;
+  const Redirection redirection;
+  anyProgram(argv[0], [&](const char* path) {
+    end.error = start(child, path, argv, redirection);
+    return !triesNext(end.error);
+  });
+  if (!end.started()) {
+    return end;  // a wait would collect a child of the host
+  }
+  // The child is collected also after an interruption.
+  while (waitpid(child, &end.waitStatus, 0) < 0 && errno == EINTR) {
+    end.interrupted = true;
+  }
+  return end;
+}
+
+bool canBeExecuted(const char* program) {
+  return anyProgram(program, [](const char*) { return true; });
+}
+
+}  // namespace libquilp
