@@ -8,7 +8,7 @@
 
 #include "libquilp.h"
 #include "movie/records.h"
-#include "plugin/result_document.h"
+#include "plugin/records.h"
 
 // Reading an add-on's document and printing one, by the number of its entries.
 
@@ -37,7 +37,12 @@ class Document {
   int read(velMovie_** movies) const {
     int error = 0;
     const XMLNode root = XMLNode::openFileHelper(name_.c_str(), &error, "movielist");
-    return libquilp::readRecords(root, "movie", libquilp::kMovieFields, velFreeMovies, movies);
+    return libquilp::readRecords<velMovie_>(root, "movie", velFreeMovies,
+                                            [](const XMLNode& entry, velMovie_& movie) {
+                                              libquilp::readRecord<velMovie_>(
+                                                  entry, libquilp::kMovieFields, movie);
+                                            })
+        .giveTo(movies);
   }
 
  private:
@@ -66,7 +71,7 @@ void makeDocument(benchmark::State& state) {
     XMLNode list = top.addChild("movielist");
     for (int i = 0; i < n; ++i) {
       XMLNode entry = list.addChild("movie");
-      libquilp::writeRecord(entry, libquilp::kMovieFields, movies[i]);
+      libquilp::writeRecord<velMovie_>(entry, libquilp::kMovieFields, movies[i]);
     }
     char* text = top.createXMLString(1);
     benchmark::DoNotOptimize(text);

@@ -57,21 +57,25 @@ int valuesOf(const Field<Record> (&table)[N], const Record& record) {
 }
 
 int cutFindPage(const std::string& html) {
-  static const libquilp::TitleSearch<velMovie_> search = {
-      libquilp::movieSearchPage, &velMovie_::id, &velMovie_::title,
-      &velMovie_::year,          nullptr,        &velFreeMovies};
-  libquilp::RecordArray<velMovie_> movies(search.release, kRows);
-  libquilp::readFindPage(html, search, kRows, movies);
+  static const libquilp::TitleSearch<velMovie_> search = {libquilp::movieSearchPage,
+                                                          "x",
+                                                          &velMovie_::id,
+                                                          &velMovie_::title,
+                                                          &velMovie_::year,
+                                                          &velMovie_::url,
+                                                          &velMovie_::outline,
+                                                          &velFreeMovies};
+  const auto movies = libquilp::readFindPage(html, search, kRows);
   int values = 0;
-  for (int i = 0; i < movies.count(); ++i) {
-    values += valuesOf(libquilp::kMovieFields, movies.data()[i]);
+  for (const velMovie_& movie : movies) {
+    values += valuesOf(libquilp::kMovieFields, movie);
   }
   return values;
 }
 
 int cutTitlePage(const std::string& html) {
   const auto poster = libquilp::posterOf(html);
-  const auto outline = libquilp::decodedOutline(html, "tt1");
+  const auto outline = libquilp::fetchOutline(html, "tt1", libquilp::Context());
   return (poster ? 1 : 0) + (outline ? 1 : 0);
 }
 
@@ -85,7 +89,8 @@ int cutCombinedPage(const std::string& html) {
 
 int cutShowPage(const std::string& html) {
   velTVShowInfo info = velTVShowInfo();
-  libquilp::readShowPage(html, "tt1", info);
+  libquilp::readShowPage(html, "tt1",
+                         {{}, libquilp::fetchOutline(html, "tt1", libquilp::Context())}, info);
   const int values = valuesOf(libquilp::kShowInfoFields, info);
   velFreeTVShowInfo(&info);
   return values - 1;  // the identifier is given; of the years two values are made
@@ -97,7 +102,8 @@ int cutEpisodeList(const std::string& html) {
 
 int cutEpisodePage(const std::string& html) {
   velTVEpisode info = velTVEpisode();
-  libquilp::readEpisodePage(html, 2, 5, info);
+  libquilp::readEpisodePage(html, 2, 5, libquilp::fetchOutline(html, "tt1", libquilp::Context()),
+                            info);
   const int values = valuesOf(libquilp::kPrintedEpisodeFields, info);
   velFreeTVEpisode(&info);
   return values - 2;  // season and episode are given

@@ -4,8 +4,8 @@
 #include "fuzz.h"
 #include "libquilp.h"
 #include "platform.h"
-#include "plugin/exec_command.h"
-#include "plugin/record_table.h"
+#include "plugin/records.h"
+#include "plugin/run_program.h"
 
 // Reads any bytes as the document that an add-on wrote, through every lookup that asks for one of
 // the roots that they name. Runs in the box, whose /etc and /tmp it writes.
@@ -106,12 +106,12 @@ constexpr Lookup kLookups[] = {
 }  // namespace
 
 // The one of the library is left out: here the add-on writes its document without a process.
-int libquilp::ExecCommand(char** argv) {
+libquilp::ProgramEnd libquilp::runProgram(char** argv) {
   while (argv[1] != nullptr) {
     ++argv;
   }
   std::ofstream(*argv, std::ios::binary) << documentText;
-  return 0;
+  return {};
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

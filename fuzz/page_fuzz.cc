@@ -7,7 +7,8 @@
 #include "libquilp.h"
 #include "movie/search.h"
 #include "plugin/page_fetch.h"
-#include "plugin/record_table.h"
+#include "plugin/records.h"
+#include "text/entities.h"
 #include "tv/details.h"
 #include "tv/search.h"
 
@@ -32,7 +33,7 @@ void runFind() {
   const int movieCount = imdbBasicGetMovies("word", kCount, &movies);
   velFreeMovies(movies, movieCount);
   velTVShow* shows = nullptr;
-  const int showCount = imdbGetTVShows("word", kCount, &shows);
+  const int showCount = searchShows("word", kCount, Context()).giveTo(&shows);
   velFreeTVShows(shows, showCount);
   fuzz::expect(movieCount == showCount && movieCount <= kCount, "a find page has too many results");
 }
@@ -88,18 +89,23 @@ std::string modelOutline(const std::string& page) {
 
 void runTitle(const std::string& page) {
   if (page.size() <= fuzz::kLongestModelled && page.find('\0') == std::string::npos) {
-    fuzz::expectText("the outline", imdbExtractOutline(page, kId), modelOutline(page));
-    collectPipe();
+    const auto outline = fetchOutline(page, kId, Context());
+    const std::string model = decoded(modelOutline(page));
+    fuzz::expectText("the outline", outline.value_or(""),
+                     model.find_first_not_of(' ') != std::string::npos ? model : "");
   }
   MovieWorkRecord record = {};
   record.id[0] = '1';
-  enrichFromTitlePage(record, "x");
+  record.reference = "x";
+  const Context context;
+  record.context = &context;
+  enrichFromTitlePage(&record);
 }
 
 void runEpisode(const std::string& page) {
   Episode episode;
   episode.id = strdup(kId);
-  readEpisodePage(page, 1, 2, episode);
+  readEpisodePage(page, 1, 2, fetchOutline(page, kId, Context()), episode);
   fuzz::expect(episode.actor_roles.size() <= episode.actor_names.size(), "a role has no actor");
 }
 
@@ -118,13 +124,13 @@ void run(Page kind, const std::string& page) {
       return runAlternate();
     case Page::show: {
       ShowInfo info;
-      imdbGetTVShowInfo(kId, &info);
+      fetchShow(kId, Context(), info);
       return fuzz::expect(info.actor_roles.size() <= info.actor_names.size(),
                           "a role has no actor");
     }
     case Page::episodes: {
       Episode episode;
-      imdbGetEpisodeId(kId, 1, 2, &episode);
+      fetchEpisode(kId, 1, 2, Context(), episode);
       return;
     }
     case Page::episode:
@@ -142,6 +148,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const std::out_of_range&) {
     // What the record holds by then is released all the same.
   }
-  collectPipe();
   return 0;
 }

@@ -40,20 +40,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const fuzz::FakeClient client(
       [&input](const std::string& address) { return answer(address, input); });
 
-  velAlbum_* albums = nullptr;
-  const int found = mbfSearchAlbum("album", "", kCount, &albums);
-  fuzz::expect(found <= kCount, "a search gives too many albums");
-  velFreeAlbums(albums, found);
+  const auto found = searchAlbums("album", "", kCount, Context());
+  fuzz::expect(found.count <= kCount, "a search gives too many albums");
 
-  albums = nullptr;
-  const AlbumListing listing = listAlbums("artist", kCount, &albums);
-  fuzz::expect(listing.found <= listing.filled && listing.filled <= kCount,
+  const auto listed = listAlbums("artist", kCount, Context());
+  fuzz::expect(listed.count <= listed.records.count() && listed.records.count() <= kCount,
                "a listing gives too many albums");
-  velFreeAlbums(albums, listing.filled);
 
-  velThumb_* thumbs = nullptr;
-  const int pictures = mbfGetArtistThumbnail("artist", kCount, &thumbs);
-  fuzz::expect(pictures <= kCount, "an artist has too many pictures");
-  velFreeThumbs(thumbs, pictures);
+  const auto pictures = fetchPictures("artist", kCount, Context());
+  fuzz::expect(pictures.count <= kCount, "an artist has too many pictures");
   return 0;
 }

@@ -31,7 +31,7 @@
  *   /etc/config/catalox.conf (an add-on's language); it keeps nothing between calls.
  * - iniparser reads both, and does not look whether it gets memory for its tables. The library
  * looks before; should another thread take the last of it in between, the process ends.
- * - It runs an add-on with fork and execvp and waits for it, however long that takes; the add-on
+ * - It runs an add-on with posix_spawn and waits for it, however long that takes; the add-on
  *   inherits standard input. Pages are fetched by /sbin/curl through system and popen, at most 25
  *   seconds each, but for the picture page that leads to a show's banner, which has no limit.
  *   Documents of the music services have 15 seconds to connect at each try and no other limit.

@@ -64,15 +64,16 @@ TEST(FindPageTable, HoldsTheRows) {
 }
 
 string outlineOf(const string& summary) {
-  return imdbExtractOutline(
-      "<div class=\"summary_text\" itemprop=\"description\">" + summary + "</div>", "'");
+  const Outline outline = imdbExtractOutline(
+      "<div class=\"summary_text\" itemprop=\"description\">" + summary + "</div>");
+  return outline.isOnSummaryPage ? "(summary page)" : outline.text;
 }
 
 TEST(Outline, FollowsTheLinksOfTheSummary) {
   EXPECT_EQ(outlineOf("\n  A\nb &amp; c.&nbsp;  \n"), "Ab &amp; c.");
   EXPECT_EQ(outlineOf("A <a href=\"x\">See full synopsis</a>&nbsp;&raquo;"), "A");
   EXPECT_EQ(outlineOf("A <a x>link</a> b</a>"), "A link b");
-  EXPECT_EQ(outlineOf("A <a x><a y>See full summary</a>"), "");  // no summary page is fetched here
+  EXPECT_EQ(outlineOf("A <a x><a y>See full summary</a>"), "(summary page)");
   EXPECT_EQ(outlineOf("<a x>Add a Plot</a> See full summary &raquo;"), "");
   EXPECT_EQ(outlineOf("The plot is unknown at this time."), "");
   EXPECT_EQ(outlineOf("Plot is unknown <a x>but</a> linked"), "Plot is unknown but linked");
@@ -80,13 +81,14 @@ TEST(Outline, FollowsTheLinksOfTheSummary) {
             "See full synopsis stays without a link");
   EXPECT_EQ(outlineOf("a <a unclosed"), "a <a unclosed");
   EXPECT_EQ(outlineOf("<<a 1>a 2>x<a 3"), "x<a 3");  // a removal makes another link
-  EXPECT_EQ(imdbExtractOutline("<div class=\"summary_text\" itemprop=\"description\">A", "'"), "");
+  EXPECT_EQ(imdbExtractOutline("<div class=\"summary_text\" itemprop=\"description\">A").text, "");
 }
 
 TEST(Outline, IsDecodedUnlessItIsBlank) {
   const auto decodedOf = [](const string& summary) {
-    return decodedOutline(
-        "<div class=\"summary_text\" itemprop=\"description\">" + summary + "</div>", "'");
+    return fetchOutline(
+        "<div class=\"summary_text\" itemprop=\"description\">" + summary + "</div>", "'",
+        Context());
   };
   EXPECT_EQ(decodedOf("&lt;&eacute;&#8212;"), "<\xC3\xA9\xE2\x80\x94");
   EXPECT_EQ(decodedOf("&nbsp; &nbsp;"), std::nullopt);
@@ -94,11 +96,9 @@ TEST(Outline, IsDecodedUnlessItIsBlank) {
 }
 
 string alternate(const string& rows, int count) {
-  RecordArray<velMovie_> movies(&velFreeMovies, 4);
-  readAlternatePage(rows, count, movies);
+  const RecordArray<velMovie_> movies = readAlternatePage(rows, count);
   string all;
-  for (int i = 0; i < movies.count(); ++i) {
-    const velMovie_& m = movies.data()[i];
+  for (const velMovie_& m : movies) {
     for (const char* field : {m.url, m.id, m.title, m.year, m.outline}) {
       all += (field != nullptr ? string(field) : "-") + "|";
     }
@@ -263,7 +263,7 @@ TEST_F(Details, APageMayEndAnywhere) {
 TEST(Enrich, NoThreadOutlivesItsRecords) {
   static std::atomic<int> ended{0};
   {
-    Enrichment left(6, [](void*) -> void* {
+    Enrichment left(6, "x", Context(), [](void*) -> void* {
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
       ++ended;
       return nullptr;
@@ -278,10 +278,10 @@ TEST(Enrich, NoThreadOutlivesItsRecords) {
 TEST(Enrich, BuffersAreCutBetweenCharacters) {
   MovieWorkRecord record = {};
   string id(62, 'x');
-  Enrichment one(1, [](void*) -> void* { return nullptr; });
+  Enrichment one(1, "x", Context(), [](void*) -> void* { return nullptr; });
   one.start(0, (id + "\xC3\xA9y").c_str());
   EXPECT_EQ(one.join(0).id, id);
-  Enrichment many(100, [](void* work) -> void* {
+  Enrichment many(100, "x", Context(), [](void* work) -> void* {
     auto* found = static_cast<MovieWorkRecord*>(work);
     std::strcpy(found->image, found->id);
     return nullptr;
@@ -292,7 +292,7 @@ TEST(Enrich, BuffersAreCutBetweenCharacters) {
   for (int i = 0; i < 100; ++i) {
     EXPECT_EQ(many.join(i).image, i % 2 == 0 ? std::to_string(i) : "");
   }
-  enrichFromTitlePage(record, "x");  // an empty identifier is not fetched
+  enrichFromTitlePage(&record);  // an empty identifier is not fetched
   EXPECT_STREQ(record.image, "");
 }
 

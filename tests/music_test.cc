@@ -19,7 +19,7 @@ const char kPath[] = "/tmp/document.json";
 
 std::optional<Json::Value> parsed(const std::string& document) {
   test::writeFile(kPath, document);
-  return readJson(kPath);
+  return readJson(kPath, Context());
 }
 
 TEST(Json, WhatIsNoDocumentIsTold) {
@@ -32,7 +32,7 @@ TEST(Json, WhatIsNoDocumentIsTold) {
         << document.substr(0, 20);
   }
   std::remove(kPath);
-  EXPECT_EQ(test::standardErrorOf([] { EXPECT_FALSE(readJson(kPath)); }),
+  EXPECT_EQ(test::standardErrorOf([] { EXPECT_FALSE(readJson(kPath, Context())); }),
             "Failed to parse configuration\n* Line 1, Column 1\n"
             "  Syntax error: value, object or array expected.\n");
 }
@@ -46,7 +46,7 @@ TEST(Json, ALargeDocumentIsNoFault) {
 
 TEST(Cover, IsNotAskedForWithoutAnIdentifier) {
   test::newSiteRequests();
-  EXPECT_EQ(coverOf(nullptr, CoverKind::kFront), "");
+  EXPECT_EQ(fetchCover(nullptr, CoverKind::kFront, Context()), "");
   EXPECT_THAT(test::newSiteRequests(), IsEmpty());
 }
 
@@ -55,7 +55,7 @@ TEST(ServiceDocument, TriesAgainWhileTheServiceIsOverloadedAlone) {
   const std::string address = "https://musicbrainz.org/ws/2/artist/?query=";
   test::newSiteRequests();
   {
-    ServiceDocument document;
+    ServiceDocument document{Context()};
     document.fetchOnce(address + "fault503");
     EXPECT_THAT(test::readFile(document.path()), HasSubstr("Too many requests"));
     EXPECT_THAT(test::newSiteRequests(), SizeIs(1));
@@ -64,7 +64,7 @@ TEST(ServiceDocument, TriesAgainWhileTheServiceIsOverloadedAlone) {
   }
   {
     // Without an answer there are no headers, and that is no overload.
-    ServiceDocument document;
+    ServiceDocument document{Context()};
     EXPECT_TRUE(document.fetch("https://nowhere.example/"));
     EXPECT_EQ(test::readFile(document.path()), "");
   }

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "imdb/title_details.h"
+#include "imdb/title_page.h"
 #include "tv/details.h"
 #include "tv/search.h"
 
@@ -131,7 +132,7 @@ class Show : public testing::Test {
   void read(const string& page) {
     velFreeTVShowInfo(&info);
     info = velTVShowInfo();
-    readShowPage(page, "'", info);  // an identifier that is never fetched
+    readShowPage(page, "tt1", {{}, fetchOutline(page, "tt1", Context())}, info);
   }
   void TearDown() override { velFreeTVShowInfo(&info); }
 
@@ -165,7 +166,7 @@ TEST_F(Show, TitleAndYears) {
   EXPECT_EQ(titleAndDates(string(kHead) + "A</h1>" + shared), "S|(null)|(null)");
   EXPECT_EQ(titleAndDates("<h3>Share this Rating</h3>(1)<strong>S(2)</strong></p>(3)"),
             "S(2)|(null)|(null)");
-  EXPECT_STREQ(info.id, "'");
+  EXPECT_STREQ(info.id, "tt1");
 }
 
 TEST_F(Show, SingleFields) {
@@ -229,7 +230,7 @@ class Episode : public testing::Test {
     velFreeTVEpisode(&info);
     info = velTVEpisode();
     info.id = duplicate("'");
-    readEpisodePage(page, 0, -1, info);
+    readEpisodePage(page, 0, -1, {}, info);
   }
   void TearDown() override { velFreeTVEpisode(&info); }
 
@@ -275,8 +276,8 @@ TEST(TitlePages, MayEndAnywhere) {
     velTVShowInfo show = velTVShowInfo();
     velTVEpisode episode = velTVEpisode();
     episode.id = duplicate("'");
-    readShowPage(page.substr(0, size), "'", show);
-    readEpisodePage(page.substr(0, size), 1, 1, episode);
+    readShowPage(page.substr(0, size), "tt1", {}, show);
+    readEpisodePage(page.substr(0, size), 1, 1, {}, episode);
     EXPECT_EQ(show.duration != nullptr, size >= page.size());
     EXPECT_EQ(show.actor_roles.size(), show.actor_names.size());
     velFreeTVShowInfo(&show);

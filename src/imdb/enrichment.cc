@@ -27,8 +27,7 @@ void* enrichFromTitlePage(void* work) {
     return nullptr;
   }
   try {
-    const auto page =
-        fetchThroughPipe(titleAddress(record.id, record.reference), *record.context);
+    const auto page = fetchThroughPipe(titleAddress(record.id, record.reference), *record.context);
     if (page) {
       copyCut(record.image, posterOf(*page).value_or(""));
       copyCut(record.outline, fetchOutline(*page, record.id, *record.context).value_or(""));

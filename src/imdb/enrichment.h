@@ -20,8 +20,8 @@ struct MovieWorkRecord {
 
 using ThreadBody = void* (*)(void*);
 
-/// The body of each enrichment thread: fills a MovieWorkRecord from its title page and returns null.
-/// An empty identifier is not fetched. Throws nothing: nothing catches it in a thread.
+/// The body of each enrichment thread: fills a MovieWorkRecord from its title page and returns
+/// null. An empty identifier is not fetched. Throws nothing: nothing catches it in a thread.
 void* enrichFromTitlePage(void* record);
 
 /// Runs a thread for each of its own work records and joins them in order.

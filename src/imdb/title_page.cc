@@ -87,8 +87,8 @@ std::string plotSummaryOf(std::string_view page) {
 }
 
 std::string imdbGetPlotSummary(const char* id, const Context& context) {
-  const auto page = fetchThroughPipe(
-      std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary", context);
+  const auto page =
+      fetchThroughPipe(std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary", context);
   return page ? plotSummaryOf(*page) : std::string();
 }
 

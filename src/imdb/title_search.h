@@ -42,8 +42,8 @@ RecordArray<Record> readFindPage(std::string_view page, const TitleSearch<Record
 /// Fetches a find page and gives its records, enriched. A page without results, or one that cannot
 /// be read, gives an empty record.
 template <class Record>
-Found<Record> searchTitles(const TitleSearch<Record>& search, const std::string& address,
-                           int count, const Context& context) {
+Found<Record> searchTitles(const TitleSearch<Record>& search, const std::string& address, int count,
+                           const Context& context) {
   const FilePage page = fetchToFile(address, search.file, context);
   if (page.status != 0) {
     return {};
@@ -54,13 +54,15 @@ Found<Record> searchTitles(const TitleSearch<Record>& search, const std::string&
       empty.add();
     }
     Found<Record> found(std::move(empty));
-    found.reason = page.text ? Reason::kNothingFound : Reason::kUnknownPage;
+    found.reason = page.text ? Reason::kNothingFound : Reason::kNoPage;
     return found;
   }
   Found<Record> found(readFindPage(*page.text, search, count));
   enrich(found.records.data(), found.count, search.id, search.image, search.outline,
          search.reference, context);
-  found.reason = found.count > 0 ? Reason::kOk : Reason::kUnknownPage;
+  if (found.count == 0) {
+    found.reason = page.text->empty() ? Reason::kEmptyPage : Reason::kUnknownPage;
+  }
   return found;
 }
 

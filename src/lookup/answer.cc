@@ -7,32 +7,49 @@
 namespace libquilp {
 namespace {
 
-/// Exit statuses of curl, and of the shell that starts it.
-constexpr int kUnknownHost = 6;
-constexpr int kNoConnection = 7;
-constexpr int kUnwritablePage = 23;
+/// Exit status of a shell that does not find a program.
 constexpr int kNoProgram = 127;
+
+struct CurlStatus {
+  int exit;
+  const char* before;  // the host's name
+  const char* after;
+};
+
+constexpr CurlStatus kCurlStatuses[] = {
+    {6, "could not resolve host ", ""},
+    {7, "could not connect to ", ""},
+    {18, "the connection to ", " ended before the whole page had come"},
+    {23, "the page of ", " could not be written to its file"},
+    {28, "", " did not answer in time"},
+    {35, "no secure connection to ", ""},
+    {52, "", " sent no answer"},
+    {56, "the connection to ", " broke"},
+    {60, "the certificate of ", " is not trusted"},
+};
 
 std::string addOnOf(const Answer& answer) {
   return answer.addOn ? "the add-on of [" + answer.addOn->section + ']' : "the add-on";
 }
 
-std::string networkSentence(const Answer& answer) {
-  switch (answer.number) {
-    case kUnknownHost:
-      return "could not resolve host " + answer.subject;
-    case kNoConnection:
-      return "could not connect to " + answer.subject;
-    case kUnwritablePage:
-      return "curl could not write the page of " + answer.subject;
-    case kNoProgram:
-      return std::string("there is no ") + kHttpClient;
-    default:
-      return "curl ended with status " + std::to_string(answer.number) + " for " + answer.subject;
-  }
+std::string signalName(int signal) {
+  const char* name = strsignal(signal);
+  return name != nullptr ? std::string(" (") + name + ')' : "";
 }
 
 }  // namespace
+
+std::string curlSentence(int exit, const std::string& host) {
+  if (exit == kNoProgram) {
+    return std::string("there is no ") + kHttpClient;
+  }
+  for (const CurlStatus& status : kCurlStatuses) {
+    if (status.exit == exit) {
+      return status.before + host + status.after;
+    }
+  }
+  return "curl ended with status " + std::to_string(exit) + " for " + host;
+}
 
 std::string sentence(const Answer& answer) {
   const std::string number = std::to_string(answer.number);
@@ -45,81 +62,101 @@ std::string sentence(const Answer& answer) {
       return "the show has no season " + number;
     case Reason::kUnknownEpisode:
       return "the season has no episode " + number;
-    case Reason::kUnknownPage:
-      return "the page of " + answer.subject + " has nothing in a known form";
     case Reason::kNoAddOn:
       return "no add-on is enabled, and nothing else can answer";
     case Reason::kCannotStart:
       return addOnOf(answer) + " cannot be started: " + answer.subject;
     case Reason::kExitStatus:
       return addOnOf(answer) + " ended with status " + number;
-    case Reason::kSignal: {
-      const char* name = strsignal(answer.number);
-      return addOnOf(answer) + " was ended by signal " + number +
-             (name != nullptr ? std::string(" (") + name + ')' : "");
-    }
+    case Reason::kSignal:
+      return addOnOf(answer) + " was ended by signal " + number + signalName(answer.number);
+    case Reason::kNoDocument:
+      return addOnOf(answer) + " wrote no document";
+    case Reason::kEmptyDocument:
+      return addOnOf(answer) + " wrote an empty document";
+    case Reason::kMalformedDocument:
+      return "the document of " + addOnOf(answer) + " is not well-formed";
+    case Reason::kWrongDocument:
+      return "the document of " + addOnOf(answer) + " has no element <" + answer.subject +
+             "> at its top";
+    case Reason::kNoNetwork:
+      return curlSentence(answer.number, answer.subject);
+    case Reason::kHttpStatus:
+      return "the site answered HTTP " + number;
+    case Reason::kChallenge:
+      return "the site answers only browsers (" +
+             (answer.number != 0 ? "HTTP " + number : std::string("a page")) +
+             " with a challenge): use an add-on, see quilp-addon(7)";
+    case Reason::kNoPage:
+      return "curl left no page of " + answer.subject;
+    case Reason::kEmptyPage:
+      return "the page of " + answer.subject + " is empty";
+    case Reason::kMalformedPage:
+      return "the document of " + answer.subject + " is not well-formed, or of another kind";
+    case Reason::kUnknownPage:
+      return "the page of " + answer.subject + " has nothing in a known form";
+    case Reason::kEmptyRows:
+      return answer.addOn ? "the document of " + addOnOf(answer) +
+                                " has entries, but no CDATA section with a text in them"
+                          : "the page of " + answer.subject + " has rows without a known field";
     case Reason::kTimedOut:
       return (answer.addOn ? addOnOf(answer) : answer.subject) + " did not answer in time";
     case Reason::kCancelled:
       return "the lookup was cancelled";
-    case Reason::kNoDocument:
-      return addOnOf(answer) + " wrote no document";
-    case Reason::kMalformedDocument:
-      return (answer.addOn ? "the add-on's document" : "the document of " + answer.subject) +
-             std::string(" is not well-formed");
-    case Reason::kWrongDocument:
-      return "the add-on's document has no element <" + answer.subject + "> at its top";
-    case Reason::kNoNetwork:
-      return networkSentence(answer);
-    case Reason::kHttpStatus:
-      return "the site answered HTTP " + number;
-    case Reason::kChallenge:
-      return "the site answers only browsers (HTTP " + number +
-             " with a challenge): use an add-on, see quilp-addon(7)";
     case Reason::kOutOfMemory:
       return "out of memory";
     case Reason::kWrongRequest:
-      return "this cannot be looked up: " + answer.subject;
+      return answer.subject;
   }
   return {};
 }
 
-const char* codeOf(Reason reason) {
-  switch (reason) {
+const char* codeOf(const Answer& answer) {
+  switch (answer.reason) {
     case Reason::kOk:
       return "ok";
     case Reason::kNothingFound:
-      return "nothing-found";
+      return "no-results";
     case Reason::kUnknownSeason:
       return "unknown-season";
     case Reason::kUnknownEpisode:
       return "unknown-episode";
-    case Reason::kUnknownPage:
-      return "unknown-page";
     case Reason::kNoAddOn:
       return "no-add-on";
     case Reason::kCannotStart:
-      return "cannot-start";
+      return "shell-not-executable";
     case Reason::kExitStatus:
-      return "exit-status";
     case Reason::kSignal:
-      return "signal";
-    case Reason::kTimedOut:
-      return "timed-out";
-    case Reason::kCancelled:
-      return "cancelled";
+      return "shell-failed";
     case Reason::kNoDocument:
       return "no-document";
+    case Reason::kEmptyDocument:
+      return "empty-document";
     case Reason::kMalformedDocument:
       return "malformed-document";
     case Reason::kWrongDocument:
       return "wrong-document";
     case Reason::kNoNetwork:
-      return "no-network";
+      return answer.number == kNoProgram ? "client-missing" : "client-failed";
     case Reason::kHttpStatus:
-      return "http-status";
+      return answer.number == 403 || answer.number == 429 || answer.number == 503 ? "refused"
+                                                                                  : "error-page";
     case Reason::kChallenge:
-      return "challenge";
+      return "challenge-page";
+    case Reason::kNoPage:
+      return "no-page";
+    case Reason::kEmptyPage:
+      return "empty-page";
+    case Reason::kMalformedPage:
+      return "malformed-page";
+    case Reason::kUnknownPage:
+      return "no-rows";
+    case Reason::kEmptyRows:
+      return "empty-rows";
+    case Reason::kTimedOut:
+      return "timed-out";
+    case Reason::kCancelled:
+      return "cancelled";
     case Reason::kOutOfMemory:
       return "out-of-memory";
     case Reason::kWrongRequest:

@@ -9,9 +9,9 @@ namespace {
 constexpr Option kOptions[] = {{"-f", Value::kPath}};
 
 std::vector<Element> elementsOfSong(const Request& /*request*/) {
-  return {{"Title", Element::Kind::kText, true},    {"TitleWordCount", Element::Kind::kNumber},
-          {"Language", Element::Kind::kNumber},     {"AudioTrack", Element::Kind::kNumber},
-          {"Gain", Element::Kind::kNumber},         {"Artist", Element::Kind::kNames},
+  return {{"Title", Element::Kind::kText, true}, {"TitleWordCount", Element::Kind::kNumber},
+          {"Language", Element::Kind::kNumber},  {"AudioTrack", Element::Kind::kNumber},
+          {"Gain", Element::Kind::kNumber},      {"Artist", Element::Kind::kNames},
           {"Genre", Element::Kind::kNames}};
 }
 
@@ -26,7 +26,8 @@ constexpr RecordRequest<KTV_ExtraData_t> kSong = {
     [](const XMLNode& root, const Values&, KTV_ExtraData_t& info) { readSong(root, info); },
     [](const Values& values, const Context&, KTV_ExtraData_t& info) {
       const char* slash = std::strrchr(values.path, '/');
-      return Outcome{BasicGetKTVInfo(slash != nullptr ? slash + 1 : values.path, &info)};
+      return Outcome{BasicGetKTVInfo(slash != nullptr ? slash + 1 : values.path, &info),
+                     Reason::kNothingFound};
     },
     nullptr,
     [](const RecordRequest<KTV_ExtraData_t>&, const KTV_ExtraData_t& info) {

@@ -1,6 +1,5 @@
 #include "lookup/lookup.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "text/cutter.h"
@@ -9,6 +8,7 @@ namespace libquilp {
 namespace {
 
 constexpr int kCurlTimedOut = 28;
+constexpr int kAccepted = 202;
 constexpr int kFirstError = 400;
 
 std::string hostOf(const std::string& address) {
@@ -79,11 +79,12 @@ XMLNode Lookup::openDocument() {
   int error = 0;
   XMLNode root = XMLNode::openFileHelper(call_->file(), &error, request_.root);
   if (!root) {
-    const bool isThere = !readFile(call_->file()).value_or("").empty();
+    const auto text = readFile(call_->file());
     // Only a document that can be read lacks an element.
-    answer_.reason = !isThere    ? Reason::kNoDocument
-                     : error < 0 ? Reason::kWrongDocument
-                                 : Reason::kMalformedDocument;
+    answer_.reason = !text           ? Reason::kNoDocument
+                     : text->empty() ? Reason::kEmptyDocument
+                     : error < 0     ? Reason::kWrongDocument
+                                     : Reason::kMalformedDocument;
     answer_.subject = request_.root;
   }
   return root;
@@ -91,6 +92,7 @@ XMLNode Lookup::openDocument() {
 
 std::optional<std::string> Lookup::copiedDocument(const std::vector<Element>& elements) {
   if (!runAddOn()) {
+    answer_.status = 1;
     return {};
   }
   int rows = 0;
@@ -104,8 +106,10 @@ std::optional<std::string> Lookup::copiedDocument(const std::vector<Element>& el
       any = any || filled > 0;
     }
   }
-  conclude(any, rows > 0 ? Reason::kUnknownPage : Reason::kNothingFound);
-  return readCopied(call_->file());
+  conclude(any, rows > 0 ? Reason::kEmptyRows : Reason::kNothingFound);
+  auto text = readCopied(call_->file());
+  answer_.status = text ? 0 : 1;
+  return text;
 }
 
 bool Lookup::setReason(const Fetch& fetch) {
@@ -125,16 +129,18 @@ void Lookup::conclude(bool found, Reason known) {
   if (answer_.reason != Reason::kOk) {
     return;
   }
-  // Something was found where the first page itself was no error; pages that it leads to may be.
   const std::vector<Fetch>& fetches = recorder_.fetches();
-  const std::size_t looksAt = found ? std::min<std::size_t>(fetches.size(), 1) : fetches.size();
-  for (std::size_t i = 0; i < looksAt; ++i) {
-    if (setReason(fetches[i])) {
+  if (found) {
+    // A page for an error has a title as well.
+    if (!fetches.empty() && (fetches[0].http >= kFirstError || fetches[0].http == kAccepted)) {
+      setReason(fetches[0]);
+    }
+    return;
+  }
+  for (const Fetch& fetch : fetches) {
+    if (setReason(fetch)) {
       return;
     }
-  }
-  if (found) {
-    return;
   }
   answer_.reason = known != Reason::kOk ? known : Reason::kNothingFound;
   answer_.number = known == Reason::kUnknownEpisode ? values_.episode : values_.season;

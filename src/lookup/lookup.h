@@ -12,8 +12,8 @@
 #include "plugin/records.h"
 #include "plugin/result_document.h"
 
-// The one way to make a lookup. Only std::logic_error leaves it, where the exported function says so;
-// out of memory is an answer.
+// The one way to make a lookup. Only std::logic_error leaves it, where the exported function says
+// so; out of memory is an answer.
 
 namespace libquilp {
 
@@ -162,14 +162,16 @@ Found<Record> findBy(const ListRequest<Record>& request, const Values& values, L
                             readRecord(entry, request.fields, record);
                           }
                         });
-    found.reason = found.count > 0 ? Reason::kUnknownPage : Reason::kNothingFound;
   }
   bool any = false;
   for (const Record& record : found.records) {
     any = any || anyFilled(request.printed, record);
   }
+  if (found.records.count() > 0 && found.reason == Reason::kOk) {
+    found.reason = Reason::kEmptyRows;
+  }
   // The built-in searches give an empty record where there is nothing.
-  const bool counts = any || !lookup.isBuiltIn();
+  const bool counts = any || found.reason == Reason::kEmptyRows;
   lookup.countFields(request.printed, found.records.begin(), counts ? found.records.count() : 0);
   lookup.conclude(any, found.reason);
   return found;
@@ -202,10 +204,10 @@ void fillBy(const RecordRequest<Record>& request, const Values& values, Lookup& 
   if (lookup.isBuiltIn()) {
     const Outcome outcome = request.builtIn(values, lookup.context(), record);
     answer.status = outcome.status;
-    known = outcome.reason;
+    known = outcome.reason != Reason::kOk ? outcome.reason : Reason::kUnknownPage;
   } else if (const XMLNode root = lookup.document()) {
     request.read(root, values, record);
-    known = Reason::kUnknownPage;
+    known = Reason::kEmptyRows;
   } else {
     answer.status = answer.status != 0 ? answer.status : 1;
   }
@@ -243,7 +245,9 @@ PrintedAnswer printList(const Request& base, const Values& values, const Context
   PrintedAnswer answer;
   try {
     Lookup lookup(request, values, Use::kPrint, context, answer);
-    if (answer.addOn && request.media.printing == Printing::kAddOnDocument) {
+    const bool copies = request.media.printing == Printing::kAddOnDocument;
+    answer.status = copies ? 1 : 0;
+    if (answer.addOn && copies) {
       answer.document = lookup.copiedDocument(elementsOf(request.printed));
       return answer;
     }
@@ -252,11 +256,12 @@ PrintedAnswer printList(const Request& base, const Values& values, const Context
       ResultDocument document(request.root);
       int index = 0;
       for (const Record& record : found.records) {
-        XMLNode entry = request.value != nullptr ? document.root()
-                                                 : document.addEntry(request.entry, index++);
+        XMLNode entry =
+            request.value != nullptr ? document.root() : document.addEntry(request.entry, index++);
         writeRecord(entry, request.printed, record, adderOf(request));
       }
       answer.document = textOf(request, document);
+      answer.status = 0;
     }
   } catch (const std::bad_alloc&) {
     answer.reason = Reason::kOutOfMemory;
@@ -306,7 +311,8 @@ std::vector<Element> recordElements(const Request& request) {
 
 // What the exported functions are made of: lookups that nothing observes.
 
-/// Stores the array and, where there is one, the add-on's exit status. Null for `records` is refused.
+/// Stores the array and, where there is one, the add-on's exit status. Null for `records` is
+/// refused.
 template <class Record>
 int search(const ListRequest<Record>& request, const Values& values, Record** records,
            int* error = nullptr) {

@@ -9,10 +9,8 @@ namespace {
 constexpr Option kSearchOptions[] = {
     {"-t", Value::kKeyword}, {"-n", Value::kCount}, {"-l", Value::kLanguage}};
 constexpr Option kShowOptions[] = {{"-i", Value::kId}, {"-l", Value::kLanguage}};
-constexpr Option kEpisodeOptions[] = {{"-i", Value::kId},
-                                      {"-s", Value::kSeason},
-                                      {"-e", Value::kEpisode},
-                                      {"-l", Value::kLanguage}};
+constexpr Option kEpisodeOptions[] = {
+    {"-i", Value::kId}, {"-s", Value::kSeason}, {"-e", Value::kEpisode}, {"-l", Value::kLanguage}};
 
 char* decimal(int value) { return SafeStrdup(std::to_string(value).c_str()); }
 
@@ -98,8 +96,7 @@ int velPrintTVShowByID(const char* id, const char* lang) {
   return writeOut(answer) ? 0 : answer.status;
 }
 
-int velGetTVEpisode(const char* id, int season, int episode, const char* lang,
-                    velTVEpisode* info) {
+int velGetTVEpisode(const char* id, int season, int episode, const char* lang, velTVEpisode* info) {
   return fill(kEpisodeDetails, Values::ofEpisode(id, season, episode, lang), info);
 }
 

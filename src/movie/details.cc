@@ -218,10 +218,10 @@ MovieLinks readCombinedPage(std::string_view page, const char* id, velMovieInfo_
 }
 
 Outcome fetchMovie(const char* id, const Context& context, velMovieInfo_& info) {
-  const FilePage page =
-      fetchToFile(std::string(IMDB_AKAS_BASE) + "/title/" + id + "/combined", movieInfoPage, context);
+  const FilePage page = fetchToFile(std::string(IMDB_AKAS_BASE) + "/title/" + id + "/combined",
+                                    movieInfoPage, context);
   if (!page.text) {
-    return {page.status};
+    return {page.status, Reason::kNoPage};
   }
   const MovieLinks links = readCombinedPage(*page.text, id, info);
   if (links.plotSummary) {

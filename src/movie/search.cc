@@ -7,9 +7,9 @@
 namespace libquilp {
 namespace {
 
-const TitleSearch<velMovie_> kMovieSearch = {
-    movieSearchPage,  "fn_tt_tt_1",    &velMovie_::id,      &velMovie_::title,
-    &velMovie_::year, &velMovie_::url, &velMovie_::outline, &velFreeMovies};
+const TitleSearch<velMovie_> kMovieSearch = {movieSearchPage,     "fn_tt_tt_1",     &velMovie_::id,
+                                             &velMovie_::title,   &velMovie_::year, &velMovie_::url,
+                                             &velMovie_::outline, &velFreeMovies};
 
 // <td class="number">…<img src="URL" …>…<a href="/title/ID/">TITLE</a>
 //   <span class="year_type">(YEAR)</span>…<span class="outline">OUTLINE</span>…</tr>

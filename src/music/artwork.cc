@@ -61,7 +61,7 @@ Found<velThumb_> fetchPictures(const char* artist, int count, const Context& con
   const auto document = fetchArtwork(*id, context);
   if (!document) {
     Found<velThumb_> none;
-    none.reason = Reason::kUnknownPage;
+    none.reason = Reason::kMalformedPage;
     return none;
   }
   return Found<velThumb_>(picturesOf(*document, count));

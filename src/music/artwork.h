@@ -15,7 +15,8 @@ namespace libquilp {
 enum class CoverKind { kFront, kFrontOrDisc };
 
 /// Fetches the artwork of an album and gives the address of its cover; empty when the service has
-/// none, and none when its answer cannot be parsed. Without an identifier (null) nothing is fetched.
+/// none, and none when its answer cannot be parsed. Without an identifier (null) nothing is
+/// fetched.
 std::optional<std::string> fetchCover(const char* id, CoverKind kind, const Context& context);
 
 /// The address of a cover in an album's artwork document; empty when there is none.

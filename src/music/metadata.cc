@@ -36,6 +36,20 @@ XMLNode listIn(const ServiceDocument& document, const char* list) {
   return XMLNode::openFileHelper(document.path(), &error, "metadata").getChildNode(list);
 }
 
+/// Why such a list has nothing.
+Found<velAlbum_> nothingIn(const ServiceDocument& document) {
+  Found<velAlbum_> nothing;
+  int error = 0;
+  if (readFile(document.path()).value_or("").empty()) {
+    nothing.reason = Reason::kEmptyPage;
+  } else if (!XMLNode::openFileHelper(document.path(), &error, "metadata")) {
+    nothing.reason = Reason::kMalformedPage;
+  } else {
+    nothing.reason = Reason::kNothingFound;
+  }
+  return nothing;
+}
+
 /// The service writes the identifier first, whatever it is called.
 const char* firstAttribute(const XMLNode& node) { return node.getAttribute(0).lpszValue; }
 
@@ -89,7 +103,7 @@ Found<velAlbum_> listAlbums(const char* artist, int count, const Context& contex
   const XMLNode list = listIn(document, "release-group-list");
   const int size = list.nChildNode("release-group");
   if (size == 0) {
-    return {};
+    return nothingIn(document);
   }
   const int n = std::min(size, count);
   RecordArray<velAlbum_> array(&velFreeAlbums, n);
@@ -106,7 +120,7 @@ Found<velAlbum_> listAlbums(const char* artist, int count, const Context& contex
     if (!cover) {
       Found<velAlbum_> abandoned(std::move(array));
       abandoned.count = 0;
-      abandoned.reason = Reason::kUnknownPage;
+      abandoned.reason = Reason::kMalformedPage;
       return abandoned;
     }
     album.image = SafeStrdup(cover->c_str());
@@ -128,7 +142,7 @@ Found<velAlbum_> searchAlbums(const char* album, const char* artist, int count,
   const XMLNode list = listIn(document, "release-group-list");
   const int size = list.nChildNode("release-group");
   if (size == 0) {
-    return {};
+    return nothingIn(document);
   }
   const int n = std::min(size, count);
   RecordArray<velAlbum_> array(&velFreeAlbums, n);

@@ -12,19 +12,18 @@
 namespace libquilp {
 namespace {
 
-constexpr int kAccepted = 202;
-constexpr int kForbidden = 403;
-
 bool startsWith(std::string_view line, std::string_view start) {
   return line.size() >= start.size() && strncasecmp(line.data(), start.data(), start.size()) == 0;
 }
 
-/// A page that lets browsers in alone answers with one of these, and a script or a picture to solve.
+/// Whether a page wants a browser, or a person, to prove itself.
 bool isChallengePage(std::string_view page) {
   std::string text(page);
   std::transform(text.begin(), text.end(), text.begin(),
                  [](char c) { return static_cast<char>(toLower(static_cast<unsigned char>(c))); });
-  constexpr std::string_view kMarks[] = {"captcha", "challenge", "not a robot", "are a human"};
+  constexpr std::string_view kMarks[] = {"captcha",         "challenge.js", "challenge-container",
+                                         "are you a robot", "not a robot",  "are human",
+                                         "unusual traffic"};
   return std::any_of(std::begin(kMarks), std::end(kMarks),
                      [&text](std::string_view mark) { return contains(text, mark); });
 }
@@ -74,8 +73,7 @@ void FetchReport::finish(int exit, std::string_view page) {
   if (const auto headers = readFile(headers_.c_str())) {
     readHeaders(*headers, fetch_);
   }
-  const bool mayBeChallenge = fetch_.http == kAccepted || fetch_.http == kForbidden;
-  fetch_.isChallenge = fetch_.isChallenge || (mayBeChallenge && isChallengePage(page));
+  fetch_.isChallenge = fetch_.isChallenge || isChallengePage(page);
   observer_->pageFetched(fetch_);
 }
 

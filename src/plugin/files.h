@@ -26,8 +26,8 @@ class CTmpFile {
 /// The whole file; none when it cannot be read.
 std::optional<std::string> readFile(const char* path);
 
-/// The file as the print functions copy it: what follows a zero byte in a line is lost. None when it
-/// cannot be read.
+/// The file as the print functions copy it: what follows a zero byte in a line is lost. None when
+/// it cannot be read.
 std::optional<std::string> readCopied(const char* path);
 
 /// All that is left in a stream, read line by line in pieces: what follows a zero byte in a piece

@@ -10,9 +10,9 @@ namespace libquilp {
 /// One run of curl.
 struct Fetch {
   std::string address;
-  int exit = 0;  // curl's exit status
-  int http = 0;  // HTTP status; 0 for no answer
-  bool isChallenge = false;
+  int exit = 0;              // curl's exit status
+  int http = 0;              // HTTP status; 0 for no answer
+  bool isChallenge = false;  // the page, or its header, wants a browser to prove itself
   long bytes = 0;
   double seconds = 0;
 };

@@ -91,8 +91,8 @@ FilePage fetchToFile(const std::string& address, PageFile& file, const Context& 
   }
   FetchReport report(address, context);
   const std::string path = file.path;
-  const std::string command = "rm -f " + path + ";" + curlCommand(address) + " -o " + path +
-                              kLimits + report.option();
+  const std::string command =
+      "rm -f " + path + ";" + curlCommand(address) + " -o " + path + kLimits + report.option();
   const std::lock_guard<std::mutex> lock(file.inUse);
   if (isBlocked(file.path)) {
     report.finish(kUnwritablePage, {});

@@ -12,8 +12,8 @@
 // The only places that know curl's command lines. A page's address that holds a single quote, or a
 // zero byte, would end its own quoting there: it is never fetched.
 //
-// The observer of a lookup is told of each fetch. To know the HTTP status, curl is then asked for the
-// headers as well ("-D FILE"); what a server sees stays the same.
+// The observer of a lookup is told of each fetch. To know the HTTP status, curl is then asked for
+// the headers as well ("-D FILE"); what a server sees stays the same.
 
 namespace libquilp {
 

@@ -8,19 +8,27 @@ enum class Reason {
   kNothingFound,
   kUnknownSeason,
   kUnknownEpisode,
-  kUnknownPage,  // a page without anything that we know how to read
+
   kNoAddOn,
   kCannotStart,
   kExitStatus,
   kSignal,
-  kTimedOut,
-  kCancelled,
   kNoDocument,
+  kEmptyDocument,
   kMalformedDocument,
   kWrongDocument,  // well-formed, but with another root element
-  kNoNetwork,
+
+  kNoNetwork,  // or whatever else made curl fail
   kHttpStatus,
   kChallenge,
+  kNoPage,
+  kEmptyPage,
+  kMalformedPage,  // a service's document that is not well-formed, or of another kind
+  kUnknownPage,    // a page that has nothing in a known form
+  kEmptyRows,      // rows of a page, or entries of an add-on's document, without known fields
+
+  kTimedOut,
+  kCancelled,
   kOutOfMemory,
   kWrongRequest,
 };

@@ -35,7 +35,8 @@ class Items {
  public:
   constexpr Items() = default;
   template <std::size_t N>
-  constexpr Items(const T (&items)[N]) : first_(items), size_(N) {}  // NOLINT(google-explicit-constructor)
+  constexpr Items(const T (&items)[N])
+      : first_(items), size_(N) {}  // NOLINT(google-explicit-constructor)
 
   constexpr const T* begin() const { return first_; }
   constexpr const T* end() const { return first_ + size_; }

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <utility>
 
-#include "plugin/record_table.h"
 #include "plugin/reason.h"
+#include "plugin/record_table.h"
 
 // Who owns the records of a lookup, and how they are handed over.
 
@@ -85,7 +85,7 @@ struct Found {
   explicit Found(RecordArray<Record> array) : records(std::move(array)), count(records.count()) {}
 
   RecordArray<Record> records;
-  int count = 0;  // what a caller is told; others than the number of records say why
+  int count = 0;  // what a caller is told, which may differ from the number of records
   Reason reason = Reason::kOk;
 
   /// Stores the array and returns the number that a caller is told.
@@ -97,8 +97,8 @@ struct Found {
 
 /// How filling one record went.
 struct Outcome {
-  int status = 0;  // what a caller is told
-  Reason reason = Reason::kOk;
+  int status = 0;               // what a caller is told
+  Reason reason = Reason::kOk;  // if nothing was filled
 };
 
 /// Reads a list document: one record for each child `entry` of `root`, filled by read(child,

@@ -51,7 +51,9 @@ XMLNode ResultDocument::addEntry(const char* name, int index) {
   return entry;
 }
 
-std::string ResultDocument::text() const { return std::string(writtenOut(declaration_).get()) + '\n'; }
+std::string ResultDocument::text() const {
+  return std::string(writtenOut(declaration_).get()) + '\n';
+}
 
 std::string ResultDocument::decodedText() const {
   const Text text = writtenOut(declaration_);

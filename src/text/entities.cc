@@ -81,6 +81,9 @@ bool namedCode(std::string_view name, std::uint32_t& code) {
 }  // namespace libquilp
 
 size_t decode_html_entities_utf8(char* dest, const char* src) {
+  if (dest == nullptr) {
+    return 0;
+  }
   const char* read = src != nullptr ? src : dest;
   char* write = dest;
   const auto keepUpTo = [&](const char* stop) {

@@ -28,7 +28,10 @@ void getDefaultLang(const char** lang, char* shell) {
   using namespace libquilp;
   static thread_local char code[kCodeSize + 1];
 
-  const std::string_view name = baseName(shell);
+  if (lang == nullptr) {
+    return;
+  }
+  const std::string_view name = baseName(shell != nullptr ? shell : "");
   char key[kKeySize];
   std::snprintf(key, sizeof key, "%.*s:%s", static_cast<int>(name.size()), name.data(), "LANG");
   const IniFile catalogue(kCatalogueFile);

@@ -26,6 +26,9 @@ char from_hex(char digit) {
 }
 
 char* url_encode(char* text) {
+  if (text == nullptr) {
+    return nullptr;
+  }
   char* const encoded = static_cast<char*>(std::malloc(3 * std::strlen(text) + 1));
   if (encoded == nullptr) {
     return nullptr;
@@ -48,6 +51,9 @@ char* url_encode(char* text) {
 }
 
 char* url_decode(char* text) {
+  if (text == nullptr) {
+    return nullptr;
+  }
   char* const decoded = static_cast<char*>(std::malloc(std::strlen(text) + 1));
   if (decoded == nullptr) {
     return nullptr;
@@ -91,7 +97,8 @@ char char2hex(char digit) {
 int StringConvert2PercentString(char* source, int sourceLength, char* destination,
                                 int destinationSize) {
   // Positions are counted in 16 bits.
-  if (sourceLength < 1 || sourceLength > destinationSize / 3 || sourceLength > UINT16_MAX) {
+  if (source == nullptr || destination == nullptr || sourceLength < 1 ||
+      sourceLength > destinationSize / 3 || sourceLength > UINT16_MAX) {
     return -1;
   }
   for (int i = 0; i < sourceLength; ++i) {

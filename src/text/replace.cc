@@ -50,6 +50,9 @@ void replaceReferences(std::string& text, std::string_view start, int base) {
 }  // namespace libquilp
 
 void replace_string(std::string* text) {
+  if (text == nullptr) {
+    return;
+  }
   libquilp::replaceReferences(*text, "&#x", 16);
   libquilp::replaceReferences(*text, "&#", 10);
   libquilp::removeAll(*text, '\r');

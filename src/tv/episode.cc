@@ -12,7 +12,7 @@ namespace {
 /// The text between `open` and `close`, both searched from the start of `marker`. Where `close`
 /// stands first the count wraps around, and the cut runs to the end of the page.
 Cut bothAfter(std::string_view page, std::string_view marker, std::string_view open,
-               std::string_view close) {
+              std::string_view close) {
   const std::size_t from = page.find(marker);
   const std::size_t start = page.find(open, from);
   const std::size_t end = page.find(close, from);
@@ -102,16 +102,16 @@ Outcome fetchEpisode(const char* showId, int season, int episode, const Context&
                       "/episodes?season=" + std::to_string(season) + "&ref_=tt_eps_sn_1",
                   tvShowInfoPage, context);
   if (!list.text) {
-    return {kNoEpisode};
+    return {kNoEpisode, Reason::kNoPage};
   }
   info.id = duplicate(episodeIdOf(*list.text, season, episode));
   if (*orEmpty(info.id) == '\0') {
-    return {kNoEpisode, hasSeason(*list.text, season) ? Reason::kUnknownEpisode
-                                                      : Reason::kUnknownSeason};
+    return {kNoEpisode,
+            hasSeason(*list.text, season) ? Reason::kUnknownEpisode : Reason::kUnknownSeason};
   }
   const FilePage page = fetchToFile(titleAddress(info.id, kTVReference), tvShowInfoPage, context);
   if (!page.text) {
-    return {1};
+    return {1, Reason::kNoPage};
   }
   readEpisodePage(*page.text, season, episode, fetchOutline(*page.text, info.id, context), info);
   return {};

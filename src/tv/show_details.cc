@@ -139,7 +139,7 @@ void readShowPage(const std::string& page, const char* id, const FetchedTexts& f
 Outcome fetchShow(const char* id, const Context& context, velTVShowInfo& info) {
   const FilePage page = fetchToFile(titleAddress(id, kTVReference), tvShowInfoPage, context);
   if (!page.text) {
-    return {1};
+    return {1, Reason::kNoPage};
   }
   FetchedTexts fetched;
   fetched.banner = fetchBanner(*page.text, context);

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <pthread.h>
+#include <spawn.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -139,13 +140,10 @@ FILE* fopen(const char* path, const char* mode) {
 
 FILE* fopen64(const char* path, const char* mode) { return fopen(path, mode); }
 
-pid_t fork() noexcept {
-  FAULT_REAL(fork);
-  const pid_t child = fails(kFork, EAGAIN) ? -1 : real();
-  if (child == 0) {
-    armed = false;
-  }
-  return child;
+int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,
+                const posix_spawnattr_t* attributes, char* const* argv, char* const* environment) {
+  FAULT_REAL(posix_spawn);
+  return fails(kSpawn, EAGAIN) ? EAGAIN : real(child, path, actions, attributes, argv, environment);
 }
 
 FILE* popen(const char* command, const char* mode) {

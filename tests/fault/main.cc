@@ -17,13 +17,13 @@
 #include "fault.h"
 #include "support.h"
 
-// Makes each call that an exported function makes of malloc, fopen, fork and so on fail, one after
-// the other, and looks at what the function gives then and at what it leaves behind.
+// Makes each call that an exported function makes of malloc, fopen, posix_spawn and so on fail, one
+// after the other, and looks at what the function gives then and at what it leaves behind.
 
 namespace {
 
-const char* const kFamilyNames[kFamilies] = {"memory", "open",   "fork", "popen",
-                                             "system", "thread", "read", "name"};
+const char* const kFamilyNames[kFamilies] = {"memory", "open",   "spawn", "popen",
+                                             "system", "thread", "read",  "name"};
 
 struct Tally {
   long failed;

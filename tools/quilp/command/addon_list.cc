@@ -47,10 +47,10 @@ bool printListAsJson(const RegistryView& registry) {
   for (const RegistrySection& section : registry.sections()) {
     list["sections"].append(jsonOf(registry, section));
   }
-  for (const Media& media : kMedia) {
+  for (const Media& media : libquilp::kAllMedia) {
     Json::Value& entry = list["media"][media.type];
     entry["records"] = jsonOfServing(registry.serving(media, Use::kRecords));
-    if (media.print != Media::Print::kNone) {
+    if (media.printing != libquilp::Printing::kNone) {
       entry["print"] = jsonOfServing(registry.serving(media, Use::kPrint));
     }
   }
@@ -85,8 +85,8 @@ bool printListAsTable(const RegistryView& registry) {
   }
   std::cout << '\n';
   Table uses({"media", "records", "print"});
-  for (const Media& media : kMedia) {
-    const bool prints = media.print != Media::Print::kNone;
+  for (const Media& media : libquilp::kAllMedia) {
+    const bool prints = media.printing != libquilp::Printing::kNone;
     uses.addRow({media.type, labelOf(registry.serving(media, Use::kRecords)),
                  prints ? labelOf(registry.serving(media, Use::kPrint)) : "-"});
   }

@@ -1,13 +1,17 @@
+#include "explain/explain.h"
+
 #include <cerrno>
 #include <string>
 #include <system_error>
 
 #include "command/commands.h"
 #include "command/options.h"
-#include "explain/search.h"
+#include "lookup/requests.h"
 
 namespace quilp {
 namespace {
+
+using libquilp::Values;
 
 std::string text;
 std::string artist;
@@ -16,17 +20,17 @@ int count = kDefaultCount;
 Format format;
 
 Command& addSearch(Command& explain, const char* name, const char* what, const char* operand,
-                   Explanation (*search)()) {
+                   const libquilp::Request& request, Values (*values)()) {
   Command& command = explain.add(name, "Explain a search for " + std::string(what));
   command.operands.push_back({operand, "What to look for", toText(text)});
   addCount(command, count);
   addFormat(command, format, {Format::kTable, Format::kJson});
-  command.run = [search] {
-    const Explanation explanation = search();
+  command.run = [&request, values] {
+    const Explanation explanation = quilp::explain(request, values());
     if (!print(explanation, format)) {
       throw std::system_error(errno, std::generic_category(), "cannot write");
     }
-    return explanation.searchStatus;
+    return explanation.exitStatus;
   };
   return command;
 }
@@ -35,12 +39,14 @@ Command& addSearch(Command& explain, const char* name, const char* what, const c
 
 void addExplainCommands(Command& program) {
   Command& explain = program.add("explain", "Search, and tell how and why");
-  addSearch(explain, "movie", "movies", "KEYWORD", [] { return explainMovies(text, count); });
-  Command& tv = addSearch(explain, "tv", "TV shows", "KEYWORD",
-                          [] { return explainShows(text, count, language); });
+  addSearch(explain, "movie", "movies", "KEYWORD", libquilp::kMovieSearch,
+            [] { return Values::search(text.c_str(), count); });
+  Command& tv = addSearch(explain, "tv", "TV shows", "KEYWORD", libquilp::kShowSearch, [] {
+    return Values::search(text.c_str(), count, language.empty() ? nullptr : language.c_str());
+  });
   addLanguage(tv, language);
-  Command& music = addSearch(explain, "music", "albums", "ALBUM",
-                             [] { return explainAlbums(text, artist, count); });
+  Command& music = addSearch(explain, "music", "albums", "ALBUM", libquilp::kAlbumSearch,
+                             [] { return Values::ofAlbum(text.c_str(), artist.c_str(), count); });
   music.options.push_back({0, "artist", "NAME", "Only albums of this artist", toText(artist)});
 }
 

@@ -38,7 +38,7 @@ void addMovieCommands(Command& program) {
   identifier.addTo(show, "Identifier of the movie");
   addFormat(show, format);
   show.run = [] {
-    const std::string id = identifier.forLibrary(kMovie);
+    const std::string id = identifier.forLibrary(libquilp::kMovieMedia);
     return printDocument(
         [&id] {
           // Printing tells only that it failed; asking once more tells how.

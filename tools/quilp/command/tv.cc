@@ -37,7 +37,7 @@ void addShow(Command& tv) {
   addLanguage(show, language);
   addFormat(show, format);
   show.run = [] {
-    const std::string id = identifier.forLibrary(kTV);
+    const std::string id = identifier.forLibrary(libquilp::kTVMedia);
     return printDocument([&id] { return velPrintTVShowByID(id.c_str(), languageOrNull()); },
                          format);
   };
@@ -55,7 +55,7 @@ void addEpisode(Command& tv) {
   addLanguage(episode, language);
   addFormat(episode, format);
   episode.run = [] {
-    const std::string id = identifier.forLibrary(kTV);
+    const std::string id = identifier.forLibrary(libquilp::kTVMedia);
     const int result = printDocument(
         [&id] { return velPrintTVEpisode(id.c_str(), season, number, languageOrNull()); }, format);
     return result < 0 ? kNothingFound : result;

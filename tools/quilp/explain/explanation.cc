@@ -7,38 +7,39 @@
 #include "output/json_output.h"
 #include "output/table.h"
 #include "output/utf8.h"
-#include "platform.h"
 
 namespace quilp {
 namespace {
 
-bool isGood(const Transfer& transfer) { return transfer.exit == 0 && transfer.http == 200; }
+using libquilp::Fetch;
 
-std::string outcomeOf(const Transfer& transfer) {
-  std::string text =
-      transfer.http > 0 ? "HTTP " + std::to_string(transfer.http) : std::string("no answer");
-  text += transfer.bytes >= 0 ? ", " + std::to_string(transfer.bytes) + " bytes" : "";
-  if (transfer.exit != 0) {
-    text += ", client's status " + std::to_string(transfer.exit);
-    text += transfer.error.empty() ? "" : ": " + transfer.error;
+bool isGood(const Fetch& fetch) { return fetch.exit == 0 && fetch.http == 200; }
+
+std::string hostOf(const Fetch& fetch) {
+  const std::size_t start = fetch.address.find("://") + 3;
+  return fetch.address.substr(start, fetch.address.find('/', start) - start);
+}
+
+std::string outcomeOf(const Fetch& fetch) {
+  std::string text = fetch.http > 0 ? "HTTP " + std::to_string(fetch.http) + ", " : "";
+  text += std::to_string(fetch.bytes) + " bytes";
+  if (fetch.exit != 0) {
+    text += ", curl's exit status " + std::to_string(fetch.exit) + ": " +
+            libquilp::curlSentence(fetch.exit, hostOf(fetch));
   }
   return text;
 }
 
 /// The first one, and those that went wrong: a search fetches one or two more for each result.
-void printTransfers(const std::vector<Transfer>& transfers) {
-  if (transfers.empty()) {
-    printLine("fetched", "unknown: the client was not heard");
-    return;
-  }
+void printFetches(const std::vector<Fetch>& fetches) {
   std::size_t others = 0;
-  for (const Transfer& transfer : transfers) {
-    if (&transfer != &transfers.front() && isGood(transfer)) {
+  for (const Fetch& fetch : fetches) {
+    if (&fetch != &fetches.front() && isGood(fetch)) {
       ++others;
       continue;
     }
-    printLine("fetched", transfer.address);
-    printLine("", outcomeOf(transfer));
+    printLine("fetched", fetch.address);
+    printLine("", outcomeOf(fetch));
   }
   if (others > 0) {
     printLine("", "and " + std::to_string(others) + " more, HTTP 200 each");
@@ -75,28 +76,29 @@ bool printAsText(const Explanation& explanation) {
     printLine("title words", words.empty() ? "(none are left)" : words);
     printLine("in an address", explanation.keyword->encoded);
   }
-  if (explanation.section) {
-    printLine("route", "the add-on of [" + *explanation.section + ']');
+  if (const auto& addOn = explanation.answer.addOn) {
+    printLine("route", "the add-on of [" + addOn->section + ']');
     printLine("command", joined(explanation.command));
-    printLine("status", explanation.shellStatus ? std::to_string(*explanation.shellStatus) : "");
+    printLine("status", explanation.addOnStatus ? std::to_string(*explanation.addOnStatus) : "");
   } else {
     printLine("route", "built-in: " + explanation.whyBuiltIn);
-    printTransfers(explanation.transfers);
+    printFetches(explanation.fetches);
   }
   printLine("rows", std::to_string(explanation.rows));
   printFields(explanation);
-  printLine("reason", explanation.reason ? explanation.reason->text : "");
+  printLine("reason", sentence(explanation.answer));
   return static_cast<bool>(std::cout.flush());
 }
 
-Json::Value jsonOf(const Transfer& transfer) {
+Json::Value jsonOf(const Fetch& fetch) {
   Json::Value value;
-  value["address"] = jsonText(transfer.address);
-  value["status"] = transfer.exit;
-  value["http"] = transfer.http > 0 ? Json::Value(transfer.http) : Json::Value();
-  value["bytes"] =
-      transfer.bytes >= 0 ? Json::Value(static_cast<Json::Int64>(transfer.bytes)) : Json::Value();
-  value["error"] = jsonText(transfer.error);
+  value["address"] = jsonText(fetch.address);
+  value["status"] = fetch.exit;
+  value["http"] = fetch.http > 0 ? Json::Value(fetch.http) : Json::Value();
+  value["bytes"] = static_cast<Json::Int64>(fetch.bytes);
+  value["seconds"] = fetch.seconds;
+  value["error"] =
+      fetch.exit != 0 ? jsonText(libquilp::curlSentence(fetch.exit, hostOf(fetch))) : Json::Value();
   return value;
 }
 
@@ -106,27 +108,28 @@ bool printAsJson(const Explanation& explanation) {
     value["words"] = jsonText(explanation.keyword->words);
     value["encoded"] = jsonText(explanation.keyword->encoded);
   }
-  value["section"] = jsonText(explanation.section.value_or(""));
-  if (explanation.section) {
+  const libquilp::Answer& answer = explanation.answer;
+  value["section"] = answer.addOn ? jsonText(answer.addOn->section) : Json::Value();
+  if (answer.addOn) {
     for (const std::string& word : explanation.command) {
       value["command"].append(validUtf8(word));
     }
     value["status"] =
-        explanation.shellStatus ? Json::Value(*explanation.shellStatus) : Json::Value();
+        explanation.addOnStatus ? Json::Value(*explanation.addOnStatus) : Json::Value();
   } else {
     value["builtIn"] = jsonText(explanation.whyBuiltIn);
     value["fetched"] = Json::Value(Json::arrayValue);
-    for (const Transfer& transfer : explanation.transfers) {
-      value["fetched"].append(jsonOf(transfer));
+    for (const Fetch& fetch : explanation.fetches) {
+      value["fetched"].append(jsonOf(fetch));
     }
   }
   value["rows"] = explanation.rows;
   for (const FieldCount& field : explanation.fields) {
     value["filled"][field.name] = field.filled;
   }
-  if (explanation.reason) {
-    value["reason"]["code"] = explanation.reason->code;
-    value["reason"]["text"] = jsonText(explanation.reason->text);
+  if (answer.reason != libquilp::Reason::kOk) {
+    value["reason"]["code"] = codeOf(answer);
+    value["reason"]["text"] = jsonText(sentence(answer));
   } else {
     value["reason"] = Json::Value();
   }

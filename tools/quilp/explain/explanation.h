@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "explain/empty_reason.h"
-#include "explain/transfer_log.h"
+#include "lookup/answer.h"
 #include "output/format.h"
+#include "plugin/observer.h"
 
 namespace quilp {
 
@@ -16,7 +16,7 @@ struct FieldCount {
   int filled;
 };
 
-/// What a search would do, and did.
+/// How a lookup went.
 struct Explanation {
   /// The keyword as each route has it; music takes titles as they are.
   struct Keyword {
@@ -25,16 +25,14 @@ struct Explanation {
   };
   std::optional<Keyword> keyword;
 
-  std::optional<std::string> section;  // the add-on's; none for the built-in route
+  libquilp::Answer answer;
   std::string whyBuiltIn;
   std::vector<std::string> command;
-  std::optional<int> shellStatus;
-  std::vector<Transfer> transfers;
-
+  std::optional<int> addOnStatus;
+  std::vector<libquilp::Fetch> fetches;
   int rows = 0;
   std::vector<FieldCount> fields;
-  std::optional<Reason> reason;  // for rows that are not there, or tell nothing
-  int searchStatus = 0;          // what the search command would end with
+  int exitStatus = 0;  // the command's
 };
 
 /// False when it could not be written.

@@ -10,8 +10,8 @@
 
 #include "output/utf8.h"
 #include "platform.h"
-#include "platform/client_config.h"
 #include "platform/registry_view.h"
+#include "plugin/run_program.h"
 
 namespace quilp {
 namespace {
@@ -68,8 +68,8 @@ void reportPlatform(const std::string& what) {
   if (byAddOn && !RegistryView::defect(*section).empty()) {
     lacks.add("the add-on of [" + section->name + "]: " + RegistryView::defect(*section));
   }
-  if (!byAddOn && !isKaraoke && !hasClient()) {
-    lacks.add(std::string("there is no client at ") + libquilp::kHttpClient);
+  if (!byAddOn && !isKaraoke && !libquilp::canBeExecuted(libquilp::kHttpClient)) {
+    lacks.add(std::string("there is no ") + libquilp::kHttpClient);
   }
   if (byAddOn || what == "music") {
     lacks.addUnwritable(folderOf(libquilp::kTemporaryName));

@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "platform.h"
-#include "plugin/shell_call.h"
+#include "plugin/run_program.h"
 
 namespace quilp {
 namespace {
@@ -22,10 +22,6 @@ std::string problemOfFile() {
 }
 
 std::string quoted(const RegistrySection::Value& value) { return '"' + value.value_or("") + '"'; }
-
-bool ownClassOnly(const Media& media, Use use) {
-  return use == Use::kRecords || media.print != Media::Print::kByType;
-}
 
 }  // namespace
 
@@ -44,7 +40,7 @@ const RegistryView& RegistryView::get() {
 
 const RegistrySection* RegistryView::serving(const Media& media, Use use) const {
   const RegistrySection* section =
-      libquilp::firstEnabledSection(sections_, media.type, ownClassOnly(media, use));
+      libquilp::firstEnabledSection(sections_, media.type, asksOwnClassOnly(media, use));
   return section != nullptr && section->shell ? section : nullptr;
 }
 
@@ -56,11 +52,11 @@ std::string RegistryView::obstacle(const RegistrySection& section, Use use) cons
   if (!section.isEnabled()) {
     return "not enabled: Enable is " + quoted(section.enable) + ", not \"TRUE\"";
   }
-  if (ownClassOnly(*media, use) && !section.isOwnClass()) {
+  if (asksOwnClassOnly(*media, use) && !section.isOwnClass()) {
     return "its Class is " + quoted(section.ownerClass) + ", not \"" + libquilp::kOwnClass + '"';
   }
   const RegistrySection* first =
-      libquilp::firstEnabledSection(sections_, media->type, ownClassOnly(*media, use));
+      libquilp::firstEnabledSection(sections_, media->type, asksOwnClassOnly(*media, use));
   if (first != &section) {
     return '[' + first->name + "] comes first";
   }
@@ -68,7 +64,7 @@ std::string RegistryView::obstacle(const RegistrySection& section, Use use) cons
 }
 
 std::string RegistryView::defect(const RegistrySection& section) {
-  const std::string shell = section.shell.value_or("").substr(0, libquilp::kShellSize);
+  const std::string shell = section.shell.value_or("").substr(0, libquilp::kProgramSize);
   if (shell.empty()) {
     return "no Shell is given";
   }
@@ -89,7 +85,7 @@ std::string RegistryView::whyNone(const Media& media, Use use) const {
 }
 
 const Media* mediaOf(const std::string& type) {
-  for (const Media& media : kMedia) {
+  for (const Media& media : libquilp::kAllMedia) {
     if (type == media.type) {
       return &media;
     }

@@ -3,29 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "lookup/request.h"
 #include "plugin/registry.h"
 
 namespace quilp {
 
-/// A kind of media that the library knows.
-struct Media {
-  enum class Print {
-    kNone,       // there are no print functions
-    kAsRecords,  // they ask the add-on that the other functions ask
-    kByType      // they ask the first one of any class
-  };
-
-  const char* type;
-  Print print;
-};
-inline constexpr Media kMovie = {"Movie", Media::Print::kAsRecords};
-inline constexpr Media kTV = {"TV", Media::Print::kAsRecords};
-inline constexpr Media kMusic = {"Music", Media::Print::kByType};
-inline constexpr Media kKTV = {"KTV", Media::Print::kNone};
-inline constexpr Media kMedia[] = {kMovie, kTV, kMusic, kKTV};
-
-/// The functions of the library that look an add-on up in the same way.
-enum class Use { kRecords, kPrint };
+using libquilp::Media;
+using libquilp::Use;
 
 /// The registry file as the library's lookups read it. It is read once: the parser complains of a
 /// malformed one each time.

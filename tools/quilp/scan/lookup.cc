@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "libquilp.h"
-#include "plugin/registry.h"
+#include "lookup/requests.h"
 #include "text/entities.h"
 
 namespace quilp {
@@ -102,9 +102,12 @@ void describeSong(const std::string& file, ScanRow& row) {
 }  // namespace
 
 bool hasAddOn(MediaType type) {
-  char shell[libquilp::kShellSize + 1];
-  const char* name = type == MediaType::kMovie ? "Movie" : type == MediaType::kTV ? "TV" : "KTV";
-  return libquilp::GetFirstEnabledShellByClass(name, shell, libquilp::kShellSize) != nullptr;
+  libquilp::Observer quiet;
+  const libquilp::Request& request =
+      type == MediaType::kMovie ? static_cast<const libquilp::Request&>(libquilp::kMovieSearch)
+      : type == MediaType::kTV  ? static_cast<const libquilp::Request&>(libquilp::kShowSearch)
+                                : libquilp::kSong;
+  return libquilp::addOnFor(request, libquilp::Use::kRecords, {&quiet}).has_value();
 }
 
 ScanRow Lookup::operator()(const std::string& file) const {
