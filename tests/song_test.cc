@@ -6,9 +6,12 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "libquilp.h"
+#include "name/fields.h"
+#include "name/format.h"
 
 namespace {
 
@@ -16,28 +19,22 @@ using libquilp::isSong;
 using libquilp::readSong;
 using libquilp::Song;
 using std::string;
+using std::string_view;
 
-string joined(const std::vector<string>& texts) {
-  string all;
-  for (const string& text : texts) {
-    all += (all.empty() ? "" : ";") + text;
-  }
-  return all;
-}
-
-/// A row of the table: the name, and a tab and KEY=VALUE for each field that is told.
+/// A row of the table: the name, and a tab and KEY=VALUE;VALUE for each field that is told.
 string rowOf(const string& name) {
-  const Song song = readSong(name);
   string row = name;
-  const auto add = [&row](const char* key, const string& value) {
-    row += value.empty() ? "" : '\t' + string(key) + '=' + value;
-  };
-  add("artist", joined(song.artists));
-  add("title", song.title);
-  add("language", joined(song.languages));
-  add("vocal_track", song.vocalTrack);
-  add("style", song.style);
-  add("disc_id", song.discId);
+  for (const libquilp::Field& field : fieldsOf(readSong(name))) {
+    if (field.key == "container") {
+      continue;
+    }
+    string_view gap = "=";
+    row.append("\t").append(field.key);
+    for (const string& value : field.values) {
+      row.append(gap).append(value);
+      gap = ";";
+    }
+  }
   return row;
 }
 
@@ -85,7 +82,7 @@ Song parsed(const string& name) {
 }
 
 TEST(Song, MarkerFormIsReadAsTheKaraokeParserReadsIt) {
-  std::mt19937 random(7);
+  std::mt19937 random(7);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in every run
   const auto pick = [&random](const std::vector<string>& from) {
     return from[random() % from.size()];
   };
@@ -102,6 +99,32 @@ TEST(Song, MarkerFormIsReadAsTheKaraokeParserReadsIt) {
     name += '_' + pick(titles) + pick(languages) + pick({"", "[L]", "[R]", "[S]", "[0]", "[1]"});
     name += ".mkv";
     EXPECT_EQ(readSong(name), parsed(name)) << rowOf(name);
+  }
+}
+
+TEST(Song, CanonicalNameOfASongReadsAsThatSong) {
+  std::mt19937 random(8);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in every run
+  const auto pick = [&random](const std::vector<string>& from) {
+    return from[random() % from.size()];
+  };
+  for (int i = 0; i < 5000; ++i) {
+    Song song;
+    for (auto artists = random() % 4; artists > 0; --artists) {
+      song.artists.push_back(
+          pick({"林小雨", "Anna Lane", "Jay-Lee", "311", "The Gulls", "X", "DJ Mar"}));
+    }
+    song.title = pick({"夜航船", "Anti-Hero", "99", "Part - Two", "Rock", "国语", "Karaoke",
+                       "Harbour Lights (Live)", "SC1234-05", "1999 & All", "feat", "A / B"});
+    for (auto languages = random() % 3; languages > song.languages.size();) {
+      song.languages.push_back(song.languages.empty() ? pick({"zh", "yue", "nan", "no"}) : "en");
+    }
+    song.vocalTrack = pick({"", "instrumental", "vocal", "guide", "L", "1"});
+    song.style = pick({"", "流行", "Pop", "Sea shanty"});
+    song.discId = pick({"", "SC1234-05", "QK880"});
+    song.container = pick({"", "mkv", "kar"});
+    const auto name = formatted(song);
+    ASSERT_TRUE(name) << song.title;
+    EXPECT_EQ(readSong(*name), song) << *name;
   }
 }
 

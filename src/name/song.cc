@@ -304,6 +304,9 @@ class Reader {
   std::size_t takeLeading(Texts& texts) {
     std::size_t start = 0;
     bool disc = false;
+    if (!title_.empty() && texts.size() == 1 && takeDiscPart(texts.front())) {
+      texts.front().clear();
+    }
     for (; texts.size() - start > 1; ++start) {
       const string_view first = texts[start];
       const std::vector<SongTag> tags = songTagsOf(first);

@@ -96,7 +96,7 @@ constexpr Row kRows[] = {
     {kFiller, {}, "版|歌曲|版本|version|ver|歌|video|audio|full|original|原版|official"},
 };
 
-// Whole square brackets only, as are the values of languages: in a title these are words.
+// Whole square brackets only, as are the values above: in a title these are words.
 constexpr Row kMarkerRows[] = {
     {kLanguage, "zh", "m|國|国"}, {kLanguage, "yue", "c|粵|粤"}, {kLanguage, "nan", "t|台|闽|閩"},
     {kLanguage, "hak", "客"},     {kLanguage, "en", "e|英"},     {kLanguage, "ja", "j|日|jp"},
@@ -179,7 +179,7 @@ std::vector<SongTag> markerTagsOf(std::string_view text) {
     }
   }
   for (const Row& row : kRows) {
-    if (row.field == SongField::kLanguage && row.value == lower) {
+    if (!row.value.empty() && row.value == lower) {
       return {{{}, row.field, row.value}};
     }
   }
