@@ -4,6 +4,8 @@ import fs from "node:fs";
 import path from "node:path";
 import { createRequire } from "node:module";
 
+import { readers } from "./readers.mjs";
+
 const work = path.resolve(process.argv[2]);
 const require = createRequire(work + "/");
 const lines = (name) => fs.readFileSync(`${work}/${name}`, "utf8").trimEnd().split("\n");
@@ -24,14 +26,8 @@ function nanoseconds(action, seconds) {
 }
 
 const names = lines("names");
-const parsers = {
-  "@ctrl/video-filename-parser": require("@ctrl/video-filename-parser").filenameParse,
-  "parse-torrent-name": require("parse-torrent-name"),
-  "parse-torrent-title": require("parse-torrent-title").parse,
-  "video-name-parser": require("video-name-parser"),
-};
 const results = {};
-for (const [name, parse] of Object.entries(parsers)) {
+for (const [name, { parse }] of Object.entries(readers(work))) {
   results[`names/${name}`] = nanoseconds(() => names.forEach((n) => parse(n)), 2) / names.length;
 }
 
