@@ -52,6 +52,10 @@ expect 0 '/s/A\[F\]_Song\[E\]\[0\]     title        Song     language     Englis
 '    artist       A, female B?     title        B? *' karaoke '/s/A[F]_Song[E][0]' 'B
 '
 expect 0 '.*"file" : "\[M,a\]Song\[L\]",.*"title" : "M,a\]Song".*' karaoke --format json '[M,a]Song[L]'
+expect 0 'a_b     kind         song     artist       a     title        b *' name --kind song a_b
+printf 'KTV/A - \377\001"é.kar\n' >/tmp/list
+expect 0 '{"artist":\["A"\],.*,"name":"KTV/A - �\\u0001\\"é.kar","title":"�\\u0001\\"é"}' \
+  name --format json - </tmp/list
 expect 0 'quilp [0-9.]*' --version
 expect 0 'quilp [0-9.]*' movie -V
 expect 0 '.*movie.*keyword.*' --help

@@ -25,7 +25,7 @@ using std::string_view;
 string rowOf(const string& name) {
   string row = name;
   for (const libquilp::Field& field : fieldsOf(readSong(name))) {
-    if (field.key == "container") {
+    if (field.key == "kind" || field.key == "container") {
       continue;
     }
     string_view gap = "=";

@@ -2,25 +2,33 @@
 
 #include <utility>
 
+#include "name/name.h"
 #include "name/song.h"
 
 namespace libquilp {
 namespace {
 
 using Form = Field::Form;
+using Texts = std::vector<std::string>;
 
 /// Fields that are told, in their order.
 class Fields {
  public:
   void add(std::string_view key, const std::string& value) {
-    if (!value.empty()) {
-      all_.push_back({key, Form::kText, {value}});
-    }
+    add(key, Form::kText, value.empty() ? Texts() : Texts{value});
   }
 
-  void add(std::string_view key, const std::vector<std::string>& values) {
+  void add(std::string_view key, const std::vector<int>& numbers) {
+    Texts texts;
+    for (const int number : numbers) {
+      texts.push_back(std::to_string(number));
+    }
+    add(key, Form::kNumber, std::move(texts));
+  }
+
+  void add(std::string_view key, Form form, Texts values) {
     if (!values.empty()) {
-      all_.push_back({key, Form::kTexts, values});
+      all_.push_back({key, form, std::move(values)});
     }
   }
 
@@ -30,13 +38,69 @@ class Fields {
   std::vector<Field> all_;
 };
 
+const char* textOf(NameKind kind) {
+  switch (kind) {
+    case NameKind::kMovie:
+      return "movie";
+    case NameKind::kEpisode:
+      return "episode";
+    case NameKind::kUnknown:
+      break;
+  }
+  return "unknown";
+}
+
+Texts pairsOf(const std::vector<NameIdentifier>& identifiers) {
+  Texts pairs;
+  for (const NameIdentifier& identifier : identifiers) {
+    pairs.push_back(identifier.source);
+    pairs.push_back(identifier.id);
+  }
+  return pairs;
+}
+
 }  // namespace
+
+std::vector<Field> fieldsOf(const Name& name) {
+  Fields fields;
+  fields.add("kind", textOf(name.kind));
+  fields.add("title", name.title);
+  fields.add("alternative_title", Form::kTexts, name.alternativeTitles);
+  fields.add("year", name.year != 0 ? std::vector<int>{name.year} : std::vector<int>());
+  fields.add("season", name.seasons);
+  fields.add("episode", name.episodes);
+  fields.add("absolute_episode", name.absoluteEpisodes);
+  fields.add("air_date", name.airDate);
+  fields.add("episode_title", name.episodeTitle);
+  fields.add("part", name.part);
+  fields.add("edition", name.edition);
+  fields.add("resolution", name.resolution);
+  fields.add("source_medium", name.source);
+  fields.add("video_codec", name.videoCodec);
+  fields.add("audio_codec", Form::kText, name.audioCodecs);
+  fields.add("language", Form::kTexts, name.languages);
+  fields.add("group", name.group);
+  fields.add("identifiers", Form::kPairs, pairsOf(name.identifiers));
+  fields.add("container", name.container);
+  return fields.take();
+}
+
+std::vector<Field> detailsOf(const Name& name) {
+  Fields fields;
+  fields.add("audio_channels", name.audioChannels);
+  fields.add("hdr", Form::kTexts, name.hdr);
+  fields.add("3d", name.threeD);
+  fields.add("subtitles", Form::kTexts, name.subtitles);
+  fields.add("extra", name.extra);
+  return fields.take();
+}
 
 std::vector<Field> fieldsOf(const Song& song) {
   Fields fields;
-  fields.add("artist", song.artists);
+  fields.add("kind", "song");
+  fields.add("artist", Form::kTexts, song.artists);
   fields.add("title", song.title);
-  fields.add("language", song.languages);
+  fields.add("language", Form::kTexts, song.languages);
   fields.add("vocal_track", song.vocalTrack);
   fields.add("style", song.style);
   fields.add("disc_id", song.discId);

@@ -6,18 +6,28 @@
 
 namespace libquilp {
 
+struct Name;
 struct Song;
 
 /// One thing that a name tells, under the key that programs know it by.
 struct Field {
-  enum class Form { kText, kNumber, kTexts };  // kTexts: a list even when there is only one
+  enum class Form {
+    kText,    // a list only where there are several
+    kNumber,  // the same
+    kTexts,   // always a list
+    kPairs,   // a key and its value, and so on
+  };
 
   std::string_view key;
   Form form = Form::kText;
   std::vector<std::string> values;  // one or more
 };
 
-/// What a song's name tells, in the order for printing.
+/// What a name tells, in the order for printing; the kind is the first.
+std::vector<Field> fieldsOf(const Name& name);
 std::vector<Field> fieldsOf(const Song& song);
+
+/// What is of use to a person only.
+std::vector<Field> detailsOf(const Name& name);
 
 }  // namespace libquilp

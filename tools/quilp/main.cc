@@ -40,6 +40,7 @@ Command makeProgram() {
   addKaraokeCommand(program);
   addMusicCommands(program);
   addKeywordCommand(program);
+  addNameCommand(program);
   addScanCommand(program);
   addExplainCommands(program);
   addAddonCommands(program);

@@ -11,6 +11,7 @@ void addTVCommands(Command& program);
 void addKaraokeCommand(Command& program);
 void addMusicCommands(Command& program);
 void addKeywordCommand(Command& program);
+void addNameCommand(Command& program);
 void addScanCommand(Command& program);
 void addExplainCommands(Command& program);
 void addAddonCommands(Command& program);

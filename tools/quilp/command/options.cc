@@ -86,12 +86,14 @@ void List::addTo(Command& command, const std::string& name, const std::string& d
                              [this](const std::string&) { zeros_ = true; }});
 }
 
-std::vector<std::string> List::words() const {
-  std::vector<std::string> words;
+void List::forEach(const std::function<void(const std::string&)>& visit) const {
+  if (words_.empty() && !zeros_) {
+    throw WrongUsage(name_ + " is missing");
+  }
   bool read = false;
   const auto readList = [&] {
     for (std::string word; !read && std::getline(std::cin, word, zeros_ ? '\0' : '\n');) {
-      words.push_back(word);
+      visit(word);
     }
     read = true;
   };
@@ -99,15 +101,17 @@ std::vector<std::string> List::words() const {
     if (word == "-") {
       readList();
     } else {
-      words.push_back(word);
+      visit(word);
     }
   }
   if (zeros_) {
     readList();
   }
-  if (words_.empty() && !zeros_) {
-    throw WrongUsage(name_ + " is missing");
-  }
+}
+
+std::vector<std::string> List::words() const {
+  std::vector<std::string> words;
+  forEach([&words](const std::string& word) { words.push_back(word); });
   return words;
 }
 

@@ -70,7 +70,10 @@ class List {
   /// that end with a zero byte.
   void addTo(Command& command, const std::string& name, const std::string& description);
 
-  /// Throws WrongUsage when there is none, nor a list.
+  /// Calls visit(word) for each, as soon as it is read. Throws WrongUsage when there is none, nor a
+  /// list.
+  void forEach(const std::function<void(const std::string&)>& visit) const;
+
   std::vector<std::string> words() const;
 
  private:

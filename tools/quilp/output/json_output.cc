@@ -3,6 +3,7 @@
 #include <json/writer.h>
 
 #include <iostream>
+#include <memory>
 
 #include "output/utf8.h"
 
@@ -18,6 +19,17 @@ bool printJson(const Json::Value& value) {
   writer["indentation"] = "  ";
   std::cout << Json::writeString(writer, value) << '\n';
   return static_cast<bool>(std::cout.flush());
+}
+
+void printJsonLine(const Json::Value& value) {
+  static const std::unique_ptr<Json::StreamWriter> kWriter = [] {
+    Json::StreamWriterBuilder builder;
+    builder["emitUTF8"] = true;
+    builder["indentation"] = "";
+    return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
+  }();
+  kWriter->write(value, &std::cout);
+  std::cout << '\n';
 }
 
 }  // namespace quilp
