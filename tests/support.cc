@@ -89,6 +89,19 @@ void registerAddOn(const std::string& type, const std::string& shell) {
 
 void removeRegistry() { std::remove(kRegistry); }
 
+void answerWith(const std::string& type, const std::string& document, const std::string& more) {
+  writeFile("/etc/config/document", document);
+  registerAddOn(type, writeScript("/etc/config/addon",
+                                  "printf '[%s]' \"$@\" >/etc/config/arguments\n"
+                                  "for file; do :; done\ncat /etc/config/document >\"$file\"\n" +
+                                      more));
+}
+
+std::string arguments() {
+  const std::string all = readFile("/etc/config/arguments");
+  return all.substr(0, all.find("[-o][/tmp/libquilp."));
+}
+
 std::string standardOutputOf(const std::function<void()>& action) {
   return captured(STDOUT_FILENO, action);
 }

@@ -19,6 +19,12 @@ std::string writeScript(const std::string& path, const std::string& body);
 void registerAddOn(const std::string& type, const std::string& shell);
 void removeRegistry();
 
+/// Registers an add-on of the type that writes its arguments down, runs `more` and answers with the
+/// document, for which "$file" stands.
+void answerWith(const std::string& type, const std::string& document, const std::string& more = "");
+/// The arguments of its last call as "[verb][-t][…]…", without the document's file.
+std::string arguments();
+
 /// What `action` writes to standard output, and to standard error.
 std::string standardOutputOf(const std::function<void()>& action);
 std::string standardErrorOf(const std::function<void()>& action);

@@ -24,53 +24,13 @@ long mostMemoryKiB() {
   return usage.ru_maxrss;
 }
 
-/// What every lookup makes of a document that the script writes to "$file", behind "$root".
-void expectNoDocument(const char* script) {
-  for (const char* type : {"Movie", "TV", "Music", "KTV"}) {
-    test::registerAddOn(
-        type, test::writeScript("/etc/config/addon", string("for file; do :; done\n") + script));
-    if (*type == 'T') {
-      velTVShowInfo show = {};
-      EXPECT_EQ(velGetTVShowByID("abcde1", "en", &show), 1) << script;
-    } else if (*type == 'K') {
-      KTV_ExtraData_t song = {};
-      EXPECT_EQ(velGetKTVInfo("song.mpg", &song), 1) << script;
-    } else if (*type == 'M' && type[1] == 'o') {
-      velMovie_* movies = nullptr;
-      int error = 0;
-      EXPECT_EQ(velSearchMovie("x", 1, &movies, &error), 0) << script;
-      EXPECT_EQ(movies, nullptr);
-      EXPECT_EQ(error, 0);
-    } else {
-      velAlbum_* albums = nullptr;
-      EXPECT_EQ(velSearchAlbum("x", "y", 1, &albums), 0) << script;
-      EXPECT_EQ(test::standardOutputOf([] { EXPECT_EQ(velPrintSearchAlbum("x", "", 1), 1); }), "")
-          << script;
-    }
-  }
-  test::removeRegistry();
-}
-
-TEST(Document, ThatIsNoFileOrHasNoEndIsNoDocument) {
-  const long before = mostMemoryKiB();
-  for (const char* script :
-       {"mkfifo \"$file\"\n", "mkdir \"$file\"\n", "ln -s /dev/zero \"$file\"\n",
-        "ln -s \"$file\" \"$file\"\n", "truncate -s 1G \"$file\"\n"}) {
-    expectNoDocument(script);
-  }
-  EXPECT_LT(mostMemoryKiB() - before, 16 * 1024);
-}
-
 /// A details lookup of the document behind `start`, in which `repeated` fills 8 MiB.
 int movieOf(const string& start, const string& repeated, const string& end) {
   string document = start;
   while (document.size() < 8U << 20) {
     document += repeated;
   }
-  test::writeFile("/etc/config/document", document + end);
-  test::registerAddOn("Movie", test::writeScript("/etc/config/addon",
-                                                 "for file; do :; done\n"
-                                                 "cat /etc/config/document >\"$file\"\n"));
+  test::answerWith("Movie", document + end);
   velMovieInfo_ info = {};
   const int status = velGetMovieByID("abcde1", &info);
   velFreeMovieInfo(&info);
