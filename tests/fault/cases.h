@@ -4,10 +4,6 @@
 #include <string>
 #include <vector>
 
-constexpr int kOutOfMemory = -2;  // std::bad_alloc left the call
-constexpr int kNeverRight = -3;   // another exception, or half a document was printed
-constexpr int kHighestResult = 5;
-
 /// A call of an exported function, or of several, apart by blanks.
 struct FaultCase {
   std::string functions;

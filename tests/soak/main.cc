@@ -4,10 +4,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <fstream>
 #include <string>
 
@@ -16,6 +14,82 @@
 #include "support.h"
 
 namespace {
+
+using test::Asked;
+
+/// One lookup of a round: beside the site, or by tests/addon.sh, which is spoiled or not.
+struct Turn {
+  const char* function;
+  Asked asked;
+  bool hostile = false;         // what no honest page, add-on or caller would give
+  const char* spoil = nullptr;  // null: no add-on
+};
+
+// clang-format off
+const Turn kRound[] = {
+  {"velSearchMovie", {"The.Paper.Lighthouse.2011.1080p", 1}},
+  {"velSearchMovie", {"everything"}},
+  {"velSearchMovie", {"broken lantern", 8}, true},  // eight broken title pages
+  {"velSearchMovie", {"fault500 salt", 1}, true},
+  {"velPrintSearchMovie", {"salt ember", 1}},
+  {"imdbGetMovies", {"lighthouse", 1}},
+  {"velGetMovieByID", {"tt9000001"}},
+  {"velGetMovieByID", {"faultcut-tt9000002"}, true},
+  {"velGetMovieByID", {"faultbinary-tt9000002"}, true},
+  {"velGetMovieByID", {"tt9'; touch /tmp/ran; '"}, true},
+  {"velGetMovieByID", {"tt9000009"}, true},  // leaves by an error
+  {"velPrintMovieByID", {"faultclosed-tt9000004"}, true},
+  {"velSearchTVShows", {"signal row", 1}},
+  {"velSearchTVShows", {"no such show", 1}},
+  {"velGetTVShowByID", {"tt8000001"}},
+  {"velGetTVShowByID", {"tt8000004"}, true},  // a picture's address with a command
+  {"velGetTVShowByID", {"tt8000005"}, true},  // leaves by an error
+  {"velPrintTVEpisode", {"tt8000001", 0, "", "en", 2, 3}},
+  {"velGetTVEpisode", {"tt8000001", 0, "", nullptr, 2, 99}, true},
+  {"velSearchAlbum", {"salt rope", 1, "tin harbour"}},
+  {"velSearchAlbum", {"x\"'$(touch /tmp/ran)\n", 1, "[a-c]{1,2}"}, true},
+  {"velGetAlbumByArtist", {"torn sleeve", 3}, true},  // abandons its list
+  {"velGetAlbumByArtist", {"odd shapes"}, true},
+  {"velGetArtistThumbnail", {"night rush", 1}},  // the service is busy at first
+  {"velGetArtistThumbnail", {"curly braces", 1}, true},
+  {"velPrintGetArtistThumbnail", {"tin harbour"}},
+  {"velGetKTVInfo", {"/share/Ann Lee[F]&Bo Wu[M]_A title[Eng][R].mpg"}},
+  {"velGetKTVInfo", {"\xE5[[\xE6_\xFF[]&&[[\x01_.\xE8"}, true},
+
+  {"velSearchMovie", {"good"}, false, ""},
+  {"velGetMovieByID", {"abcdegood"}, false, ""},
+  {"velSearchMovie", {"x"}, true, "program"},
+  {"velGetMovieByID", {"abcdex"}, true, "roleless"},  // leaves by an error
+  {"velPrintSearchMovie", {"x", 1}, true, "large"},
+  {"velSearchTVShows", {"good"}, false, ""},
+  {"velPrintTVShowByID", {"abcdegood", 0, "", nullptr}, false, ""},
+  {"velGetTVEpisode", {"abcdegood", 0, "", nullptr, 1, 2}, false, ""},
+  {"velSearchTVShows", {"x"}, true, "status"},
+  {"velGetTVShowByID", {"abcdex"}, true, "signal"},
+  {"velGetTVEpisode", {"abcdex"}, true, "deep"},
+  {"velSearchTVShows", {"x"}, true, "child"},
+  {"velSearchAlbum", {"good", 2, "a & b"}, false, ""},
+  {"velGetArtistThumbnail", {"good"}, false, ""},
+  {"velPrintGetAlbumByArtist", {"good", 1}, false, ""},
+  {"velGetAlbumByArtist", {"x"}, true, "cut"},
+  {"velGetArtistThumbnail", {"x"}, true, "root"},
+  {"velPrintSearchAlbum", {"x", 1}, true, "program"},
+  {"velGetKTVInfo", {"/share/good.mpg"}, false, ""},
+  {"velGetKTVInfo", {"x"}, true, "nothing"},
+  {"velGetKTVInfo", {"x"}, true, "slow"},
+  {"velGetKTVInfo", {"x"}, true, "loud"},
+};
+// clang-format on
+
+/// Whether it found something.
+bool run(const Turn& turn) {
+  const test::Lookup& lookup = test::lookup(turn.function);
+  test::registerAddOn(turn.spoil != nullptr ? lookup.type : "none", QUILP_TESTS "/addon.sh");
+  setenv("SPOIL", turn.spoil != nullptr ? turn.spoil : "", 1);
+  test::Answer answer;
+  lookup.run(turn.asked, answer, false);
+  return lookup.kind == test::Kind::kFinds ? answer.result > 0 : answer.result == 0;
+}
 
 constexpr long kFirst = 100;        // what is compared with the end
 constexpr long kPoints = 200;       // of the plot, at least, where there are as many rounds
@@ -37,24 +111,14 @@ Sample measured(long lookups, const test::Holdings& expected) {
           static_cast<long>(holdings.children)};
 }
 
-void chooseRoute(bool addOn, const std::string& shell) {
-  std::string registry;
-  for (const char* type : {"Movie", "TV", "Music", "KTV"}) {
-    registry += std::string("[") + type + "]\nClass=Kestrawind\nType=" + type +
-                "\nEnable=" + (addOn ? "TRUE" : "FALSE") + "\nShell=" + shell + "\n";
-  }
-  test::writeFile("/etc/config/zorp.conf", registry);
-}
-
 bool isWithin(const char* what, long first, long last, long slack) {
   std::fprintf(stderr, "%-22s %8ld after %ld lookups, %8ld at the end\n", what, first, kFirst,
                last);
   return last <= first + slack;
 }
 
-int soak(long lookups, const std::string& shell, const std::string& plot) {
-  const auto round = roundOfLookups();
-  const auto size = static_cast<long>(round.size());
+int soak(long lookups, const std::string& plot) {
+  const long size = std::size(kRound);
   const long end = std::max(kFirst + size, (lookups + size - 1) / size * size);
   const long step = std::max<long>(1, end / size / kPoints) * size;
   const auto held = test::Holdings::now();
@@ -62,16 +126,9 @@ int soak(long lookups, const std::string& shell, const std::string& plot) {
   samples.reserve(2 * kPoints + 1);  // its growth would be taken for the library's
   Sample first = {};
   for (long i = 1; i <= end; ++i) {
-    const Lookup& lookup = round[static_cast<std::size_t>((i - 1) % size)];
-    chooseRoute(lookup.addOn, shell);
-    bool found = false;
-    try {
-      found = lookup.call();
-    } catch (const std::exception&) {
-      // As the header says of some.
-    }
-    if (!found && !lookup.hostile) {
-      std::fprintf(stderr, "lookup %ld (%s) found nothing\n", i, lookup.domain);
+    const Turn& turn = kRound[(i - 1) % size];
+    if (!run(turn) && !turn.hostile) {
+      std::fprintf(stderr, "lookup %ld (%s) found nothing\n", i, turn.function);
       return 1;
     }
     if (i == kFirst || i % step == 0) {
@@ -95,10 +152,10 @@ int soak(long lookups, const std::string& shell, const std::string& plot) {
 
 }  // namespace
 
-// soak LOOKUPS ADD-ON [PLOT]; the lookups' own output goes to standard output.
+// soak LOOKUPS [PLOT]; the lookups' own output goes to standard output.
 int main(int argc, char** argv) {
-  if (argc < 3) {
+  if (argc < 2) {
     return 2;
   }
-  return soak(std::atol(argv[1]), argv[2], argc > 3 ? argv[3] : "");
+  return soak(std::atol(argv[1]), argc > 2 ? argv[2] : "");
 }
