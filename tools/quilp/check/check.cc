@@ -8,98 +8,112 @@
 #include <system_error>
 
 #include "check/interview.h"
-#include "libquilp.h"
+#include "lookup/requests.h"
 
 namespace quilp {
 namespace {
 
-const std::string kCount = "10";
+using libquilp::Values;
+
+constexpr int kCount = 10;
 
 /// A value that was given, or else a guess.
 std::string orElse(const std::string& given, const std::string& guess) {
   return given.empty() ? guess : given;
 }
 
-/// Asks when what to ask for is known: the search before was to tell it.
-void askAbout(const std::string& known, Interview& interview, const Question& question) {
-  if (known.empty()) {
-    interview.leaveOut(question, "the search told nothing to ask for: see " + question.hint);
-  } else {
-    interview.ask(question);
+int orOne(const std::string& given) { return given.empty() ? 1 : std::stoi(given); }
+
+/// Puts the questions of one kind of media.
+class Asker {
+ public:
+  Asker(Interview& interview, const Wishes& wishes) : interview_(interview), wishes_(wishes) {}
+
+  void askMovies() {
+    const std::string id =
+        askForId({"search", libquilp::kMovieSearch, searchArguments(libquilp::kMovieSearch),
+                  "--keyword", wishes_.keyword.empty()});
+    askAbout(id, {"details", libquilp::kMovieDetails,
+                  arguments(libquilp::kMovieDetails, Values::title(prefixed(id).c_str())),
+                  "--keyword", false, id});
   }
-}
 
-std::string firstValue(const std::optional<Document>& document, const char* element) {
-  return document ? document->first(element) : "";
-}
+  void askTV() {
+    const std::string id =
+        askForId({"search", libquilp::kShowSearch, searchArguments(libquilp::kShowSearch),
+                  "--keyword", wishes_.keyword.empty()});
+    const std::string whole = prefixed(id);
+    askAbout(id, {"show", libquilp::kShowDetails,
+                  arguments(libquilp::kShowDetails, Values::title(whole.c_str(), language())),
+                  "--keyword", false, id});
+    const Values part =
+        Values::ofEpisode(whole.c_str(), orOne(wishes_.season), orOne(wishes_.episode), language());
+    askAbout(id, {"episode", libquilp::kEpisodeDetails, arguments(libquilp::kEpisodeDetails, part),
+                  "--keyword, --season and --episode",
+                  wishes_.season.empty() && wishes_.episode.empty()});
+  }
 
-void askMovies(Interview& interview, const Wishes& wishes) {
-  const std::string keyword = ProcessKeyword(orElse(wishes.keyword, "the").c_str(), 0);
-  Question search = {
-      "search", {"searchmovie", "-t", keyword, "-n", kCount}, movieList(), "--keyword"};
-  search.keyword = true;
-  search.guessed = wishes.keyword.empty();
-  const std::string id = firstValue(interview.ask(search), "id");
-  Question details = {"details", {"getmovieinfobyid", "-i", id}, movie(), "--keyword"};
-  details.id = id;
-  askAbout(id, interview, details);
-}
+  void askMusic() {
+    const std::string album = orElse(wishes_.album, "the");
+    const Values search = Values::ofAlbum(album.c_str(), wishes_.artist.c_str(), kCount);
+    const auto albums =
+        interview_.ask({"search", libquilp::kAlbumSearch, arguments(libquilp::kAlbumSearch, search),
+                        "--album", wishes_.album.empty()});
+    const std::string artist = orElse(wishes_.artist, albums ? albums->first("artist") : "");
+    const Values byArtist = Values::ofArtist(artist.c_str(), kCount);
+    askAbout(artist, {"albums", libquilp::kArtistAlbums,
+                      arguments(libquilp::kArtistAlbums, byArtist), "--artist"});
+    askAbout(artist,
+             {"art", libquilp::kArtistPictures, arguments(libquilp::kArtistPictures, byArtist),
+              "--artist", wishes_.artist.empty()});
+  }
 
-void askTV(Interview& interview, const Wishes& wishes) {
-  const std::string keyword = ProcessKeyword(orElse(wishes.keyword, "the").c_str(), 0);
-  const char* configured = nullptr;
-  std::string program = wishes.program;
-  getDefaultLang(&configured, program.data());
-  const std::string language = orElse(wishes.language, configured);
-  Question search = {"search",
-                     {"searchtvshow", "-t", keyword, "-n", kCount, "-l", language},
-                     showList(),
-                     "--keyword"};
-  search.keyword = true;
-  search.guessed = wishes.keyword.empty();
-  const std::string id = firstValue(interview.ask(search), "id");
-  Question details = {"show", {"gettvshowinfo", "-i", id, "-l", language}, show(), "--keyword"};
-  details.id = id;
-  askAbout(id, interview, details);
-  Question part = {"episode",
-                   {"gettvshowinfo", "-i", id, "-s", orElse(wishes.season, "1"), "-e",
-                    orElse(wishes.episode, "1"), "-l", language},
-                   episode(),
-                   "--keyword, --season and --episode"};
-  part.guessed = wishes.season.empty() && wishes.episode.empty();
-  askAbout(id, interview, part);
-}
+  void askKaraoke() {
+    const std::string file = orElse(wishes_.file, "/songs/Anna Lane[F]_Harbour Lights[E][L].mkv");
+    interview_.ask({"song", libquilp::kSong, arguments(libquilp::kSong, Values::song(file.c_str())),
+                    "--file", wishes_.file.empty()});
+  }
 
-void askMusic(Interview& interview, const Wishes& wishes) {
-  const std::string album = orElse(wishes.album, "the");
-  Question search = {"search",
-                     {"searchAlbum", "-b", album, "-a", wishes.artist, "-n", kCount},
-                     albumList(),
-                     "--album"};
-  search.guessed = wishes.album.empty();
-  const std::optional<Document> albums = interview.ask(search);
-  const std::string artist = orElse(wishes.artist, firstValue(albums, "artist"));
-  askAbout(
-      artist, interview,
-      {"albums", {"getAlbumByArtist", "-a", artist, "-n", kCount}, artistAlbumList(), "--artist"});
-  Question pictures = {
-      "art", {"getArtistThumbnail", "-a", artist, "-n", kCount}, artwork(), "--artist"};
-  pictures.guessed = wishes.artist.empty();
-  askAbout(artist, interview, pictures);
-}
+ private:
+  /// As the library's callers have it; the library drops the characters before it.
+  static std::string prefixed(const std::string& id) { return "quilp" + id; }
 
-void askKaraoke(Interview& interview, const Wishes& wishes) {
-  const std::string file = orElse(wishes.file, "/songs/Anna Lane[F]_Harbour Lights[E][L].mkv");
-  Question question = {"song", {"getKTVInfo", "-f", file}, song(), "--file"};
-  question.guessed = wishes.file.empty();
-  interview.ask(question);
-}
+  const char* language() const {
+    return wishes_.language.empty() ? nullptr : wishes_.language.c_str();
+  }
 
-using Ask = void (*)(Interview&, const Wishes&);
+  std::vector<std::string> arguments(const libquilp::Request& request, const Values& values) const {
+    return argumentsOf(request, values, {{}, wishes_.program});
+  }
 
-const std::map<std::string, Ask>& askByType() {
-  static const std::map<std::string, Ask> ask = {
-      {"KTV", askKaraoke}, {"Movie", askMovies}, {"Music", askMusic}, {"TV", askTV}};
+  std::vector<std::string> searchArguments(const libquilp::Request& request) const {
+    const std::string keyword = orElse(wishes_.keyword, "the");
+    return arguments(request, Values::search(keyword.c_str(), kCount, language()));
+  }
+
+  std::string askForId(const Question& search) {
+    const auto found = interview_.ask(search);
+    return found ? found->first("id") : "";
+  }
+
+  /// Asks when what to ask for is known: the search before was to tell it.
+  void askAbout(const std::string& known, const Question& question) {
+    if (known.empty()) {
+      interview_.leaveOut(question, "the search told nothing to ask for: see " + question.hint);
+    } else {
+      interview_.ask(question);
+    }
+  }
+
+  Interview& interview_;
+  const Wishes& wishes_;
+};
+
+const std::map<std::string, void (Asker::*)()>& askByType() {
+  static const std::map<std::string, void (Asker::*)()> ask = {{"KTV", &Asker::askKaraoke},
+                                                               {"Movie", &Asker::askMovies},
+                                                               {"Music", &Asker::askMusic},
+                                                               {"TV", &Asker::askTV}};
   return ask;
 }
 
@@ -119,7 +133,8 @@ bool check(Wishes wishes) {
                   std::chrono::milliseconds(static_cast<long>(wishes.timeout * 1000)));
     Interview interview(runner, report);
     if (interview.greet()) {
-      askByType().at(wishes.type)(interview, wishes);
+      Asker asker(interview, wishes);
+      (asker.*askByType().at(wishes.type))();
     }
   } catch (const Interrupted& interrupted) {
     std::signal(interrupted.signal, SIG_DFL);

@@ -5,23 +5,24 @@
 namespace quilp {
 namespace {
 
+using libquilp::Element;
+using libquilp::Request;
 using libquilp::XMLNode;
 
-void take(const Layout& layout, const XMLNode& element, const std::string& name,
+void take(const Request& request, const XMLNode& element, const std::string& name,
           std::vector<Value>& values) {
-  const char* text = layout.plainText ? element.getText() : libquilp::firstClear(element);
+  const char* text = request.plainText ? element.getText() : libquilp::firstClear(element);
   if (text != nullptr && *text != '\0') {
     values.push_back({name, text});
   }
 }
 
-void takeSong(const Layout& layout, const XMLNode& song, std::vector<Value>& values) {
-  for (const Element& element : layout.elements) {
-    take(layout, song.getChildNode(element.name.c_str()), element.name, values);
-  }
-  for (const char* list : {"Artist", "Genre"}) {
-    song.getChildNode(list).forEachChild("Name", [&](const XMLNode& name) {
-      take(layout, name, list, values);
+void takeSong(const Request& request, const XMLNode& song, std::vector<Value>& values) {
+  for (const Element& element : request.elements(request)) {
+    const XMLNode one = song.getChildNode(element.name);
+    take(request, one, element.name, values);
+    one.forEachChild("Name", [&](const XMLNode& name) {
+      take(request, name, element.name, values);
       name.forEachAttribute([&](const libquilp::XMLAttribute& attribute) {
         values.push_back({attribute.lpszName, attribute.lpszValue});
       });
@@ -31,35 +32,36 @@ void takeSong(const Layout& layout, const XMLNode& song, std::vector<Value>& val
 
 }  // namespace
 
-std::vector<XMLNode> resultsOf(const Layout& layout, const XMLNode& root) {
-  if (layout.entry == nullptr) {
+std::vector<XMLNode> resultsOf(const Request& request, const XMLNode& root) {
+  if (request.entry == nullptr) {
     return {root};
   }
   std::vector<XMLNode> results;
-  root.forEachChild(layout.entry, [&](const XMLNode& entry) { results.push_back(entry); });
+  root.forEachChild(request.entry, [&](const XMLNode& entry) { results.push_back(entry); });
   return results;
 }
 
-std::vector<Value> valuesOf(const Layout& layout, const XMLNode& result) {
+std::vector<Value> valuesOf(const Request& request, const XMLNode& result) {
   std::vector<Value> values;
-  if (layout.plainText) {
-    takeSong(layout, result, values);
+  if (request.plainText) {
+    takeSong(request, result, values);
     return values;
   }
-  if (layout.elements.empty()) {
-    take(layout, result, layout.entry, values);
+  const std::vector<Element> elements = request.elements(request);
+  if (elements.empty()) {
+    take(request, result, request.entry, values);
   }
-  for (const Element& element : layout.elements) {
-    if (!element.repeated) {
-      take(layout, result.getChildNode(element.name.c_str()), element.name, values);
+  for (const Element& element : elements) {
+    if (element.kind == Element::Kind::kText) {
+      take(request, result.getChildNode(element.name), element.name, values);
       continue;
     }
-    result.forEachChild(element.name.c_str(), [&](const XMLNode& one) {
-      if (element.actors) {
-        take(layout, one.getChildNode("name"), "name", values);
-        take(layout, one.getChildNode("role"), "role", values);
+    result.forEachChild(element.name, [&](const XMLNode& one) {
+      if (element.kind == Element::Kind::kCast) {
+        take(request, one.getChildNode("name"), "name", values);
+        take(request, one.getChildNode("role"), "role", values);
       } else {
-        take(layout, one, element.name, values);
+        take(request, one, element.name, values);
       }
     });
   }

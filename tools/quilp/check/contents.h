@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "check/question.h"
+#include "lookup/request.h"
 #include "xml/xml_node.h"
 
 namespace quilp {
@@ -15,9 +15,10 @@ struct Value {
 };
 
 /// The elements of the results; the root where it is the one result.
-std::vector<libquilp::XMLNode> resultsOf(const Layout& layout, const libquilp::XMLNode& root);
+std::vector<libquilp::XMLNode> resultsOf(const libquilp::Request& request,
+                                         const libquilp::XMLNode& root);
 
 /// What the library takes from a result.
-std::vector<Value> valuesOf(const Layout& layout, const libquilp::XMLNode& result);
+std::vector<Value> valuesOf(const libquilp::Request& request, const libquilp::XMLNode& result);
 
 }  // namespace quilp

@@ -64,7 +64,7 @@ void judgeEncoding(const char* path, const std::string& text, Report& report) {
 
 }  // namespace
 
-Document openDocument(const Layout& layout, const char* path) {
+Document openDocument(const libquilp::Request& request, const char* path) {
   Document document;
   struct stat status = {};
   if (stat(path, &status) != 0) {
@@ -83,23 +83,23 @@ Document openDocument(const Layout& layout, const char* path) {
     return document;
   }
   int error = 0;
-  document.root = XMLNode::openFileHelper(path, &error, layout.root);
+  document.root = XMLNode::openFileHelper(path, &error, request.root);
   if (document.root) {
-    document.results = resultsOf(layout, document.root);
+    document.results = resultsOf(request, document.root);
   } else if (error > 0) {
     document.fault = &clause::kWellFormed;
     document.found = parseFault(libquilp::readFile(path).value_or(""));
   } else {
     document.fault = &clause::kRoot;
-    document.found = topElements(path) + " instead of " + layout.root;
+    document.found = topElements(path) + " instead of " + request.root;
   }
   return document;
 }
 
-std::vector<std::string> Document::values(const Layout& layout) const {
+std::vector<std::string> Document::values(const libquilp::Request& request) const {
   std::vector<std::string> values;
   for (const XMLNode& result : results) {
-    for (const Value& value : valuesOf(layout, result)) {
+    for (const Value& value : valuesOf(request, result)) {
       values.push_back(value.name + '=' + value.text);
     }
   }

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "check/question.h"
 #include "check/report.h"
+#include "lookup/request.h"
 #include "xml/xml_node.h"
 
 namespace quilp {
@@ -17,20 +17,20 @@ struct Document {
   std::vector<libquilp::XMLNode> results;
 
   /// All that the library takes from it, in its order.
-  std::vector<std::string> values(const Layout& layout) const;
+  std::vector<std::string> values(const libquilp::Request& request) const;
 
   /// The first result's element; empty when it has none.
   std::string first(const char* element) const;
 };
 
 /// Opens with the library's own reader.
-Document openDocument(const Layout& layout, const char* path);
+Document openDocument(const libquilp::Request& request, const char* path);
 
 /// Judges the clauses that `fault` can name, and the encoding.
 void judgeOpening(const Document& document, const char* path, Report& report);
 
 /// Judges what is inside a document that could be opened.
-void judgeContents(const Layout& layout, const Document& document, const char* path,
+void judgeContents(const libquilp::Request& request, const Document& document, const char* path,
                    Report& report);
 
 }  // namespace quilp

@@ -6,7 +6,6 @@
 #include <cstring>
 
 #include "check/hostile.h"
-#include "libquilp.h"
 
 namespace quilp {
 namespace {
@@ -38,12 +37,6 @@ std::string commandLine(const Question& question) {
   return line + "-o FILE";
 }
 
-std::vector<std::string> argumentsWith(const Question& question, const std::string& value) {
-  std::vector<std::string> arguments = question.arguments;
-  arguments[kTextArgument] = question.keyword ? ProcessKeyword(value.c_str(), 0) : value;
-  return arguments;
-}
-
 /// Where the value of "-n" stands; the end when there is none.
 std::size_t countOf(const Question& question) {
   const auto& arguments = question.arguments;
@@ -57,23 +50,23 @@ bool isDash(const Hostile& hostile) { return std::strcmp(hostile.clause.id, kDas
 
 /// What is made of a keyword begins with no "-".
 bool applies(const Hostile& hostile, const Question& question) {
-  return !question.keyword || !isDash(hostile);
+  return !question.hasKeyword() || !isDash(hostile);
 }
 
 std::vector<Clause> clausesOf(const Question& question) {
   using namespace clause;
   std::vector<Clause> clauses = {kTime,   kInput,    kProcesses, kLeftovers,  kVerb,
                                  kStatus, kDocument, kEncoding,  kWellFormed, kRoot};
-  if (question.layout.entry != nullptr) {
+  if (question.request.entry != nullptr) {
     clauses.push_back(kEntries);
   }
   clauses.push_back(kFields);
-  clauses.push_back(question.layout.plainText ? kText : kCData);
+  clauses.push_back(question.request.plainText ? kText : kCData);
   clauses.insert(clauses.end(), {kOnce, kNames, kTwice});
   if (hasCount(question)) {
     clauses.push_back(kCount);
   }
-  if (!question.layout.plainText) {
+  if (!question.request.plainText) {
     clauses.push_back(kNothingFound);
   }
   clauses.push_back(kUnwritable);
@@ -185,7 +178,7 @@ bool Interview::judgeStatus(const Question& question, const Run& run) {
 
 std::optional<Document> Interview::judgeAnswer(const Question& question, const Run& run) {
   const char* path = run.file->name();
-  Document document = openDocument(question.layout, path);
+  Document document = openDocument(question.request, path);
   if (document.fault == &clause::kDocument && !run.output.empty()) {
     document.found += "; it wrote to standard output: " + run.output;
   }
@@ -193,7 +186,7 @@ std::optional<Document> Interview::judgeAnswer(const Question& question, const R
   if (document.fault != nullptr) {
     return std::nullopt;
   }
-  const char* entry = question.layout.entry;
+  const char* entry = question.request.entry;
   if (entry != nullptr && document.results.empty()) {
     const bool others = document.root.nChildNode() > 0;
     whySkipped_ = "nothing was found: name something that is, with " + question.hint;
@@ -206,7 +199,7 @@ std::optional<Document> Interview::judgeAnswer(const Question& question, const R
   if (entry != nullptr) {
     report_.pass(clause::kEntries);
   }
-  judgeContents(question.layout, document, path, report_);
+  judgeContents(question.request, document, path, report_);
   const std::string id = document.first("id");
   if (!question.id.empty() && !id.empty()) {
     report_.advise(clause::kSameId,
@@ -217,7 +210,7 @@ std::optional<Document> Interview::judgeAnswer(const Question& question, const R
 
 void Interview::askAgain(const Question& question, const Document& document) {
   const Run run = runner_.run(question.arguments);
-  const Document again = openDocument(question.layout, run.file->name());
+  const Document again = openDocument(question.request, run.file->name());
   const std::string fault = conduct(run);
   if (!fault.empty()) {
     report_.fail(clause::kTwice, fault);
@@ -226,8 +219,8 @@ void Interview::askAgain(const Question& question, const Document& document) {
   } else if (again.fault != nullptr) {
     report_.fail(clause::kTwice, again.found);
   } else {
-    const std::vector<std::string> first = document.values(question.layout);
-    const std::vector<std::string> second = again.values(question.layout);
+    const std::vector<std::string> first = document.values(question.request);
+    const std::vector<std::string> second = again.values(question.request);
     const auto [one, other] =
         std::mismatch(first.begin(), first.end(), second.begin(), second.end());
     const std::string none = "nothing";
@@ -246,7 +239,7 @@ void Interview::askForOne(const Question& question) {
   std::vector<std::string> arguments = question.arguments;
   arguments[countOf(question)] = "1";
   const Run run = runner_.run(arguments);
-  const Document document = openDocument(question.layout, run.file->name());
+  const Document document = openDocument(question.request, run.file->name());
   const std::string fault = conduct(run);
   if (!fault.empty() || run.status != 0 || document.fault != nullptr || document.results.empty()) {
     report_.fail(clause::kCount, "for -n 1: " + (!fault.empty()              ? fault
@@ -262,10 +255,10 @@ void Interview::askForOne(const Question& question) {
 
 void Interview::askForNothing(const Question& question) {
   nothingStatus_.reset();
-  if (question.layout.plainText) {
+  if (question.request.plainText) {
     return;  // a name is always a song's
   }
-  const Run run = runner_.run(argumentsWith(question, kNonsense));
+  const Run run = runner_.run(question.argumentsWith(kNonsense));
   const std::string fault = faultOf(question, run, kNonsense);
   if (!fault.empty()) {
     report_.fail(clause::kNothingFound, fault);
@@ -276,10 +269,10 @@ void Interview::askForNothing(const Question& question) {
     report_.pass(clause::kNothingFound);
     return;
   }
-  const Document document = openDocument(question.layout, run.file->name());
+  const Document document = openDocument(question.request, run.file->name());
   if (document.fault != nullptr) {
     report_.skip(clause::kNothingFound, "there is nothing to judge after the failure");
-  } else if (question.layout.entry == nullptr) {
+  } else if (question.request.entry == nullptr) {
     report_.fail(clause::kNothingFound, "status 0 and a document");
   } else if (!document.results.empty()) {
     report_.warn(clause::kNothingFound,
@@ -311,7 +304,7 @@ void Interview::askHostile(const Question& question) {
     }
     std::vector<std::string> faults;
     for (const std::string& value : hostile.values) {
-      const Run run = runner_.run(argumentsWith(question, value));
+      const Run run = runner_.run(question.argumentsWith(value));
       std::string fault = faultOf(question, run, value);
       if (fault.empty() && isDash(hostile) && nothingStatus_ && run.status != *nothingStatus_) {
         fault = "for " + value + ": " + statusOf(run) + ", but " + std::to_string(*nothingStatus_) +
@@ -340,7 +333,7 @@ std::string Interview::faultOf(const Question& question, const Run& run,
     fault = conduct(run);
   }
   if (fault.empty() && run.status == 0) {
-    const Document document = openDocument(question.layout, run.file->name());
+    const Document document = openDocument(question.request, run.file->name());
     if (document.fault != nullptr && !report_.failed(*document.fault)) {
       fault = "status 0, but " + document.found;
     }

@@ -14,20 +14,28 @@
 namespace quilp {
 namespace {
 
+using libquilp::Element;
+using libquilp::Request;
 using libquilp::XMLNode;
+using Kind = Element::Kind;
 using Faults = std::vector<std::string>;
+
+bool isRepeated(const Element& element) {
+  return element.kind == Kind::kList || element.kind == Kind::kCast;
+}
 
 /// What is wrong with a document's contents, clause by clause.
 class Judge {
  public:
-  Judge(const Layout& layout, Report& report) : layout_(layout), report_(report) {}
+  Judge(const Request& request, Report& report)
+      : request_(request), elements_(request.elements(request)), report_(report) {}
 
   void judge(const Document& document, const char* path) {
     for (const XMLNode& result : document.results) {
-      where_ = layout_.entry == nullptr || document.results.size() == 1
+      where_ = request_.entry == nullptr || document.results.size() == 1
                    ? ""
-                   : layout_.entry + (" " + std::to_string(++number_)) + ": ";
-      layout_.plainText ? judgeSong(result) : judgeResult(result);
+                   : request_.entry + (" " + std::to_string(++number_)) + ": ";
+      request_.plainText ? judgeSong(result) : judgeResult(result);
       judgeValues(result);
     }
     pugi::xml_document again;  // the library's reader names no elements
@@ -38,19 +46,18 @@ class Judge {
 
  private:
   void judgeResult(const XMLNode& result) {
-    if (layout_.elements.empty()) {
-      judgeForm(result, layout_.entry);
+    if (elements_.empty()) {
+      judgeForm(result, request_.entry);
       if (result.nClear() + result.nText() == 0) {
         fields_.push_back(where_ + "no address");
       }
     }
     judgePresence(result);
-    for (const Element& element : layout_.elements) {
-      const char* name = element.name.c_str();
+    for (const Element& element : elements_) {
       judgeOnce(result, element);
-      result.forEachChild(name, [&](const XMLNode& one) {
-        if (element.actors) {
-          judgeActor(one);
+      result.forEachChild(element.name, [&](const XMLNode& one) {
+        if (element.kind == Kind::kCast) {
+          judgeActor(one, element);
         } else {
           judgeForm(one, element.name);
           judgeSeveral(one, element);
@@ -60,18 +67,18 @@ class Judge {
   }
 
   void judgePresence(const XMLNode& result) {
-    for (const std::string& name : layout_.required) {
-      const XMLNode element = result.getChildNode(name.c_str());
-      if (*libquilp::firstClearOr(element, "") == '\0' &&
-          element.nText() + element.nChildNode() == 0) {
-        fields_.push_back(where_ + "no " + name);
+    for (const Element& element : elements_) {
+      const XMLNode one = result.getChildNode(element.name);
+      if (element.required && *libquilp::firstClearOr(one, "") == '\0' &&
+          one.nText() + one.nChildNode() == 0) {
+        fields_.push_back(where_ + "no " + element.name);
       }
     }
   }
 
   void judgeOnce(const XMLNode& result, const Element& element) {
-    const int n = result.nChildNode(element.name.c_str());
-    if (!element.repeated && n > 1) {
+    const int n = result.nChildNode(element.name);
+    if (!isRepeated(element) && n > 1) {
       once_.push_back(where_ + std::to_string(n) + " times " + element.name +
                       "; the first one is read");
     }
@@ -94,12 +101,12 @@ class Judge {
 
   void judgeSeveral(const XMLNode& element, const Element& kind) {
     const char* value = libquilp::firstClearOr(element, "");
-    if (kind.repeated && std::strpbrk(value, ",;|") != nullptr) {
+    if (isRepeated(kind) && std::strpbrk(value, ",;|") != nullptr) {
       several_.push_back(where_ + kind.name + " holds several? " + value);
     }
   }
 
-  void judgeActor(const XMLNode& actor) {
+  void judgeActor(const XMLNode& actor, const Element& kind) {
     const XMLNode name = actor.getChildNode("name");
     const XMLNode role = actor.getChildNode("role");
     judgeForm(name, "name");
@@ -107,20 +114,20 @@ class Judge {
     if (actor.nText() + actor.nClear() > 0 || !name) {
       roles_.push_back(where_ + "an actor without the element name");
     } else if (role.nClear() + role.nText() == 0) {
-      Faults& faults = layout_.needsRoles ? roles_ : roleAdvice_;
+      Faults& faults = kind.needsRole ? roles_ : roleAdvice_;
       faults.push_back(where_ + "no role for " + libquilp::firstClearOr(name, "an actor") +
-                       (layout_.needsRoles ? ": the call ends in an exception" : ""));
+                       (kind.needsRole ? ": the call ends in an exception" : ""));
     }
   }
 
   // Karaoke: plain text, and lists of Name elements.
   void judgeSong(const XMLNode& song) {
-    for (const Element& element : layout_.elements) {
+    for (const Element& element : elements_) {
       judgeOnce(song, element);
-      const XMLNode one = song.getChildNode(element.name.c_str());
-      if (element.name == "Artist" || element.name == "Genre") {
+      const XMLNode one = song.getChildNode(element.name);
+      if (element.kind == Kind::kNames) {
         if (one.nText() + one.nClear() > 0) {
-          several_.push_back(element.name + " holds text instead of Name elements");
+          several_.push_back(std::string(element.name) + " holds text instead of Name elements");
         }
         one.forEachChild("Name", [&](const XMLNode& name) {
           judgePlain(name, "Name");
@@ -131,13 +138,12 @@ class Judge {
         continue;
       }
       judgePlain(one, element.name);
-      if (element.name != "Title") {
+      if (element.kind == Kind::kNumber) {
         judgeNumber(one.getText(), element.name);
       }
-    }
-    const XMLNode title = song.getChildNode("Title");
-    if (title.nText() + title.nClear() + title.nChildNode() == 0) {
-      fields_.emplace_back("no Title");
+      if (element.required && one.nText() + one.nClear() + one.nChildNode() == 0) {
+        fields_.push_back(std::string("no ") + element.name);
+      }
     }
   }
 
@@ -162,12 +168,12 @@ class Judge {
   void judgeValues(const XMLNode& result) {
     static const std::set<std::string> addresses = {"url", "poster", "banner", "thumbnail",
                                                     "image"};
-    for (const auto& [name, text] : valuesOf(layout_, result)) {
+    for (const auto& [name, text] : valuesOf(request_, result)) {
       const auto isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
       if (isBlank(text.front()) || isBlank(text.back())) {
         blanks_.push_back(told(name, '"' + text + '"'));
       }
-      if (!layout_.plainText && hasReference(text)) {
+      if (!request_.plainText && hasReference(text)) {
         entities_.push_back(told(name, text));
       }
       if (addresses.count(name) > 0 && text.rfind("http://", 0) != 0 &&
@@ -195,15 +201,15 @@ class Judge {
 
   void judgeNames(const pugi::xml_document& document) {
     for (const pugi::xml_node top : document.children()) {
-      if (strcasecmp(top.name(), layout_.root) != 0) {
+      if (strcasecmp(top.name(), request_.root) != 0) {
         continue;
       }
-      if (layout_.entry == nullptr) {
+      if (request_.entry == nullptr) {
         judgeNamesIn(top);
         return;
       }
       for (const pugi::xml_node entry : top.children()) {
-        if (strcasecmp(entry.name(), layout_.entry) == 0 && !layout_.elements.empty()) {
+        if (strcasecmp(entry.name(), request_.entry) == 0 && !elements_.empty()) {
           judgeNamesIn(entry);
         }
       }
@@ -216,15 +222,15 @@ class Judge {
   void judgeNamesIn(const pugi::xml_node result) {
     for (const pugi::xml_node child : result.children()) {
       const std::string name = child.name();
-      const auto isRead = [&](const std::string& known) {
+      const auto isRead = [&name](const std::string& known) {
         return strcasecmp(known.c_str(), name.c_str()) == 0;
       };
       bool known = child.type() != pugi::node_element;
       std::string meant;
-      for (const Element& element : layout_.elements) {
+      for (const Element& element : elements_) {
         known = known || isRead(element.name);
-        if (isRead(element.name + "s") ||
-            strcasecmp(element.name.c_str(), (name + "s").c_str()) == 0) {
+        if (isRead(std::string(element.name) + "s") ||
+            strcasecmp(element.name, (name + "s").c_str()) == 0) {
           meant = element.name;
         }
       }
@@ -241,8 +247,8 @@ class Judge {
 
   void tell() {
     report_.judge(clause::kFields, fields_);
-    report_.judge(layout_.plainText ? clause::kText : clause::kCData, form_);
-    if (layout_.plainText) {
+    report_.judge(request_.plainText ? clause::kText : clause::kCData, form_);
+    if (request_.plainText) {
       report_.judge(clause::kNumbers, numbers_);
       report_.judge(clause::kRepeated, several_);
     } else {
@@ -256,8 +262,9 @@ class Judge {
     } else {
       report_.judge(clause::kNames, mistaken_);
     }
-    const bool cast = std::any_of(layout_.elements.begin(), layout_.elements.end(),
-                                  [](const Element& element) { return element.actors; });
+    const bool cast = std::any_of(elements_.begin(), elements_.end(), [](const Element& element) {
+      return element.kind == Kind::kCast;
+    });
     if (cast && roles_.empty()) {
       report_.advise(clause::kRoles, roleAdvice_);
     } else if (cast) {
@@ -266,7 +273,8 @@ class Judge {
     report_.advise(clause::kBlanks, blanks_);
   }
 
-  const Layout& layout_;
+  const Request& request_;
+  const std::vector<Element> elements_;
   Report& report_;
   std::string where_;
   int number_ = 0;
@@ -277,9 +285,9 @@ class Judge {
 
 }  // namespace
 
-void judgeContents(const Layout& layout, const Document& document, const char* path,
+void judgeContents(const Request& request, const Document& document, const char* path,
                    Report& report) {
-  Judge(layout, report).judge(document, path);
+  Judge(request, report).judge(document, path);
 }
 
 }  // namespace quilp
