@@ -110,11 +110,19 @@ Run searching(void (*release)(Record*, int), Call call) {
   };
 }
 
+bool hasRoleWithoutActor(const velMovieInfo_& m) { return m.role.size() > m.actor.size(); }
+bool hasRoleWithoutActor(const KTV_ExtraData_t&) { return false; }
+template <class Record>
+bool hasRoleWithoutActor(const Record& r) {
+  return r.actor_roles.size() > r.actor_names.size();
+}
+
 template <class Record, class Call>
 Run filling(void (*release)(Record*), Call call) {
   return [=](const Asked& asked, Answer& answer, bool describes) {
     Record record = Record();
     answer.result = resultOf([&] { return call(asked, &record, nullptr); });
+    answer.result = hasRoleWithoutActor(record) ? kNeverRight : answer.result;
     if (describes) {
       answer.text = described(record);
     }

@@ -24,7 +24,7 @@ constexpr int kUntouched = -7;     // nothing was stored in `error`
 constexpr int kOutOfMemory = -20;  // an exception left the call: std::bad_alloc,
 constexpr int kOutOfRange = -21;   // std::out_of_range,
 constexpr int kLogicError = -22;   // another std::logic_error,
-constexpr int kNeverRight = -23;   // any other; or half a document was printed
+constexpr int kNeverRight = -23;   // any other; or half a document, or a role without an actor
 
 struct Answer {
   int result = 0;

@@ -4,16 +4,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <random>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
 #include "libquilp.h"
 #include "support.h"
-#include "text/cutter.h"
 #include "text/entities.h"
-#include "text/removal.h"
 
 namespace {
 
@@ -43,17 +39,6 @@ TEST(Percent, DecodesPairsWithoutACheck) {
   EXPECT_EQ(urlDecoded("%+"), "+");      // a single character behind "%" is ordinary text
   EXPECT_EQ(urlDecoded("%gg"), "\x10");  // 16 * 16 + 16, in eight bits
   EXPECT_EQ(static_cast<unsigned char>(libquilp::from_hex('\xE9')), 0xE9 - 'a' + 10);
-}
-
-TEST(Percent, DigitsOfEveryByte) {
-  const string digits = "0123456789abcdef";
-  for (int byte = 0; byte < 256; ++byte) {
-    const char c = static_cast<char>(byte);
-    EXPECT_EQ(to_hex(c), digits[static_cast<size_t>(byte) & 15]);
-    EXPECT_EQ(libquilp::to_hex(c), to_hex(c));
-    const size_t value = digits.find(byte >= 'A' && byte <= 'F' ? static_cast<char>(byte + 32) : c);
-    EXPECT_EQ(char2hex(c), value == string::npos ? 16 : static_cast<int>(value)) << byte;
-  }
 }
 
 TEST(Percent, EscapesEveryByteIntoABuffer) {
@@ -130,29 +115,6 @@ TEST(ReplaceString, ReplacesShortReferencesByTheTable) {
   EXPECT_EQ(replaced("&#x26;#33;"), "!");
 }
 
-// The steps as they are told: search from the start, again and again.
-string removedTheSlowWay(string text, const string& pattern) {
-  for (size_t at = 0; (at = text.find(pattern)) != string::npos;) {
-    text.erase(at, pattern.size());
-  }
-  return text;
-}
-
-TEST(Removal, GivesWhatSearchingFromTheStartGives) {
-  std::mt19937 random(1);
-  for (int round = 0; round < 20000; ++round) {
-    string text;
-    for (auto i = random() % 24; i > 0; --i) {
-      text += "aab"[random() % 3];
-    }
-    for (const string pattern : {"ab", "aab", "aba"}) {
-      string fast = text;
-      libquilp::removeAll(fast, pattern);
-      EXPECT_EQ(fast, removedTheSlowWay(text, pattern)) << text << ' ' << pattern;
-    }
-  }
-}
-
 TEST(Removal, TrimsBeforeItRemoves) {
   const auto cleaned = [](string text) { return removeEmptyChar(text); };
   EXPECT_EQ(cleaned(""), "");
@@ -200,36 +162,6 @@ TEST(Keyword, CutsReleaseNamesDownToTheirTitle) {
   EXPECT_EQ(ProcessKeyword("Fast Furious's", 1), "Fast%20Furious%27s");
 }
 
-// Brackets as they are told: the last opening, the first closing behind it.
-string blankedTheSlowWay(string text) {
-  for (const char* pair : {"()", "[]"}) {
-    for (size_t open = 0; (open = text.rfind(pair[0])) != string::npos;) {
-      const size_t close = text.find(pair[1], open);
-      const size_t end = close == string::npos ? open : close;
-      text.replace(open, end - open + 1, end - open + 1, ' ');
-    }
-  }
-  return text;
-}
-
-TEST(Keyword, BracketsGoFromTheInsideOut) {
-  std::mt19937 random(2);
-  for (int round = 0; round < 20000; ++round) {
-    string name = "t";
-    for (auto i = random() % 16; i > 0; --i) {
-      name += "()[]ab"[random() % 6];
-    }
-    string words;
-    const string blanked = blankedTheSlowWay(name);
-    libquilp::Cutter rest(blanked);
-    while (!rest.done()) {
-      const std::string_view word = rest.upToOrRest(" ");
-      words += (words.empty() || word.empty() ? "" : " ") + string(word);
-    }
-    EXPECT_EQ(ProcessKeyword(name.c_str(), 0), words) << name;
-  }
-}
-
 TEST(Language, ComesFromTheCataloguesConfiguration) {
   const char kConfiguration[] = "/etc/config/catalox.conf";
   const auto language = [](string shell) {
@@ -255,27 +187,6 @@ TEST(Language, ComesFromTheCataloguesConfiguration) {
   std::thread([&] { EXPECT_EQ(language("/opt/plain.sh"), "fr"); }).join();
   EXPECT_STREQ(mine, "de");
   std::remove(kConfiguration);
-}
-
-TEST(Cutter, AFailedSearchMovesNothing) {
-  libquilp::Cutter cutter("<a>1</a><b>2");
-  EXPECT_FALSE(cutter.between("<b>", "</b>"));
-  EXPECT_FALSE(cutter.past("<c>"));
-  EXPECT_EQ(cutter.between("<a>", "</a>"), "1");
-  EXPECT_EQ(cutter.betweenOrRest("<b>", "</b>"), "2");
-  EXPECT_TRUE(cutter.done());
-  EXPECT_EQ(cutter.upToOrRest("x"), "");
-}
-
-TEST(Cutter, CutsAsTheStringClassDoes) {
-  EXPECT_EQ(libquilp::cutAt("abc", 1, string::npos - 3), "bc");
-  EXPECT_EQ(libquilp::cutAt("abc", 3, 1), "");
-  try {
-    libquilp::cutAt("abc", 4, 0);
-    FAIL();
-  } catch (const std::out_of_range& error) {
-    EXPECT_STREQ(error.what(), "basic_string::substr");
-  }
 }
 
 }  // namespace
