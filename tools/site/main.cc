@@ -21,6 +21,9 @@ constexpr size_t kWorkers = 64;  // requests that are served, and delayed, at th
 
 void send(const quilp_site::Reply& reply, httplib::Response& response) {
   response.status = reply.status;
+  if (reply.challenges) {
+    response.set_header("x-amzn-waf-action", "challenge");
+  }
   if (reply.status == 302) {
     response.set_redirect(reply.location);
   } else if (reply.closes_half_way) {

@@ -38,9 +38,20 @@ constexpr Fault kFaults[] = {
     {"faultmoved", [](Reply& reply) { reply.status = 302; }},
 };
 
-// Takes a fault's name, and what separates it from the rest, out of the text.
-const Fault* takeFault(std::string& text) {
-  for (const Fault& fault : kFaults) {
+// Answers of a site that serves no programs. No search finds titles with these.
+constexpr Fault kRefusals[] = {
+    {"fault403", [](Reply& reply) { reply = Reply(403, "<p>Forbidden.</p>"); }},
+    {"fault202",
+     [](Reply& reply) {
+       reply = Reply(202, "<p>Prove that you are a browser.</p>");
+       reply.challenges = true;
+     }},
+};
+
+// Takes the name of one of `faults`, and what separates it from the rest, out of the text.
+template <size_t N>
+const Fault* takeOneOf(const Fault (&faults)[N], std::string& text) {
+  for (const Fault& fault : faults) {
     const size_t start = text.find(fault.name);
     if (start == std::string::npos) {
       continue;
@@ -55,6 +66,11 @@ const Fault* takeFault(std::string& text) {
     return &fault;
   }
   return nullptr;
+}
+
+const Fault* takeFault(std::string& text) {
+  const Fault* fault = takeOneOf(kFaults, text);
+  return fault ? fault : takeOneOf(kRefusals, text);
 }
 
 std::set<std::string> words(const std::string& text) {

@@ -29,6 +29,7 @@ struct Reply {
   int status = 200;
   std::string body;
   std::string location;          // where to, for a redirection
+  bool challenges = false;       // says in a header that it wants to see a browser
   bool closes_half_way = false;  // promises the whole body, sends half and closes the connection
 };
 
