@@ -101,12 +101,50 @@ refused '--type is missing' addon check x
 refused 'FILE is missing' karaoke
 refused 'SEASON: "" is no number' tv episode tt9500001 '' 1
 
+# says STATUS PATTERN ARGUMENT...: one line on standard error tells why there is nothing.
+says() {
+  wanted=$1 pattern=$2
+  shift 2
+  actual=0
+  "$QUILP_PROGRAM" "$@" >/tmp/output 2>/tmp/errors || actual=$?
+  [ "$actual" = "$wanted" ] && grep -q "^quilp: $pattern" /tmp/errors &&
+    [ "$(wc -l </tmp/errors)" = 1 ] && return
+  echo "quilp $*: status $actual instead of $wanted, or not $pattern: $(cat /tmp/errors)" >&2
+  failures=$((failures + 1))
+}
+: >/etc/config/zorp.conf
+browsers='the site answers only browsers (HTTP 202 with a challenge): use an add-on, see quilp-addon(7)$'
+says 1 'nothing found$' movie search nosuchfilm
+says 1 'nothing found$' tv search nosuchshow
+says 1 'nothing found$' music search nosuchalbum
+says 1 'nothing found$' music art Nobody
+says 1 'the site answered HTTP 403$' movie search 'fault403 Paper'
+says 1 'the site answered HTTP 403$' music search 'fault403 Fog'
+says 1 'the site answered HTTP 404$' movie show tt8999999
+says 1 'the page of akas.imdb.com has nothing in a known form$' movie show tt9000009
+says 0 'the site answered HTTP 404$' tv show tt8999999
+says 1 "$browsers" movie show fault202-tt9000001
+says 1 "$browsers" tv search 'fault202 Row'
+says 18 'the connection to akas.imdb.com ended' movie show faultclosed-tt9000001
+says 1 'the show has no season 9$' tv episode tt8000001 9 1
+says 1 'the season has no episode 13$' tv episode tt8000001 2 13
+CURL_HOME=/none HOME=/none says 1 'could not resolve host www.imdb.com$' movie search x
+"$QUILP_PROGRAM" karaoke x.mkv 2>&1 >/dev/null | grep . && failures=$((failures + 1))
+
 printf '[a]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/shell\n' \
   >/etc/config/zorp.conf
 printf '#!/bin/sh\nexit 42\n' >/etc/config/shell
 chmod +x /etc/config/shell
-expect 42 '' movie search x
-expect 42 '' movie show x
+says 42 'the add-on of \[a\] ended with status 42$' movie search x
+says 42 'the add-on of \[a\] ended with status 42$' movie show x
+printf '#!/bin/sh\nkill $$\n' >/etc/config/shell
+says 1 'the add-on of \[a\] was ended by signal 15' movie show x
+# shellcheck disable=SC2016  # for the add-on
+printf '#!/bin/sh\ncp /tmp/written "$5"\n' >/etc/config/shell
+echo '<movie><title>' >/tmp/written
+says 1 'the document of the add-on of \[a\] is not well-formed$' movie show x
+echo '<movie><actor><name><![CDATA[A]]></name></actor></movie>' >/tmp/written
+says 1 'the document of the add-on of \[a\] has an actor without a role$' movie show x
 # What a search printed is what the add-on gets.
 # shellcheck disable=SC2016  # for the add-on
 printf '#!/bin/sh\necho "$3" >/tmp/asked\nexit 1\n' >/etc/config/shell
@@ -117,6 +155,7 @@ for asked in "movie show x" "movie show --catalogue-id abcdex"; do
 done
 sed -i s/Movie/KTV/ /etc/config/zorp.conf
 expect 1 'x y' karaoke x y
+says 1 'x: the add-on of \[a\] ' karaoke x
 expect 1 '.*{ *"file" : "x" *}.*' karaoke --format json x
 
 # Nothing that others wrote reaches a terminal as it is.

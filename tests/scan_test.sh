@@ -36,7 +36,7 @@ d",,,'
 scan /tmp/m --format csv -j 4 --resume /tmp/journal
 expect csv 101 "file,keyword,match,year,id
 $known"
-grep -q 'faultclosed-x.MKV: the site gave no answer' /tmp/errors || fail "the failure is not told"
+grep -q 'faultclosed-x.MKV: the connection to www.imdb.com ended' /tmp/errors || fail "the failure is not told"
 grep -q $'\r' /tmp/errors && fail "progress without a terminal"
 # However many jobs: the pages of one file's lookup come after each other.
 grep -o 'GET /find' /run/box/site.log | wc -l | grep -qx 5 || fail "not one find page a file"
@@ -111,7 +111,8 @@ status=$? output=$(cat /tmp/rows)
 # What finds nothing at all says why.
 chmod -x /etc/config/shell
 scan /tmp/many
-[ "$status" = 0 ] && grep -q 'cannot be executed' /tmp/errors || fail "nothing found: $(cat /tmp/errors)"
+[ "$status" = 0 ] && grep -q 'add-on of \[a\] cannot be started: Permission denied' /tmp/errors ||
+  fail "nothing found: $(cat /tmp/errors)"
 chmod +x /etc/config/shell
 
 # The second Ctrl-C ends what never would, and all that it started.

@@ -79,6 +79,8 @@ std::string sentence(const Answer& answer) {
     case Reason::kWrongDocument:
       return "the document of " + addOnOf(answer) + " has no element <" + answer.subject +
              "> at its top";
+    case Reason::kNoRole:
+      return "the document of " + addOnOf(answer) + " has an actor without a role";
     case Reason::kNoNetwork:
       return curlSentence(answer.number, answer.subject);
     case Reason::kHttpStatus:
@@ -136,6 +138,8 @@ const char* codeOf(const Answer& answer) {
       return "malformed-document";
     case Reason::kWrongDocument:
       return "wrong-document";
+    case Reason::kNoRole:
+      return "no-role";
     case Reason::kNoNetwork:
       return answer.number == kNoProgram ? "client-missing" : "client-failed";
     case Reason::kHttpStatus:

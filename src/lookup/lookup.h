@@ -4,6 +4,7 @@
 #include <mutex>
 #include <new>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@
 #include "plugin/result_document.h"
 
 // The one way to make a lookup. Only std::logic_error leaves it, where the exported function says
-// so; out of memory is an answer.
+// so; for an observed lookup it is an answer, as being out of memory always is.
 
 namespace libquilp {
 
@@ -55,6 +56,7 @@ class Lookup {
   const Context& context() const { return context_; }
   bool isRefused() const { return answer_.reason == Reason::kWrongRequest; }
   bool isBuiltIn() const { return !answer_.addOn; }
+  bool isObserved() const { return context_.observer != nullptr; }
 
   /// Runs the add-on and gives the root of its document; empty, with a reason, when there is none.
   XMLNode document();
@@ -201,15 +203,23 @@ void fillBy(const RecordRequest<Record>& request, const Values& values, Lookup& 
   }
   request.clear(record);
   Reason known = Reason::kOk;
-  if (lookup.isBuiltIn()) {
-    const Outcome outcome = request.builtIn(values, lookup.context(), record);
-    answer.status = outcome.status;
-    known = outcome.reason != Reason::kOk ? outcome.reason : Reason::kUnknownPage;
-  } else if (const XMLNode root = lookup.document()) {
-    request.read(root, values, record);
-    known = Reason::kEmptyRows;
-  } else {
-    answer.status = answer.status != 0 ? answer.status : 1;
+  try {
+    if (lookup.isBuiltIn()) {
+      const Outcome outcome = request.builtIn(values, lookup.context(), record);
+      answer.status = outcome.status;
+      known = outcome.reason != Reason::kOk ? outcome.reason : Reason::kUnknownPage;
+    } else if (const XMLNode root = lookup.document()) {
+      request.read(root, values, record);
+      known = Reason::kEmptyRows;
+    } else {
+      answer.status = answer.status != 0 ? answer.status : 1;
+    }
+  } catch (const std::logic_error&) {
+    if (!lookup.isObserved()) {
+      throw;
+    }
+    answer.status = 1;
+    known = lookup.isBuiltIn() ? Reason::kUnknownPage : Reason::kNoRole;
   }
   const bool found = answer.status == 0 && request.isFilled(request, record);
   lookup.countFields(request.printed, &record, answer.status == 0 ? 1 : 0);

@@ -60,7 +60,7 @@ FetchReport::FetchReport(const std::string& address, const Context& context, std
 }
 
 std::string FetchReport::option() const {
-  return headers_.empty() ? "" : " -D '" + headers_ + '\'';
+  return headers_.empty() ? "" : " -D '" + headers_ + "' 2>/dev/null";
 }
 
 void FetchReport::finish(int exit, std::string_view page) {

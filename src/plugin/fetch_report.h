@@ -17,7 +17,8 @@ class FetchReport {
   /// curl leaves the headers in a file of the caller's anyway.
   FetchReport(const std::string& address, const Context& context, std::string headers);
 
-  /// What to append to curl's command.
+  /// What to append to curl's command. The shell is not to complain that there is no curl: the
+  /// observer is told.
   std::string option() const;
 
   /// To be called once curl has ended.

@@ -17,6 +17,7 @@ enum class Reason {
   kEmptyDocument,
   kMalformedDocument,
   kWrongDocument,  // well-formed, but with another root element
+  kNoRole,         // an actor without a role
 
   kNoNetwork,  // or whatever else made curl fail
   kHttpStatus,

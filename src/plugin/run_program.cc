@@ -99,7 +99,8 @@ bool triesNext(int error) {
 
 ProgramEnd runProgram(char** argv) {
   ProgramEnd end;
-  end.error = ENOENT;
+  const bool isPath = std::strchr(argv[0], '/') != nullptr;
+  end.error = isPath && access(argv[0], F_OK) == 0 ? EACCES : ENOENT;
   pid_t child = -1;
   const Redirection redirection;
   anyProgram(argv[0], [&](const char* path) {

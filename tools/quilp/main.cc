@@ -8,7 +8,6 @@
 #include "command/commands.h"
 #include "output/exit_status.h"
 #include "output/utf8.h"
-#include "platform/platform_check.h"
 #include "usage/completion.h"
 #include "usage/parse.h"
 
@@ -47,26 +46,13 @@ Command makeProgram() {
   return program;
 }
 
-/// The kind of media that was looked up.
-std::string lookupOf(const Command& command) {
-  std::string words = command.name.substr(command.name.find(' ') + 1);
-  const std::string explain = "explain ";
-  words.erase(0, words.rfind(explain, 0) == 0 ? explain.size() : 0);
-  return words.substr(0, words.find(' '));
-}
-
 int run(int argc, char** argv) {
   const Command program = makeProgram();
   if (argc > 2 && std::string(argv[1]) == "--complete") {
     return printCompletions(program, {argv + 2, argv + argc}) ? 0 : kNothingFound;
   }
   try {
-    const Call call = parse(program, argc, argv);
-    const int status = call.run();
-    if (status != 0) {
-      reportPlatform(lookupOf(*call.command));
-    }
-    return status;
+    return parse(program, argc, argv)();
   } catch (const WrongUsage& error) {
     complain(error.command(), error.what());
     const std::string words = error.command().substr(program.name.size());

@@ -11,8 +11,9 @@ void Identifier::addTo(Command& command, const std::string& description) {
                              [this](const std::string&) { isCatalogues_ = true; }});
 }
 
-std::string Identifier::forLibrary(const Media& media) const {
-  const bool byAddOn = RegistryView::get().serving(media, Use::kPrint) != nullptr;
+std::string Identifier::forRequest(const libquilp::Request& request) const {
+  libquilp::Observer quiet;
+  const bool byAddOn = addOnFor(request, libquilp::Use::kPrint, {&quiet}).has_value();
   return byAddOn && !isCatalogues_ ? "quilp" + id_ : id_;
 }
 

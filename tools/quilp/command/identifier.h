@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/registry_view.h"
+#include "lookup/request.h"
 #include "usage/command.h"
 
 namespace quilp {
@@ -12,8 +12,8 @@ class Identifier {
  public:
   void addTo(Command& command, const std::string& description);
 
-  /// As the library takes it: an add-on's has five characters before it.
-  std::string forLibrary(const Media& media) const;
+  /// As the request takes it: an add-on's has five characters before it.
+  std::string forRequest(const libquilp::Request& request) const;
 
  private:
   std::string id_;

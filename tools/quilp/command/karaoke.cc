@@ -8,10 +8,13 @@
 #include "command/commands.h"
 #include "command/options.h"
 #include "libquilp.h"
+#include "lookup/requests.h"
 #include "output/exit_status.h"
 #include "output/json_output.h"
+#include "output/message.h"
 #include "output/table.h"
 #include "output/utf8.h"
+#include "platform/why_nothing.h"
 
 namespace quilp {
 namespace {
@@ -94,11 +97,13 @@ int describe(const std::vector<std::string>& files, Format format) {
   for (const std::string& argument : files) {
     const char* file = argument.c_str();
     KTV_ExtraData_t info;
-    const bool read = velGetKTVInfo(file, &info) == 0;
-    if (!read) {
-      std::cerr << "quilp: the add-on failed for " << lineText(file) << '\n';
-      failed = true;
-    }
+    libquilp::Observer quiet;
+    const libquilp::Answer answer =
+        run(libquilp::kSong, libquilp::Values::song(file), {&quiet}, info);
+    const bool read = answer.status == 0;
+    failed = failed || !read;
+    const std::string why = whyNothing(answer, libquilp::kSong.media);
+    tell(why.empty() ? "" : argument + ": " + why);
     if (format == Format::kJson) {
       Json::Value song = read ? jsonOf(info) : Json::Value();
       song["file"] = jsonText(file);

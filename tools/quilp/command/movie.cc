@@ -3,21 +3,12 @@
 #include "command/commands.h"
 #include "command/identifier.h"
 #include "command/options.h"
-#include "libquilp.h"
-#include "output/exit_status.h"
-#include "output/result.h"
+#include "command/print_answer.h"
+#include "lookup/requests.h"
 
 namespace quilp {
-namespace {
 
-int statusOfDetails(const std::string& id) {
-  velMovieInfo_ info = velMovieInfo_();
-  const int status = velGetMovieByID(id.c_str(), &info);
-  velFreeMovieInfo(&info);
-  return status != 0 ? status : kNothingFound;
-}
-
-}  // namespace
+using libquilp::Values;
 
 void addMovieCommands(Command& program) {
   Command& movie = program.add("movie", "Movies");
@@ -30,7 +21,7 @@ void addMovieCommands(Command& program) {
   addCount(search, count);
   addFormat(search, format);
   search.run = [] {
-    return printDocument([] { return velPrintSearchMovie(keyword.c_str(), count); }, format);
+    return printAnswer(libquilp::kMovieSearch, Values::search(keyword.c_str(), count), format);
   };
 
   static Identifier identifier;
@@ -38,13 +29,8 @@ void addMovieCommands(Command& program) {
   identifier.addTo(show, "Identifier of the movie");
   addFormat(show, format);
   show.run = [] {
-    const std::string id = identifier.forLibrary(libquilp::kMovieMedia);
-    return printDocument(
-        [&id] {
-          // Printing tells only that it failed; asking once more tells how.
-          return velPrintMovieByID(id.c_str()) == 0 ? 0 : statusOfDetails(id);
-        },
-        format);
+    const std::string id = identifier.forRequest(libquilp::kMovieDetails);
+    return printAnswer(libquilp::kMovieDetails, Values::title(id.c_str()), format);
   };
 }
 

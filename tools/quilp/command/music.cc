@@ -2,24 +2,26 @@
 
 #include "command/commands.h"
 #include "command/options.h"
-#include "libquilp.h"
-#include "output/result.h"
+#include "command/print_answer.h"
+#include "lookup/requests.h"
 
 namespace quilp {
 namespace {
+
+using libquilp::Values;
 
 std::string artist;
 int count = kDefaultCount;
 Format format;
 
 void addArtistCommand(Command& music, const char* name, const char* description,
-                      int (*print)(const char* artist, int count)) {
+                      const libquilp::Request& request) {
   Command& command = music.add(name, description);
   command.operands.push_back({"ARTIST", "Name of the artist", toText(artist)});
   addCount(command, count);
   addFormat(command, format);
-  command.run = [print] {
-    return printDocument([print] { return print(artist.c_str(), count); }, format);
+  command.run = [&request] {
+    return printAnswer(request, Values::ofArtist(artist.c_str(), count), format);
   };
 }
 
@@ -35,12 +37,12 @@ void addMusicCommands(Command& program) {
   addCount(search, count);
   addFormat(search, format);
   search.run = [] {
-    return printDocument([] { return velPrintSearchAlbum(album.c_str(), artist.c_str(), count); },
-                         format);
+    return printAnswer(libquilp::kAlbumSearch,
+                       Values::ofAlbum(album.c_str(), artist.c_str(), count), format);
   };
 
-  addArtistCommand(music, "albums", "List the albums of an artist", velPrintGetAlbumByArtist);
-  addArtistCommand(music, "art", "List pictures of an artist", velPrintGetArtistThumbnail);
+  addArtistCommand(music, "albums", "List the albums of an artist", libquilp::kArtistAlbums);
+  addArtistCommand(music, "art", "List pictures of an artist", libquilp::kArtistPictures);
 }
 
 }  // namespace quilp

@@ -4,7 +4,6 @@
 
 #include "command/commands.h"
 #include "command/options.h"
-#include "platform/platform_check.h"
 
 namespace quilp {
 namespace {
@@ -41,13 +40,7 @@ void addScanCommand(Command& program) {
   addFormat(command, request.format, {Format::kTable, Format::kJson, Format::kCsv});
   command.run = [] {
     request.paths = paths.words();
-    const ScanOutcome outcome = scan(request);
-    if (outcome.status != 0 || outcome.foundNothing) {
-      reportPlatform(request.type == MediaType::kMovie ? "movie"
-                     : request.type == MediaType::kTV  ? "tv"
-                                                       : "karaoke");
-    }
-    return outcome.status;
+    return scan(request);
   };
 }
 

@@ -4,12 +4,13 @@
 #include "command/commands.h"
 #include "command/identifier.h"
 #include "command/options.h"
-#include "libquilp.h"
-#include "output/exit_status.h"
-#include "output/result.h"
+#include "command/print_answer.h"
+#include "lookup/requests.h"
 
 namespace quilp {
 namespace {
+
+using libquilp::Values;
 
 Identifier identifier;
 std::string language;
@@ -26,8 +27,8 @@ void addSearch(Command& tv) {
   addLanguage(search, language);
   addFormat(search, format);
   search.run = [] {
-    return printDocument(
-        [] { return velPrintSearchTVShows(keyword.c_str(), count, languageOrNull()); }, format);
+    return printAnswer(libquilp::kShowSearch,
+                       Values::search(keyword.c_str(), count, languageOrNull()), format);
   };
 }
 
@@ -37,9 +38,8 @@ void addShow(Command& tv) {
   addLanguage(show, language);
   addFormat(show, format);
   show.run = [] {
-    const std::string id = identifier.forLibrary(libquilp::kTVMedia);
-    return printDocument([&id] { return velPrintTVShowByID(id.c_str(), languageOrNull()); },
-                         format);
+    const std::string id = identifier.forRequest(libquilp::kShowDetails);
+    return printAnswer(libquilp::kShowDetails, Values::title(id.c_str(), languageOrNull()), format);
   };
 }
 
@@ -55,10 +55,9 @@ void addEpisode(Command& tv) {
   addLanguage(episode, language);
   addFormat(episode, format);
   episode.run = [] {
-    const std::string id = identifier.forLibrary(libquilp::kTVMedia);
-    const int result = printDocument(
-        [&id] { return velPrintTVEpisode(id.c_str(), season, number, languageOrNull()); }, format);
-    return result < 0 ? kNothingFound : result;
+    const std::string id = identifier.forRequest(libquilp::kEpisodeDetails);
+    return printAnswer(libquilp::kEpisodeDetails,
+                       Values::ofEpisode(id.c_str(), season, number, languageOrNull()), format);
   };
 }
 

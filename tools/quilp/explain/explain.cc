@@ -4,7 +4,6 @@
 #include <mutex>
 
 #include "libquilp.h"
-#include "output/document.h"
 #include "output/exit_status.h"
 #include "platform/registry_view.h"
 
@@ -55,8 +54,7 @@ Explanation explain(const libquilp::Request& request, const libquilp::Values& va
   if (!answer.addOn) {
     explanation.whyBuiltIn = RegistryView::get().whyNone(request.media, libquilp::Use::kPrint);
   }
-  const bool found = answer.document && holdsText(*answer.document);
-  explanation.exitStatus = found ? 0 : answer.status != 0 ? answer.status : kNothingFound;
+  explanation.exitStatus = exitStatusOf(answer);
   return explanation;
 }
 

@@ -85,7 +85,7 @@ void Journal::read(const std::string& path, const std::string& firstLine) {
     whole = !lines.eof();
     const std::vector<std::string> cells = cellsOf(line);
     if (cells.size() == 6 && cells[5] == kLineEnd) {
-      rows_[cells[0]] = {cells[0], cells[1], cells[2], cells[3], cells[4], ""};
+      rows_[cells[0]] = {cells[0], cells[1], cells[2], cells[3], cells[4]};
     }
   }
   if (!whole) {
@@ -99,7 +99,7 @@ const ScanRow* Journal::find(const std::string& file) const {
 }
 
 void Journal::add(const ScanRow& row) {
-  if (!file_ || !row.failure.empty()) {
+  if (!file_ || isUnsettled(row.answer)) {
     return;
   }
   std::string line;

@@ -1,7 +1,6 @@
 #include "scan/lookup.h"
 
 #include <filesystem>
-#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -18,11 +17,6 @@ struct Match {
   std::string id;
 };
 
-struct Answer {
-  std::vector<Match> matches;
-  std::string failure;
-};
-
 std::string orNothing(const char* text) { return text != nullptr ? text : ""; }
 
 /// A site's title may hold character references.
@@ -36,47 +30,6 @@ Match matchOf(const velTVShow& show) {
   return {titleOf(show.title), orNothing(show.first_air_date).substr(0, 4), orNothing(show.id)};
 }
 
-/// `search(&records, &error)` as the library's searches are; `release` frees what it gave. The
-/// built-in search gives a record also when the site has no results: it gives none when it failed.
-template <class Record, class Search>
-Answer search(bool byAddOn, Search search, void (*release)(Record*, int)) {
-  Record* records = nullptr;
-  int error = 0;
-  const int count = search(&records, &error);
-  const auto free = [release, count](Record* array) { release(array, count); };
-  const std::unique_ptr<Record, decltype(free)> owner(records, free);
-  Answer answer;
-  if (count <= 0) {
-    answer.failure = error != 0 ? "the add-on's status is " + std::to_string(error)
-                     : byAddOn  ? ""
-                                : "the site gave no answer that can be read";
-  }
-  for (int i = 0; i < count; ++i) {
-    Match match = matchOf(records[i]);
-    if (!match.title.empty() || !match.id.empty()) {
-      answer.matches.push_back(std::move(match));
-    }
-  }
-  return answer;
-}
-
-Answer searchTitle(const std::string& name, const Lookup& lookup) {
-  if (lookup.type == MediaType::kMovie) {
-    return search<velMovie_>(
-        lookup.byAddOn,
-        [&](velMovie_** movies, int* error) {
-          return velSearchMovie(name.c_str(), lookup.candidates, movies, error);
-        },
-        velFreeMovies);
-  }
-  return search<velTVShow>(
-      lookup.byAddOn,
-      [&](velTVShow** shows, int* error) {
-        return velSearchTVShows(name.c_str(), lookup.candidates, nullptr, shows, error);
-      },
-      velFreeTVShows);
-}
-
 const Match& best(const std::vector<Match>& matches, const std::string& name) {
   for (const Match& match : matches) {
     if (match.year.size() == 4 && name.find(match.year) != std::string::npos) {
@@ -86,12 +39,35 @@ const Match& best(const std::vector<Match>& matches, const std::string& name) {
   return matches.front();
 }
 
-void describeSong(const std::string& file, ScanRow& row) {
-  KTV_ExtraData_t song;
-  if (velGetKTVInfo(file.c_str(), &song) != 0) {
-    row.failure = "the add-on failed";
-    return;
+/// The built-in search gives an empty record when the site has no results: it gives none when it
+/// failed.
+template <class Record>
+void search(const libquilp::ListRequest<Record>& request, const std::string& name, int candidates,
+            ScanRow& row) {
+  libquilp::Observer quiet;
+  const auto answer = run(request, libquilp::Values::search(name.c_str(), candidates), {&quiet});
+  row.answer = answer;
+  row.failed = answer.found.count <= 0 && (answer.status != 0 || !answer.addOn);
+  std::vector<Match> matches;
+  for (const Record& record : answer.found.records) {
+    Match match = matchOf(record);
+    if (!match.title.empty() || !match.id.empty()) {
+      matches.push_back(std::move(match));
+    }
   }
+  if (!matches.empty()) {
+    const Match& match = best(matches, name);
+    row.match = match.title;
+    row.year = match.year;
+    row.id = match.id;
+  }
+}
+
+void describeSong(const std::string& file, ScanRow& row) {
+  libquilp::Observer quiet;
+  KTV_ExtraData_t song;
+  row.answer = run(libquilp::kSong, libquilp::Values::song(file.c_str()), {&quiet}, song);
+  row.failed = row.answer.status != 0;
   std::string artists;
   for (const ArtistData_t& artist : song.artists) {
     artists += (artists.empty() ? "" : ", ") + artist.name;
@@ -101,13 +77,21 @@ void describeSong(const std::string& file, ScanRow& row) {
 
 }  // namespace
 
+const libquilp::Request& requestOf(MediaType type) {
+  switch (type) {
+    case MediaType::kMovie:
+      return libquilp::kMovieSearch;
+    case MediaType::kTV:
+      return libquilp::kShowSearch;
+    case MediaType::kKaraoke:
+      break;
+  }
+  return libquilp::kSong;
+}
+
 bool hasAddOn(MediaType type) {
   libquilp::Observer quiet;
-  const libquilp::Request& request =
-      type == MediaType::kMovie ? static_cast<const libquilp::Request&>(libquilp::kMovieSearch)
-      : type == MediaType::kTV  ? static_cast<const libquilp::Request&>(libquilp::kShowSearch)
-                                : libquilp::kSong;
-  return libquilp::addOnFor(request, libquilp::Use::kRecords, {&quiet}).has_value();
+  return addOnFor(requestOf(type), libquilp::Use::kRecords, {&quiet}).has_value();
 }
 
 ScanRow Lookup::operator()(const std::string& file) const {
@@ -120,13 +104,10 @@ ScanRow Lookup::operator()(const std::string& file) const {
     return row;
   }
   row.keyword = ProcessKeyword(name.c_str(), 0);
-  Answer answer = searchTitle(name, *this);
-  row.failure = std::move(answer.failure);
-  if (!answer.matches.empty()) {
-    const Match& match = best(answer.matches, name);
-    row.match = match.title;
-    row.year = match.year;
-    row.id = match.id;
+  if (type == MediaType::kMovie) {
+    search(libquilp::kMovieSearch, name, candidates, row);
+  } else {
+    search(libquilp::kShowSearch, name, candidates, row);
   }
   return row;
 }

@@ -2,10 +2,13 @@
 
 #include <string>
 
+#include "lookup/request.h"
 #include "scan/media_files.h"
 #include "scan/row.h"
 
 namespace quilp {
+
+const libquilp::Request& requestOf(MediaType type);
 
 /// Whether an add-on answers for the type. Without one, two lookups must not overlap.
 bool hasAddOn(MediaType type);

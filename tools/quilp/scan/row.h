@@ -2,7 +2,14 @@
 
 #include <string>
 
+#include "lookup/answer.h"
+
 namespace quilp {
+
+/// Whether another scan may find something.
+inline bool isUnsettled(const libquilp::Answer& answer) {
+  return answer.reason != libquilp::Reason::kOk && answer.reason != libquilp::Reason::kNothingFound;
+}
 
 /// What a scan tells of one media file.
 struct ScanRow {
@@ -11,7 +18,11 @@ struct ScanRow {
   std::string match;    // empty when nothing was found
   std::string year;
   std::string id;
-  std::string failure;  // why it could not be looked up; empty when it could
+  bool failed = false;        // it could not be looked up
+  libquilp::Answer answer{};  // why there is no match
+
+  /// Why it could not be looked up; empty when it could.
+  std::string failure() const { return failed ? sentence(answer) : ""; }
 };
 
 }  // namespace quilp

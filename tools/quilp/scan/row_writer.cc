@@ -72,7 +72,7 @@ class JsonWriter : public RowWriter {
     object["match"] = jsonText(row.match);
     object["year"] = jsonText(row.year);
     object["id"] = jsonText(row.id);
-    object["failure"] = jsonText(row.failure);
+    object["failure"] = jsonText(row.failure());
     std::cout << separator_ << Json::writeString(settings_, object) << std::flush;
     separator_ = ",\n";
     return std::cout.good();

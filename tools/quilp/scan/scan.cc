@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdio>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -11,7 +10,8 @@
 #include <thread>
 #include <vector>
 
-#include "output/utf8.h"
+#include "output/message.h"
+#include "platform/why_nothing.h"
 #include "scan/interruption.h"
 #include "scan/journal.h"
 #include "scan/lookup.h"
@@ -23,7 +23,7 @@ namespace quilp {
 namespace {
 
 constexpr int kFailures = 100;  // the exit status for one failure is one more
-constexpr int kMostFailures = 25;
+constexpr std::size_t kMostFailures = 25;
 constexpr int kInterrupted = 130;  // as a shell has it
 
 /// Looks the files up, several at a time, and passes the rows on in the order of the files.
@@ -53,7 +53,14 @@ class Scan {
 
   bool end() { return writer_->end(); }
   bool interrupted() const { return interruption_.wanted(); }
-  bool foundNothing() const { return matches_ == 0 && done_ > 0; }
+
+  /// Where there is no match at all.
+  void sayWhy() const {
+    if (matches_ == 0 && done_ > 0) {
+      messages_.say(whyNothing(firstAnswer_, requestOf(lookUp_.type).media));
+    }
+  }
+
   std::size_t failures() const { return failures_; }
   const std::string& error() const { return error_; }
 
@@ -76,14 +83,17 @@ class Scan {
     if (isNew) {
       journal_.add(row);
     }
-    if (!row.failure.empty()) {
+    if (row.failed) {
       ++failures_;
-      messages_.say(row.file + ": " + row.failure);
+      messages_.say(row.file + ": " + row.failure());
+    }
+    if (!isUnsettled(firstAnswer_)) {
+      firstAnswer_ = row.answer;
     }
     ++done_;
     matches_ += row.match.empty() ? 0 : 1;
     messages_.showProgress(std::to_string(done_) + '/' + std::to_string(files_.size()) + ' ' +
-                           fitted(lineText(row.file), kProgressColumns));
+                           row.file);
     rows_[i] = std::move(row);
     for (; written_ < rows_.size() && rows_[written_]; ++written_) {
       if (!writer_->add(*rows_[written_])) {
@@ -92,11 +102,9 @@ class Scan {
     }
   }
 
-  static constexpr std::size_t kProgressColumns = 60;
-
   const Lookup lookUp_;
   const int jobs_;
-  const Messages messages_;  // after the look at the registry, which may complain once
+  const Messages messages_;
   Interruption interruption_{messages_};
   const std::vector<std::string> files_;
   std::vector<std::optional<ScanRow>> rows_;  // of the files that were looked up
@@ -108,30 +116,35 @@ class Scan {
   std::size_t written_ = 0;
   std::size_t failures_ = 0;
   std::size_t matches_ = 0;
+  libquilp::Answer firstAnswer_;  // that tells more than that nothing was found, or any
   std::string error_;
 };
 
 }  // namespace
 
-ScanOutcome scan(const ScanRequest& request) {
+int scan(const ScanRequest& request) {
   MediaFiles files = mediaFilesOf(request.paths, request.type);
   if (request.paths.size() == 1 && files.nothingRead) {
     throw std::runtime_error("cannot read " + files.failures.front());
   }
   for (const std::string& failure : files.failures) {
-    std::fprintf(stderr, "quilp: %s\n", lineText(failure).c_str());
+    tell(failure);
   }
+  const auto failedPaths = files.failures.size();
   Scan scan(request, std::move(files.paths));
   scan.run();
   if (!scan.end() || !scan.error().empty()) {
     throw std::runtime_error(scan.error().empty() ? "cannot write" : scan.error());
   }
   if (scan.interrupted()) {
-    return {kInterrupted, false};
+    return kInterrupted;
   }
-  const auto failures = static_cast<int>(
-      std::min<std::size_t>(scan.failures() + files.failures.size(), kMostFailures));
-  return {failures > 0 ? kFailures + failures : 0, scan.foundNothing()};
+  const auto failures =
+      static_cast<int>(std::min(scan.failures() + failedPaths, kMostFailures));
+  if (failures == 0) {
+    scan.sayWhy();
+  }
+  return failures > 0 ? kFailures + failures : 0;
 }
 
 }  // namespace quilp

@@ -17,13 +17,8 @@ struct ScanRequest {
   std::string journal;
 };
 
-struct ScanOutcome {
-  int status;
-  bool foundNothing;
-};
-
-/// Looks media files up and prints a row for each. Throws std::runtime_error when the only path
+/// Looks media files up and prints a row for each. Returns the program's exit status. Throws std::runtime_error when the only path
 /// cannot be read, or something cannot be written.
-ScanOutcome scan(const ScanRequest& request);
+int scan(const ScanRequest& request);
 
 }  // namespace quilp

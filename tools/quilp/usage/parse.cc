@@ -164,7 +164,7 @@ bool has(const Command& program, const Line& line, const char* option) {
 
 }  // namespace
 
-Call parse(const Command& program, int argc, char** argv) {
+std::function<int()> parse(const Command& program, int argc, char** argv) {
   const Line line = cut(program, argc, argv);
   const std::vector<std::string>& words = line.operands;
   const bool helpFirst = !words.empty() && words.front() == "help";
@@ -185,26 +185,26 @@ Call parse(const Command& program, int argc, char** argv) {
     refuseOption(program, *command, line.unknownOption);
   }
   if (has(program, line, "--version")) {
-    return {command, [] {
-              std::cout << "quilp " QUILP_VERSION "\n";
-              return std::cout.flush() ? 0 : 1;
-            }};
+    return [] {
+      std::cout << "quilp " QUILP_VERSION "\n";
+      return std::cout.flush() ? 0 : 1;
+    };
   }
   if (wantsHelp) {
-    return {command, [&program, command] { return printHelp(program, *command) ? 0 : 1; }};
+    return [&program, command] { return printHelp(program, *command) ? 0 : 1; };
   }
   if (!command->commands.empty()) {
     refuse(*command, "a command is missing; there are " + joined(command->wordsOfCommands()));
   }
   takeOptions(program, *command, line.options);
   takeOperands(*command, words, next);
-  return {command, [command] {
-            try {
-              return command->run();
-            } catch (const WrongUsage& error) {
-              refuse(*command, error.what());
-            }
-          }};
+  return [command] {
+    try {
+      return command->run();
+    } catch (const WrongUsage& error) {
+      refuse(*command, error.what());
+    }
+  };
 }
 
 }  // namespace quilp

@@ -9,10 +9,6 @@ namespace quilp {
 ///
 /// Options may stand anywhere, also before the command; after "--" all words are operands. "help"
 /// in front of a command is like its option --help.
-struct Call {
-  const Command* command;
-  std::function<int()> run;
-};
-Call parse(const Command& program, int argc, char** argv);
+std::function<int()> parse(const Command& program, int argc, char** argv);
 
 }  // namespace quilp

@@ -1,14 +1,15 @@
-#include "output/result.h"
+#include "command/print_answer.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <string>
 #include <system_error>
 
-#include "output/captured_output.h"
 #include "output/document.h"
 #include "output/exit_status.h"
 #include "output/json_output.h"
+#include "output/message.h"
+#include "platform/why_nothing.h"
 
 namespace quilp {
 namespace {
@@ -28,17 +29,14 @@ bool write(const std::string& document, Format format) {
 
 }  // namespace
 
-int printDocument(const std::function<int()>& print, Format format) {
-  CapturedOutput output;
-  const int status = print();
-  const std::string document = output.take();
-  if (!document.empty() && !write(document, format)) {
+int printAnswer(const libquilp::Request& request, const libquilp::Values& values, Format format) {
+  libquilp::Observer quiet;
+  const libquilp::PrintedAnswer answer = request.print(request, values, {&quiet});
+  if (answer.document && !write(*answer.document, format)) {
     throw std::system_error(errno, std::generic_category(), "cannot write");
   }
-  if (status != 0) {
-    return status;
-  }
-  return holdsText(document) ? 0 : kNothingFound;
+  tell(whyNothing(answer, request.media));
+  return exitStatusOf(answer);
 }
 
 }  // namespace quilp
