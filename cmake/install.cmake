@@ -11,7 +11,12 @@ write_basic_package_version_file(quilp-config-version.cmake COMPATIBILITY SameMa
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quilp-config-version.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/quilp COMPONENT development)
 
-# Relative to the prefix, so that a moved tree needs one definition.
+# pkg-config finds the prefix from the folder of libquilp.pc, so that any --prefix and DESTDIR work.
+string(REGEX REPLACE "[^/]+" ".." pc_prefix "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+string(PREPEND pc_prefix "\${pcfiledir}/")
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+  set(pc_prefix "${CMAKE_INSTALL_PREFIX}")
+endif()
 set(pc_libdir "\${prefix}")
 cmake_path(APPEND pc_libdir "${CMAKE_INSTALL_LIBDIR}")
 set(pc_includedir "\${prefix}")

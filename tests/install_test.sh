@@ -5,21 +5,12 @@ set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-root=${1%/}
-if [ -e "$root/CMakeCache.txt" ]; then
-  cmake --install "$root" --prefix "$work/usr" >/dev/null
-  root=$work
-fi
-usr=$root/usr
-libdir=$(dirname "$(find "$usr/lib" -name libquilp.so)")
-export LD_LIBRARY_PATH=$libdir PKG_CONFIG_PATH=$libdir/pkgconfig
 
 fail() {
   echo "install_test: $*" >&2
   exit 1
 }
 
-# A program of its own, found by pkg-config and by CMake, runs with this library and no other.
 cat >"$work/consumer.cc" <<'END'
 #include <libquilp.h>
 
@@ -27,9 +18,6 @@ cat >"$work/consumer.cc" <<'END'
 
 int main() { std::puts(ProcessKeyword("a_b.2010", 1).c_str()); }
 END
-flags=$(pkg-config --define-variable=prefix="$usr" --cflags --libs libquilp)
-# shellcheck disable=SC2086  # the flags are words
-${CXX:-c++} -std=c++17 "$work/consumer.cc" -o "$work/by-pkg-config" $flags
 cat >"$work/CMakeLists.txt" <<'END'
 cmake_minimum_required(VERSION 3.25)
 project(consumer LANGUAGES CXX)
@@ -37,12 +25,37 @@ find_package(quilp 1.0 REQUIRED)
 add_executable(by-cmake consumer.cc)
 target_link_libraries(by-cmake PRIVATE quilp::quilp)
 END
-cmake -S "$work" -B "$work" -DCMAKE_PREFIX_PATH="$usr" >/dev/null
-cmake --build "$work" >/dev/null
-for program in by-pkg-config by-cmake; do
-  [ "$("$work/$program")" = a%20b ] || fail "$program prints something else"
-  ldd "$work/$program" | grep -q "libquilp.so.1 => $libdir/" || fail "$program has another library"
-done
+
+# use PREFIX: a program finds what is installed there by pkg-config and by CMake, and runs with it.
+use() {
+  local usr=$1 build flags program
+  libdir=$(dirname "$(find "$usr/lib" -name libquilp.so)")
+  export LD_LIBRARY_PATH=$libdir PKG_CONFIG_PATH=$libdir/pkgconfig
+  build=$(mktemp -d "$work/XXXXXX")
+  flags=$(pkg-config --cflags --libs libquilp)
+  # shellcheck disable=SC2086  # the flags are words
+  ${CXX:-c++} -std=c++17 "$work/consumer.cc" -o "$build/by-pkg-config" $flags
+  cmake -G Ninja -S "$work" -B "$build" -DCMAKE_PREFIX_PATH="$usr" >/dev/null
+  cmake --build "$build" >/dev/null
+  for program in by-pkg-config by-cmake; do
+    [ "$("$build/$program")" = a%20b ] || fail "$program prints something else"
+    ldd "$build/$program" | grep -q "libquilp.so.1 => $libdir/" || fail "$program: another library"
+  done
+}
+
+if [ -e "$1/CMakeCache.txt" ]; then
+  cmake --install "$1" --prefix "$work/elsewhere" --component library >/dev/null
+  cmake --install "$1" --prefix "$work/elsewhere" --component development >/dev/null
+  [ -e "$work/elsewhere/share/man/man3/libquilp.3" ] || fail "no libquilp(3) for developers"
+  use "$work/elsewhere"
+  DESTDIR=$work/staged cmake --install "$1" --prefix /opt/quilp >/dev/null
+  use "$work/staged/opt/quilp"
+  usr=$work/usr
+  cmake --install "$1" --prefix "$usr" >/dev/null
+else
+  usr=${1%/}/usr
+fi
+use "$usr"
 
 # The library does nothing when it is loaded, and neither file wants more than it uses.
 library=$libdir/libquilp.so.1 quilp=$usr/bin/quilp
