@@ -1,10 +1,15 @@
-# Steps that the tools and CI share. To be sourced by bash, at the top of the checkout.
+# What the tools and CI share. Source it in bash, at the top of the checkout.
 # shellcheck shell=bash disable=SC2034
 
+# The library, the program, and the box with its sample site.
+demo_packages=(
+  g++ cmake ninja-build pkg-config libpugixml-dev libjsoncpp-dev libiniparser-dev
+  libcli11-dev libcpp-httplib-dev libssl-dev bubblewrap ca-certificates curl openssl
+)
+# Everything that the preset release builds, and what its tests run.
 build_packages=(
-  g++ cmake ninja-build pkg-config libpugixml-dev libjsoncpp-dev libiniparser-dev libcli11-dev
-  libcpp-httplib-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev
-  bubblewrap ca-certificates curl dwarves fish groff-base iso-codes mandoc openssl python3 zsh
+  "${demo_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev
+  dwarves fish groff-base iso-codes mandoc python3 zsh
 )
 # What bench/compare compares with.
 bench_packages=(libxml2-dev python3-guessit)
@@ -13,13 +18,14 @@ document_packages=(doxygen mandoc)
 arm_packages=(g++-arm-linux-gnueabihf qemu-user)
 coverage_packages=(gcovr)
 clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
+bare_packages=(mmdebstrap)
 debian_packages=(build-essential debhelper git lintian xz-utils)
 
 say() {
   echo "$(basename "$0"): $*"
 }
 
-# Installs those of the packages that are missing: no root and no network if none is.
+# Installs the packages that are missing. Needs neither root nor the network if none is.
 install_packages() {
   local package missing=() as_root=()
   for package; do
@@ -50,13 +56,13 @@ build_preset() {
   cmake --preset "$1" >/dev/null && cmake --build --preset "$1"
 }
 
-# Puts the files of the last commit into a new folder.
+# Copies the files of the last commit into a folder.
 export_commit() {
   mkdir -p "$1"
   git archive HEAD | tar -x --no-same-permissions -C "$1"
 }
 
-# Exports the last commit into a new folder and builds its Debian packages beside that.
+# Copies the last commit into a folder and builds its Debian packages beside that folder.
 build_debs() {
   export_commit "$1" && (cd "$1" && dpkg-buildpackage -us -uc -b)
 }
