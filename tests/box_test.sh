@@ -23,14 +23,24 @@ inside() {
   "$box" bash -c "$1" 2>&1
 }
 
+mkdir "$outside/bin"
+ln -s "$(command -v dirname)" "$outside/bin"
+expect "no bubblewrap" 77 "$(PATH=$outside/bin status_of /bin/bash "$box" true)"
+printf '#!/bin/sh\necho "bwrap: no namespace" >&2; exit 1\n' >"$outside/bin/bwrap"
+chmod +x "$outside/bin/bwrap"
+export PATH=$outside/bin:$PATH
+expect "the system refuses the box" 77 "$(status_of "$box" true)"
+expect "it says why" "tools/box: the system refuses the box: bwrap: no namespace" \
+  "$("$box" true 2>&1 | head -n 1)"
+rm "$outside/bin/bwrap"
+if [ $failed -eq 0 ] && [ "$(status_of "$box" true)" = 77 ]; then
+  exit 77  # the rest needs the box
+fi
+
 expect "the command's status is passed on" 43 "$(status_of "$box" sh -c 'exit 43')"
 expect "so is the signal that ended it" 143 "$(status_of "$box" sh -c 'kill $$')"
 expect "wrong usage" 125 "$(status_of "$box" --no-such-option true)"
 expect "a site that does not start" 125 "$(status_of "$box" --site=--no-such-option true)"
-mkdir "$outside/bin"
-ln -s /usr/bin/dirname "$outside/bin"
-expect "no bubblewrap" 77 "$(PATH=$outside/bin status_of /bin/bash "$box" true)"
-
 expect "loopback is the only network" lo \
   "$(inside "sed -n 's/^ *\([^:]*\):.*/\1/p' /proc/net/dev")"
 expect "folders are empty at start, but for the client" /sbin/curl \
