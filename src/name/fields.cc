@@ -95,6 +95,10 @@ std::vector<Field> detailsOf(const Name& name) {
   return fields.take();
 }
 
+bool tellSame(const Name& a, const Name& b) {
+  return fieldsOf(a) == fieldsOf(b) && detailsOf(a) == detailsOf(b);
+}
+
 std::vector<Field> fieldsOf(const Song& song) {
   Fields fields;
   fields.add("kind", "song");

@@ -21,6 +21,8 @@ struct Field {
   std::string_view key;
   Form form = Form::kText;
   std::vector<std::string> values;  // one or more
+
+  bool operator==(const Field& other) const { return key == other.key && values == other.values; }
 };
 
 /// What a name tells, in the order for printing; the kind is the first.
@@ -29,5 +31,8 @@ std::vector<Field> fieldsOf(const Song& song);
 
 /// What is of use to a person only.
 std::vector<Field> detailsOf(const Name& name);
+
+/// Whether two names tell the same, wherever it stands in them.
+bool tellSame(const Name& a, const Name& b);
 
 }  // namespace libquilp
