@@ -1,6 +1,7 @@
 #include "name/song_tags.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "ascii.h"
@@ -128,15 +129,27 @@ bool startsWithWord(std::string_view text, std::string_view word) {
           !isAlnum(static_cast<unsigned char>(text[word.size()])));
 }
 
+/// The tags by the first byte of their words.
+const std::vector<SongTag>& tagsByFirst(unsigned char first) {
+  static const auto kTags = [] {
+    std::array<std::vector<SongTag>, 256> tags;
+    for (const Row& row : kRows) {
+      forEachWord(row.words, [&](std::string_view word) {
+        tags[static_cast<unsigned char>(word.front())].push_back({word, row.field, row.value});
+      });
+    }
+    return tags;
+  }();
+  return kTags[first];
+}
+
 /// The longest tag that `text` starts with; its word is empty when there is none.
 SongTag tagAt(std::string_view text) {
   SongTag best{};
-  for (const Row& row : kRows) {
-    forEachWord(row.words, [&](std::string_view word) {
-      if (word.size() > best.word.size() && startsWithWord(text, word)) {
-        best = {word, row.field, row.value};
-      }
-    });
+  for (const SongTag& tag : tagsByFirst(static_cast<unsigned char>(text.front()))) {
+    if (tag.word.size() > best.word.size() && startsWithWord(text, tag.word)) {
+      best = tag;
+    }
   }
   return best;
 }
