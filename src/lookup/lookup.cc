@@ -151,11 +151,4 @@ void Lookup::conclude(bool found, Reason known) {
   }
 }
 
-bool writeOut(const PrintedAnswer& answer) {
-  if (answer.document) {
-    std::fputs(answer.document->c_str(), stdout);
-  }
-  return answer.document.has_value();
-}
-
 }  // namespace libquilp

@@ -1,5 +1,7 @@
 #include "lookup/request.h"
 
+#include <cstdio>
+
 #include "libquilp.h"
 #include "plugin/add_on_call.h"
 
@@ -90,6 +92,13 @@ std::vector<std::string> argumentsOf(const Request& request, const Values& value
     arguments.insert(arguments.end(), {option.name, textOf(option.value, values, addOn)});
   }
   return arguments;
+}
+
+bool writeOut(const PrintedAnswer& answer) {
+  if (answer.document) {
+    std::fputs(answer.document->c_str(), stdout);
+  }
+  return answer.document.has_value();
 }
 
 }  // namespace libquilp

@@ -88,6 +88,9 @@ struct PrintedAnswer : Answer {
   std::optional<std::string> document;
 };
 
+/// Writes the document to standard output, if there is one. Returns whether there was.
+bool writeOut(const PrintedAnswer& answer);
+
 struct Request {
   const char* name;  // as the program's command
   Media media;
@@ -102,7 +105,7 @@ struct Request {
   std::vector<Element> (*elements)(const Request& request);
 
   /// Makes the lookup and gives its document as the print function writes it. Null where there is
-  /// no print function. Throws what the exported functions throw.
+  /// no print function.
   PrintedAnswer (*print)(const Request& request, const Values& values, const Context& context);
 };
 

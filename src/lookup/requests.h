@@ -1,7 +1,7 @@
 #pragma once
 
 #include "libquilp.h"
-#include "lookup/lookup.h"
+#include "lookup/run.h"
 
 // Every lookup that an add-on can answer.
 

@@ -70,6 +70,22 @@ ReleaseGroup attributesOf(const XMLNode& node) {
   return group;
 }
 
+// <release-group id="ID" type="Album">
+//   <title>NAME</title><first-release-date>DATE</first-release-date></release-group>
+void readListed(const XMLNode& group, velAlbum_& album) {
+  album.name = SafeStrdup(group.getChildNode("title").getText(0));
+  album.releasedate = SafeStrdup(orEmpty(group.getChildNode("first-release-date").getText(0)));
+}
+
+// <release-group id="ID" …><title>NAME</title>
+//   <artist-credit><name-credit><artist><name>ARTIST</name></artist></name-credit>…
+void readFound(const XMLNode& group, velAlbum_& album) {
+  const XMLNode credit = group.getChildNode("artist-credit").getChildNode("name-credit");
+  album.name = SafeStrdup(group.getChildNode("title").getText(0));
+  album.artist = SafeStrdup(credit.getChildNode("artist").getChildNode("name").getText(0));
+  album.releasedate = SafeStrdup("");  // not read here, on purpose
+}
+
 // <metadata><artist-list><artist id="ID" …>…</artist>…</artist-list></metadata>
 std::optional<std::string> artistIdentifierOf(const XMLNode& artistList) {
   const char* id = firstAttribute(artistList.getChildNode(0));
@@ -89,9 +105,7 @@ std::optional<std::string> fetchArtistIdentifier(const char* artist, const Conte
   return artistIdentifierOf(listIn(document, "artist-list"));
 }
 
-// <metadata><release-group-list>
-//   <release-group id="ID" type="Album">
-//     <title>NAME</title><first-release-date>DATE</first-release-date></release-group>…
+// <metadata><release-group-list><release-group …>…</release-group>…
 Found<velAlbum_> listAlbums(const char* artist, int count, const Context& context) {
   const auto id = fetchArtistIdentifier(artist, context);
   if (!id) {
@@ -114,8 +128,7 @@ Found<velAlbum_> listAlbums(const char* artist, int count, const Context& contex
       continue;
     }
     velAlbum_& album = array.add();
-    album.name = SafeStrdup(node.getChildNode("title").getText(0));
-    album.releasedate = SafeStrdup(orEmpty(node.getChildNode("first-release-date").getText(0)));
+    readListed(node, album);
     const auto cover = fetchCover(group.id, CoverKind::kFrontOrDisc, context);
     if (!cover) {
       Found<velAlbum_> abandoned(std::move(array));
@@ -128,9 +141,6 @@ Found<velAlbum_> listAlbums(const char* artist, int count, const Context& contex
   return Found<velAlbum_>(std::move(array));
 }
 
-// <metadata><release-group-list>
-//   <release-group id="ID" …><title>NAME</title>
-//     <artist-credit><name-credit><artist><name>ARTIST</name></artist></name-credit>…
 Found<velAlbum_> searchAlbums(const char* album, const char* artist, int count,
                               const Context& context) {
   const std::string byArtist = *artist != '\0' ? "+and+artist:" + phrase(artist) : "";
@@ -149,10 +159,7 @@ Found<velAlbum_> searchAlbums(const char* album, const char* artist, int count,
   XMLNode node = list.getChildNode(0);
   for (int i = 0; array && i < n; ++i, node = node.getNextNode()) {
     velAlbum_& record = array.add();
-    const XMLNode credit = node.getChildNode("artist-credit").getChildNode("name-credit");
-    record.name = SafeStrdup(node.getChildNode("title").getText(0));
-    record.artist = SafeStrdup(credit.getChildNode("artist").getChildNode("name").getText(0));
-    record.releasedate = SafeStrdup("");  // not read here, on purpose
+    readFound(node, record);
     record.image = SafeStrdup(
         fetchCover(firstAttribute(node), CoverKind::kFront, context).value_or("").c_str());
   }
