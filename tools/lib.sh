@@ -18,7 +18,7 @@ document_packages=(doxygen mandoc)
 arm_packages=(g++-arm-linux-gnueabihf qemu-user)
 coverage_packages=(gcovr)
 clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
-bare_packages=(mmdebstrap)
+bare_packages=(git mmdebstrap)
 debian_packages=(build-essential debhelper git lintian xz-utils)
 
 say() {
