@@ -1,9 +1,19 @@
 target_sources(quilp_names PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/counter.cc
   ${CMAKE_CURRENT_LIST_DIR}/fields.cc
   ${CMAKE_CURRENT_LIST_DIR}/format.cc
   ${CMAKE_CURRENT_LIST_DIR}/name.cc
+  ${CMAKE_CURRENT_LIST_DIR}/numbers.cc
+  ${CMAKE_CURRENT_LIST_DIR}/path.cc
+  ${CMAKE_CURRENT_LIST_DIR}/reader.cc
+  ${CMAKE_CURRENT_LIST_DIR}/reader_group.cc
+  ${CMAKE_CURRENT_LIST_DIR}/reader_numbers.cc
+  ${CMAKE_CURRENT_LIST_DIR}/reader_tags.cc
+  ${CMAKE_CURRENT_LIST_DIR}/reader_title.cc
   ${CMAKE_CURRENT_LIST_DIR}/song.cc
   ${CMAKE_CURRENT_LIST_DIR}/song_file.cc
   ${CMAKE_CURRENT_LIST_DIR}/song_parts.cc
   ${CMAKE_CURRENT_LIST_DIR}/song_tags.cc
-  ${CMAKE_CURRENT_LIST_DIR}/song_text.cc)
+  ${CMAKE_CURRENT_LIST_DIR}/song_text.cc
+  ${CMAKE_CURRENT_LIST_DIR}/tag.cc
+  ${CMAKE_CURRENT_LIST_DIR}/token.cc)

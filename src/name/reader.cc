@@ -1,0 +1,140 @@
+#include "name/reader.h"
+
+#include <algorithm>
+
+namespace libquilp {
+namespace {
+
+constexpr std::string_view kContainers[] = {
+    "mkv", "mp4", "avi", "m4v", "ts",  "m2ts", "mts",  "wmv", "mov", "mpg", "mpeg", "flv", "webm",
+    "iso", "img", "vob", "ogm", "ogv", "divx", "rmvb", "rm",  "3gp", "asf", "m2v",  "f4v", "strm"};
+/// Files beside a video, whose names are read as its name.
+constexpr std::string_view kCompanions[] = {"srt", "sub",     "ass", "ssa", "idx",
+                                            "nfo", "torrent", "txt", "jpg", "rar",
+                                            "zip", "sfv",     "nzb", "vtt", "mka"};
+
+template <std::size_t N>
+bool contains(const std::string_view (&list)[N], std::string_view word) {
+  return std::find(std::begin(list), std::end(list), word) != std::end(list);
+}
+
+std::string_view withoutExtension(std::string_view text, bool isFolder) {
+  const std::size_t dot = text.rfind('.');
+  if (isFolder || dot == std::string_view::npos || text.size() - dot > 8 || text.size() - dot < 3) {
+    return text;
+  }
+  std::string extension;
+  for (const char c : text.substr(dot + 1)) {
+    extension += lower(c);
+  }
+  return contains(kContainers, extension) || contains(kCompanions, extension) ? text.substr(0, dot)
+                                                                              : text;
+}
+
+}  // namespace
+
+Reader::Reader(std::string_view text, const Surroundings& surroundings, Name& name)
+    : name_(name),
+      surroundings_(surroundings),
+      text_(withoutExtension(text, surroundings.isFolder)),
+      tokens_(text_) {
+  if (text_.size() != text.size()) {
+    std::string extension;
+    for (const char c : text.substr(text_.size() + 1)) {
+      extension += lower(c);
+    }
+    if (contains(kContainers, extension)) {
+      name_.container = extension;
+      addSpan(NameField::kContainer, text_.size() + 1, text.size());
+    }
+  }
+}
+
+void Reader::read() {
+  if (tokens_.count == 0) {
+    return;
+  }
+  matchTags();
+  splitGlued();
+  takeIdentifiers();
+  takeSites();
+  takeChecksum();
+  findDate();
+  findMarkers();
+  findShortDate();
+  findStart();
+  undoLeadGroup();
+  findYear();
+  if (name_.episodes.empty() && name_.airDate.empty()) {
+    findBareNumber();
+  }
+  readTitle();
+  readEpisodeTitle();
+  takeTags(titleEnd_, tokens_.count);
+  findGroup();
+  findKind();
+}
+
+void Reader::findKind() {
+  if (!name_.seasons.empty() || !name_.episodes.empty() || !name_.absoluteEpisodes.empty() ||
+      !name_.airDate.empty() || name_.extra == "special") {
+    name_.kind = NameKind::kEpisode;
+  } else if (surroundings_.hint != NameKind::kUnknown) {
+    name_.kind = surroundings_.hint;
+  } else if (!name_.title.empty()) {
+    name_.kind = NameKind::kMovie;
+  }
+}
+
+void Reader::take(NameField field, std::size_t from, std::size_t to) {
+  for (std::size_t i = from; i < to; ++i) {
+    tokens_.token[i].taken = true;
+  }
+  addSpan(field, tokens_.token[from].begin, tokens_.token[to - 1].end);
+}
+
+void Reader::addSpan(NameField field, std::size_t begin, std::size_t end) {
+  name_.spans.push_back({field, begin + surroundings_.offset, end + surroundings_.offset});
+}
+
+std::uint8_t Reader::outerBracket(std::size_t i) const {
+  std::uint8_t bracket = tokens_.token[i].bracket;
+  while (bracket != 0 && tokens_.bracket[bracket].parent != 0) {
+    bracket = tokens_.bracket[bracket].parent;
+  }
+  return bracket;
+}
+
+std::size_t Reader::bracketEnd(std::size_t i) const {
+  const std::uint32_t end = tokens_.bracket[outerBracket(i)].end;
+  while (i < tokens_.count && tokens_.token[i].begin < end) {
+    ++i;
+  }
+  return i;
+}
+
+bool Reader::alone(std::size_t i) const {
+  const std::uint8_t bracket = tokens_.token[i].bracket;
+  return bracket != 0 && (i == 0 || tokens_.token[i - 1].bracket != bracket) &&
+         (i + 1 == tokens_.count || tokens_.token[i + 1].bracket != bracket);
+}
+
+bool Reader::isFree(std::size_t from, std::size_t to) const {
+  for (std::size_t i = from; i < to; ++i) {
+    if (tokens_.token[i].taken) {
+      return false;
+    }
+  }
+  return from < to;
+}
+
+Name readComponent(std::string_view text, const Surroundings& surroundings) {
+  Name name;
+  Reader reader(text, surroundings, name);
+  reader.read();
+  std::sort(name.spans.begin(), name.spans.end(),
+            [](const NameSpan& a, const NameSpan& b) { return a.begin < b.begin; });
+  return name;
+}
+
+}  // namespace libquilp

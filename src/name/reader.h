@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "name/component.h"
+#include "name/name.h"
+#include "name/numbers.h"
+#include "name/token.h"
+
+namespace libquilp {
+
+/// A tag that a run of words makes.
+struct Match {
+  const Tag* tag = nullptr;
+  std::uint8_t words = 0;
+  std::uint8_t channels = 0;  // 51: the words end with a number of channels, 5.1
+  int lines = 0;              // of a resolution; the tag is null then
+
+  explicit operator bool() const { return words != 0; }
+};
+
+/// Reads the name of one file or folder in passes, each of which takes words for its fields.
+class Reader {
+ public:
+  Reader(std::string_view text, const Surroundings& surroundings, Name& name);
+
+  void read();
+
+ private:
+  // reader_tags.cc
+  void splitGlued();
+  void matchTags();
+  Match matchAt(std::size_t i) const;
+  Match resolutionAt(std::size_t i) const;
+  bool endsTitle(std::size_t i) const;
+  void takeTags(std::size_t from, std::size_t to);
+  void takeTag(std::size_t i);
+
+  // reader_numbers.cc
+  void findDate();
+  void findMarkers();
+  void findShortDate();
+  bool readWordMarker(std::size_t i);
+  bool readCounter(std::size_t i);
+  void findBareNumber();
+  bool bareNumberAt(std::size_t i);
+  void takeMarker(std::size_t i, const Marker& marker);
+  void takeEpisodes(const NumberList& list, bool absolute);
+
+  // reader_title.cc
+  void findStart();
+  void undoLeadGroup();
+  void findYear();
+  std::size_t textEnd(std::size_t from, bool isTitle) const;
+  std::size_t walkedBack(std::size_t from, std::size_t end, bool beforeYear, bool isTitle) const;
+  void readTitle();
+  void readBracketTitles();
+  void readEpisodeTitle();
+  void addTitles(std::size_t from, std::size_t to);
+  std::string cleaned(std::size_t from, std::size_t to) const;
+
+  // reader_group.cc
+  void takeSites();
+  void takeIdentifiers();
+  void takeChecksum();
+  void findGroup();
+  bool groupFrom(std::size_t from, std::size_t to);
+
+  // reader.cc
+  void readExtension();
+  void findKind();
+  void take(NameField field, std::size_t from, std::size_t to);
+  void addSpan(NameField field, std::size_t begin, std::size_t end);
+  std::size_t bracketEnd(std::size_t i) const;  // the first word after the word's outer bracket
+  std::uint8_t outerBracket(std::size_t i) const;
+  bool alone(std::size_t i) const;  // the only word of its bracket
+  bool isFree(std::size_t from, std::size_t to) const;
+
+  Name& name_;
+  Surroundings surroundings_;
+  std::string_view text_;  // without the extension
+  Tokens tokens_;
+  Match match_[Tokens::kMost];
+
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  std::size_t start_ = 0;  // of the title
+  std::size_t titleEnd_ = 0;
+  std::size_t year_ = kNone;       // the word that is the year
+  std::size_t marker_ = kNone;     // the first word of the first marker
+  std::size_t markerEnd_ = kNone;  // after the last word of the last one
+  std::size_t leadGroupEnd_ = 0;   // words of a leading bracket that may be a group's
+  std::size_t glueEnd_ = kNone;
+  bool roughResolution_ = false;  // told by a word such as UHD
+  bool fansub_ = false;           // begins with a group's bracket
+};
+
+}  // namespace libquilp

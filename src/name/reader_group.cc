@@ -1,0 +1,223 @@
+#include "name/reader.h"
+
+// Who made the release, and what sites and catalogues left in its name.
+
+namespace libquilp {
+namespace {
+
+constexpr std::string_view kTopLevels[] = {
+    "com", "org", "net", "tv",  "to",   "cc",  "me",  "info", "ru",  "in",   "io",   "se",   "mx",
+    "am",  "ag",  "lt",  "xyz", "biz",  "vip", "pw",  "ws",   "pro", "link", "site", "club", "bz",
+    "cn",  "eu",  "us",  "nu",  "life", "top", "sbs", "lol",  "art", "wiki", "one",  "live"};
+
+bool isTopLevel(std::string_view word) {
+  for (const std::string_view known : kTopLevels) {
+    if (word.size() == known.size()) {
+      bool same = true;
+      for (std::size_t i = 0; i < word.size(); ++i) {
+        same = same && lower(word[i]) == known[i];
+      }
+      if (same) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
+bool isHex(std::string_view word) {
+  bool digit = false;
+  for (const char c : word) {
+    if (!isDigit(c) && (lower(c) < 'a' || lower(c) > 'f')) {
+      return false;
+    }
+    digit = digit || isDigit(c);
+  }
+  return digit;
+}
+
+struct Catalogue {
+  std::string_view word;
+  std::string_view source;
+};
+
+constexpr Catalogue kCatalogues[] = {{"imdb", "imdb"},     {"imdbid", "imdb"}, {"tmdb", "tmdb"},
+                                     {"tmdbid", "tmdb"},   {"tvdb", "tvdb"},   {"tvdbid", "tvdb"},
+                                     {"tvmaze", "tvmaze"}, {"anidb", "anidb"}};
+
+}  // namespace
+
+// www.site.com at the start, or in a bracket; "site.to - " at the start
+void Reader::takeSites() {
+  const Token* const t = tokens_.token;
+  for (std::size_t i = 0; i + 1 < tokens_.count; ++i) {
+    if (t[i].taken) {
+      continue;
+    }
+    const std::string_view word = tokens_.text(i);
+    const bool www = word.size() >= 2 && word.size() <= 3 && lower(word.back()) == 'w' &&
+                     lower(word[0]) == 'w' && lower(word[1]) == 'w' && (word.size() == 3 || i == 0);
+    std::size_t end = i + 1;
+    if (www) {
+      while (end < tokens_.count && t[end].bracket == t[i].bracket && end < i + 4 &&
+             (t[end].gap & (kDotGap | kDashGap)) != 0 &&
+             (t[end].gap & (kSpacedDashGap | kBracketGap)) == 0) {
+        ++end;
+        if (isTopLevel(tokens_.text(end - 1))) {
+          break;
+        }
+      }
+      if (end > i + 1) {
+        take(NameField::kOther, i, end);
+      }
+      continue;
+    }
+    if (t[i + 1].gap != kDotGap || !isTopLevel(tokens_.text(i + 1)) ||
+        t[i + 1].bracket != t[i].bracket) {
+      continue;
+    }
+    const bool bracketed = t[i].bracket != 0 && (i == 0 || t[i - 1].bracket != t[i].bracket) &&
+                           (i + 2 == tokens_.count || t[i + 2].bracket != t[i].bracket);
+    const bool first = i == 0 && i + 2 < tokens_.count && (t[i + 2].gap & kSpacedDashGap) != 0;
+    if (first || (bracketed && i == 0)) {
+      take(NameField::kOther, i, i + 2);
+    }
+  }
+}
+
+// [tt0133093], {tmdb-603}, [imdbid=tt0133093]
+void Reader::takeIdentifiers() {
+  const Token* const t = tokens_.token;
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
+    const std::string_view word = tokens_.text(i);
+    if (word.size() >= 9 && word.size() <= 12 && word.substr(0, 2) == "tt") {
+      bool digits = true;
+      for (const char c : word.substr(2)) {
+        digits = digits && isDigit(c);
+      }
+      if (digits) {
+        name_.identifiers.push_back({"imdb", std::string(word)});
+        const bool named = i > 0 && t[i].bracket != 0 && t[i - 1].bracket == t[i].bracket &&
+                           tokens_.text(i - 1).substr(0, 4) == "imdb";
+        take(NameField::kIdentifier, named ? i - 1 : i, i + 1);
+      }
+      continue;
+    }
+    if (t[i].bracket == 0 || i + 1 >= tokens_.count || !t[i + 1].digits ||
+        t[i + 1].bracket != t[i].bracket) {
+      continue;
+    }
+    for (const Catalogue& catalogue : kCatalogues) {
+      if (word == catalogue.word) {
+        name_.identifiers.push_back(
+            {std::string(catalogue.source), std::string(tokens_.text(i + 1))});
+        take(NameField::kIdentifier, i, i + 2);
+        break;
+      }
+    }
+  }
+}
+
+// [ABCD1234]; 10月新番: the month of a new show's first episode
+void Reader::takeChecksum() {
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
+    if (tokens_.token[i].high && (tokens_.text(i).find("月新番") != std::string_view::npos ||
+                                  tokens_.text(i).find("月番") != std::string_view::npos)) {
+      take(NameField::kOther, i, i + 1);
+    }
+  }
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
+    const std::string_view word = tokens_.text(i);
+    if (word.size() == 8 && alone(i) && isHex(word) && !(i == 0 && tokens_.count == 1)) {
+      const bool date = tokens_.token[i].digits && isYear(tokens_.token[i].number / 10000);
+      if (!date) {
+        take(NameField::kOther, i, i + 1);
+      }
+    }
+  }
+}
+
+bool Reader::groupFrom(std::size_t from, std::size_t to) {
+  if (to - from > 1 && (tokens_.text(from) == "by" || tokens_.text(from) == "By")) {
+    ++from;
+  }
+  if (!isFree(from, to)) {
+    return false;
+  }
+  name_.group = std::string(tokens_.text(from, to));
+  take(NameField::kGroup, from, to);
+  return true;
+}
+
+void Reader::findGroup() {
+  const Token* const t = tokens_.token;
+  const std::size_t count = tokens_.count;
+  bool tagged = false;
+  std::size_t lastTaken = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (t[i].taken) {
+      lastTaken = i;
+      tagged = tagged || i >= titleEnd_;
+    }
+  }
+  if (leadGroupEnd_ != 0 && name_.group.empty()) {
+    std::size_t from = 0;
+    while (from < leadGroupEnd_ && t[from].taken) {
+      ++from;
+    }
+    std::size_t to = from;
+    while (to < leadGroupEnd_ && !t[to].taken && outerBracket(to) == outerBracket(from)) {
+      ++to;
+    }
+    if (from < to && groupFrom(from, to)) {
+      return;
+    }
+  }
+  if (!tagged) {
+    return;
+  }
+  // "-GROUP" at the end, before brackets
+  std::size_t end = count;
+  while (end > titleEnd_ && (outerBracket(end - 1) != 0 || match_[end - 1])) {
+    --end;
+  }
+  std::size_t from = end;
+  while (from > titleEnd_ && !t[from - 1].taken && outerBracket(from - 1) == 0) {
+    --from;
+    if ((t[from].gap & kDashGap) != 0) {
+      break;
+    }
+  }
+  // D-Z0N3: a letter alone before the dash
+  if (from < end && from > titleEnd_ && (t[from].gap & kDashGap) != 0 && !t[from - 1].taken &&
+      t[from - 1].end - t[from - 1].begin == 1 && outerBracket(from - 1) == 0) {
+    --from;
+  }
+  if (from < end && from > 0 && (t[from].gap & kDashGap) != 0 && groupFrom(from, end)) {
+    return;
+  }
+  // A bracket at the end, or the last words
+  static_cast<void>(lastTaken);
+  std::size_t to = count;
+  while (to > titleEnd_ && t[to - 1].taken) {
+    --to;
+  }
+  // "(1080p x265 Name) [Team]": the name in the bracket of the tags
+  if (to > titleEnd_ + 1 && alone(to - 1) && tokens_.bracket[t[to - 1].bracket].square &&
+      !t[to - 2].taken && t[to - 2].bracket != 0 && !tokens_.bracket[t[to - 2].bracket].square &&
+      to >= 3 && t[to - 3].taken) {
+    --to;
+  }
+  std::size_t begin = to;
+  while (begin > titleEnd_ && !t[begin - 1].taken && t[begin - 1].bracket == t[to - 1].bracket) {
+    --begin;
+    if ((t[begin].gap & (kBracketGap | kSpacedDashGap | kBlankGap)) != 0) {
+      break;
+    }
+  }
+  if (begin < to && begin > 0 && begin >= titleEnd_) {
+    groupFrom(begin, to);
+  }
+}
+
+}  // namespace libquilp

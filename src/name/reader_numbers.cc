@@ -1,0 +1,519 @@
+#include <algorithm>
+#include <cstdio>
+
+#include "name/counter.h"
+#include "name/reader.h"
+
+// Seasons, episodes, parts and dates.
+
+namespace libquilp {
+namespace {
+
+bool isDate(int year, int month, int day) {
+  return isYear(year) && month >= 1 && month <= 12 && day >= 1 && day <= 31;
+}
+
+std::string dateText(int year, int month, int day) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d", year, month, day);
+  return text;
+}
+
+int wordNumber(std::string_view word) {
+  static constexpr std::string_view kWords[] = {"one", "two",   "three", "four", "five",
+                                                "six", "seven", "eight", "nine", "ten"};
+  for (int i = 0; i < 10; ++i) {
+    if (word.size() == kWords[i].size() && lower(word[0]) == kWords[i][0] &&
+        word.substr(1) == kWords[i].substr(1)) {
+      return i + 1;
+    }
+  }
+  return 0;
+}
+
+/// The number that a word begins with, where what follows only makes it an ordinal: 2nd, 1ª, 5й.
+int ordinal(std::string_view word) {
+  std::size_t i = 0;
+  int number = 0;
+  while (i < word.size() && i < 3 && isDigit(word[i])) {
+    number = number * 10 + (word[i++] - '0');
+  }
+  const std::string_view ending = word.substr(i);
+  const bool known = ending.empty() || ending == "st" || ending == "nd" || ending == "rd" ||
+                     ending == "th" || ending == "ª" || ending == "º" || ending == "й" ||
+                     ending == "я" || ending == "a" || ending == "e" || ending == "ème";
+  return i == 0 || !known ? 0 : number;
+}
+
+}  // namespace
+
+void Reader::findDate() {
+  constexpr std::uint16_t kJoins = kBlankGap | kDotGap | kUnderscoreGap | kDashGap;
+  const Token* const t = tokens_.token;
+  for (std::size_t i = 0; i < tokens_.count && name_.airDate.empty(); ++i) {
+    if (!t[i].digits || t[i].taken) {
+      continue;
+    }
+    const std::size_t size = t[i].end - t[i].begin;
+    if (size == 8 && isDate(t[i].number / 10000, t[i].number / 100 % 100, t[i].number % 100)) {
+      name_.airDate = dateText(t[i].number / 10000, t[i].number / 100 % 100, t[i].number % 100);
+      take(NameField::kAirDate, i, i + 1);
+      marker_ = i;
+      markerEnd_ = i + 1;
+      return;
+    }
+    if (i + 2 >= tokens_.count || !t[i + 1].digits || !t[i + 2].digits || t[i + 1].taken ||
+        t[i + 2].taken || (t[i + 1].gap & ~kJoins) != 0 || t[i + 1].gap != t[i + 2].gap) {
+      continue;
+    }
+    const int a = t[i].number;
+    const int b = t[i + 1].number;
+    const int c = t[i + 2].number;
+    const std::size_t last = t[i + 2].end - t[i + 2].begin;
+    if (t[i + 1].end - t[i + 1].begin > 2) {
+      continue;
+    }
+    if (size == 4 && last <= 2 && isDate(a, b, c)) {
+      name_.airDate = dateText(a, b, c);
+    } else if (last == 4 && size <= 2 && isDate(c, b, a)) {
+      name_.airDate = dateText(c, b, a);
+    } else if (last == 4 && size <= 2 && isDate(c, a, b)) {
+      name_.airDate = dateText(c, a, b);
+    } else if (i > 0 && size == 2 && last == 2 && t[i + 1].end - t[i + 1].begin == 2 &&
+               t[i + 1].gap == kDotGap && a >= 5 && a <= 35 && isDate(2000 + a, b, c)) {
+      name_.airDate = dateText(2000 + a, b, c);
+    } else {
+      continue;
+    }
+    take(NameField::kAirDate, i, i + 3);
+    marker_ = i;
+    markerEnd_ = i + 3;
+  }
+}
+
+void Reader::takeEpisodes(const NumberList& list, bool absolute) {
+  std::vector<int>& numbers = absolute ? name_.absoluteEpisodes : name_.episodes;
+  for (const int number : list.numbers) {
+    bool known = false;
+    for (const int other : numbers) {
+      known = known || other == number;
+    }
+    if (!known) {
+      numbers.push_back(number);
+    }
+  }
+  addSpan(absolute ? NameField::kAbsoluteEpisode : NameField::kEpisode, list.begin, list.end);
+}
+
+void Reader::takeMarker(std::size_t i, const Marker& marker) {
+  std::size_t end = i;
+  while (end < tokens_.count && tokens_.token[end].begin < marker.end) {
+    tokens_.token[end++].taken = true;
+  }
+  if (!marker.seasons.empty() && name_.seasons.empty()) {
+    name_.seasons = marker.seasons.numbers;
+    addSpan(NameField::kSeason, marker.seasons.begin, marker.seasons.end);
+  }
+  if (!marker.episodes.empty()) {
+    takeEpisodes(marker.episodes, false);
+  }
+  if (!marker.disc.empty()) {
+    name_.part = std::to_string(marker.disc.numbers.front());
+    addSpan(NameField::kPart, marker.disc.begin, marker.disc.end);
+  }
+  if (marker_ == kNone || i < marker_) {
+    marker_ = i;
+  }
+  if (markerEnd_ == kNone || end > markerEnd_) {
+    markerEnd_ = end;
+  }
+}
+
+void Reader::findMarkers() {
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
+    const Token& word = tokens_.token[i];
+    if (word.taken) {
+      continue;
+    }
+    if (match_[i].tag != nullptr &&
+        (match_[i].tag->field == NameField::kSeason ||
+         match_[i].tag->field == NameField::kEpisode || match_[i].tag->field == NameField::kPart)) {
+      if (readWordMarker(i)) {
+        continue;
+      }
+    }
+    if (word.high && readCounter(i)) {
+      continue;
+    }
+    if (match_[i].tag == nullptr && match_[i].words != 0) {
+      continue;  // a resolution
+    }
+    const bool numbered = word.begin > 0 && text_[word.begin - 1] == '#';
+    Marker marker = markerAt(text_, numbered ? word.begin - 1 : word.begin);
+    if (numbered && word.digits) {
+      marker = {};
+      marker.episodes = {{word.number}, word.begin, word.end};
+      marker.end = word.end;
+    }
+    if (marker.end == 0 ||
+        (!name_.episodes.empty() && !marker.seasons.empty() && !name_.seasons.empty())) {
+      // "S 01"
+      if (word.end - word.begin == 1 && (text_[word.begin] == 'S') && i + 1 < tokens_.count &&
+          tokens_.token[i + 1].digits && tokens_.token[i + 1].gap == kBlankGap &&
+          tokens_.token[i + 1].end - tokens_.token[i + 1].begin == 2 && i > 0 && marker_ == kNone) {
+        marker.seasons = {{tokens_.token[i + 1].number}, word.begin, tokens_.token[i + 1].end};
+        marker.end = tokens_.token[i + 1].end;
+        takeMarker(i, marker);
+      }
+      // "DieS01E06"
+      else if (word.end - word.begin > 6 && !word.digits && marker_ == kNone && i + 1 > 0) {
+        const std::uint32_t at = word.end - 6;
+        const Marker glued = text_[at] == 'S' ? markerAt(text_, at) : Marker();
+        if (glued.end == word.end && !glued.episodes.empty()) {
+          Token& before = tokens_.token[i];
+          glueEnd_ = i;
+          before.end = at;
+          takeMarker(i, glued);
+          before.taken = false;
+          marker_ = markerEnd_ = i + 1;
+        }
+      }
+      // "2Of4"
+      else if (isDigit(text_[word.begin]) && !word.digits) {
+        const std::string_view text = tokens_.text(i);
+        std::size_t digits = 0;
+        while (digits < text.size() && isDigit(text[digits])) {
+          ++digits;
+        }
+        if (digits <= 2 && text.size() > digits + 2 && lower(text[digits]) == 'o' &&
+            lower(text[digits + 1]) == 'f' && isDigit(text[digits + 2])) {
+          marker.episodes = {{ordinal(text.substr(0, digits))}, word.begin, word.end};
+          marker.end = word.end;
+          takeMarker(i, marker);
+        }
+      }
+      // "2 of 4"
+      continue;
+    }
+    takeMarker(i, marker);
+  }
+  for (std::size_t i = 1; i + 1 < tokens_.count; ++i) {
+    const std::string_view of = tokens_.text(i);
+    if ((of == "of" || of == "из" || of == "Of") && tokens_.token[i - 1].digits &&
+        tokens_.token[i + 1].digits && tokens_.token[i + 1].number < 100 &&
+        tokens_.token[i - 1].number <= tokens_.token[i + 1].number) {
+      if (!tokens_.token[i - 1].taken && name_.episodes.empty()) {
+        Marker marker;
+        marker.episodes = {
+            {tokens_.token[i - 1].number}, tokens_.token[i - 1].begin, tokens_.token[i - 1].end};
+        marker.end = tokens_.token[i + 1].end;
+        takeMarker(i - 1, marker);
+      } else if (tokens_.token[i - 1].taken && marker_ != kNone) {
+        tokens_.token[i].taken = tokens_.token[i + 1].taken = true;
+        markerEnd_ = markerEnd_ == i ? i + 2 : markerEnd_;
+      }
+    }
+  }
+}
+
+/// E12.251019: the day on which an episode was shown, after its number.
+void Reader::findShortDate() {
+  if (markerEnd_ == kNone || markerEnd_ >= tokens_.count || !name_.airDate.empty()) {
+    return;
+  }
+  const Token& word = tokens_.token[markerEnd_];
+  const int number = word.number;
+  if (word.digits && !word.taken && word.end - word.begin == 6 &&
+      isDate(2000 + number / 10000, number / 100 % 100, number % 100)) {
+    name_.airDate = dateText(2000 + number / 10000, number / 100 % 100, number % 100);
+    take(NameField::kAirDate, markerEnd_, markerEnd_ + 1);
+    ++markerEnd_;
+  }
+}
+
+bool Reader::readCounter(std::size_t i) {
+  const Token& word = tokens_.token[i];
+  const Counter counter = counterAt(text_, word.begin);
+  if (counter.size == 0 || word.begin + counter.size != word.end) {
+    return false;
+  }
+  Marker marker;
+  NumberList list{{counter.first}, word.begin, word.end};
+  if (counter.last > counter.first) {
+    addRange(counter.first + 1, counter.last, list.numbers);
+  }
+  marker.end = word.end;
+  switch (counter.unit) {
+    case Counter::Unit::kSeason:
+      marker.seasons = list;
+      break;
+    case Counter::Unit::kEpisode:
+      marker.episodes = list;
+      break;
+    case Counter::Unit::kTotal:
+      if (counter.first == counter.last && counter.first > 1) {
+        addRange(2, counter.first, list.numbers);
+        list.numbers.front() = 1;
+      }
+      break;
+    default:
+      return false;
+  }
+  takeMarker(i, marker);
+  return true;
+}
+
+// Season 2, Saison 1-3, 2nd Season, 5-й сезон, Episode 10, Серии: 1-10, CD1, Part 2
+bool Reader::readWordMarker(std::size_t i) {
+  const Token* const t = tokens_.token;
+  const NameField field = match_[i].tag->field;
+  const std::size_t next = i + match_[i].words;
+  Marker marker;
+  NumberList list;
+  std::size_t first = i;
+  const bool ordinalBefore = field != NameField::kPart && i > 0 && !t[i - 1].taken &&
+                             !t[i - 1].digits && ordinal(tokens_.text(i - 1)) != 0;
+  if (!ordinalBefore && next < tokens_.count &&
+      (t[next].gap & (kSlashGap | kBarGap | kBracketGap)) == 0 && !t[next].taken) {
+    const std::string_view word = tokens_.text(next);
+    int number = t[next].digits && t[next].end - t[next].begin <= 4 ? t[next].number : -1;
+    if (number < 0 && field != NameField::kEpisode) {
+      number = romanNumber(word) != 0 ? romanNumber(word) : wordNumber(word);
+      number = number == 0 ? -1 : number;
+    }
+    std::size_t end = t[next].end;
+    if (number < 0 && isDigit(word[0])) {
+      const NumberList versioned = numbersIn(word);
+      number = versioned.empty() ? -1 : versioned.numbers.front();
+    }
+    if (number >= 0) {
+      list = {{number}, t[i].begin, end};
+      // 1-3, 1 & 2
+      std::size_t last = next + 1;
+      while (last < tokens_.count && t[last].digits && !t[last].taken && t[next].digits &&
+             t[last].end - t[last].begin <= 4 && t[last].number > list.numbers.back()) {
+        const std::string_view between =
+            text_.substr(t[last - 1].end, t[last].begin - t[last - 1].end);
+        const bool range = between == "-" || between == "~" || between == " ~ " ||
+                           (field == NameField::kEpisode && between == " - ");
+        if (!range || t[last].number - list.numbers.back() > 2000) {
+          break;
+        }
+        addRange(list.numbers.back() + 1, t[last].number, list.numbers);
+        list.end = t[last].end;
+        ++last;
+      }
+    }
+  }
+  if (list.empty() && i > 0 && field != NameField::kPart && !t[i - 1].taken &&
+      (t[i].gap & kBracketGap) == 0) {
+    std::size_t before = i - 1;
+    if (before > 0 && t[before].high && t[before].end - t[before].begin <= 4 &&
+        t[before].gap == kDashGap) {
+      --before;  // 5-й
+    } else if (before > 0 && t[before - 1].digits &&
+               ordinal("1" + std::string(tokens_.text(before))) != 0) {
+      --before;  // 10 th
+    }
+    const std::string_view word = tokens_.text(before);
+    const int number = ordinal(word);
+    if (number != 0 && !t[before].taken) {
+      first = before;
+      list = {{number}, t[before].begin, t[i].end};
+    }
+  }
+  if (list.empty()) {
+    return false;
+  }
+  marker.end = list.end;
+  if (field == NameField::kSeason && list.numbers.size() == 1 && first == i && i > 0 &&
+      next + 1 < tokens_.count && t[next + 1].digits && isYear(t[next + 1].number) &&
+      t[next + 1].bracket != 0 && t[next].digits && t[next].end - t[next].begin == 1) {
+    return false;  // Open Season 2 (2008)
+  }
+  if (field == NameField::kPart) {
+    const std::string_view word = tokens_.text(i);
+    name_.part = std::to_string(list.numbers.front());
+    const bool volume = lower(word[0]) == 'v' && t[0].bracket != 0 && t[i].bracket == 0 &&
+                        tokens_.bracket[t[0].bracket].square;
+    if (lower(word[0]) != 'c' && lower(word[0]) != 'd' && !volume) {
+      return false;  // "Part 2" belongs to the title
+    }
+    marker.disc = list;
+    const std::size_t was = marker_;
+    const std::size_t wasEnd = markerEnd_;
+    takeMarker(first, marker);
+    marker_ = was;
+    markerEnd_ = wasEnd;
+    return true;
+  }
+  if (field == NameField::kSeason) {
+    marker.seasons = list;
+  } else {
+    // Star Wars Episode 7 ... 2015: a film's title counts its episodes, too
+    if (list.numbers.size() == 1 && t[next].digits && t[next].end - t[next].begin == 1 &&
+        name_.seasons.empty()) {
+      for (std::size_t later = next + 1; later < tokens_.count; ++later) {
+        if (t[later].digits && isYear(t[later].number)) {
+          return false;
+        }
+      }
+    }
+    const std::string_view word = tokens_.text(i);
+    const int number = list.numbers.front();
+    if (lower(word[0]) == 'c' && list.numbers.size() == 1 && number >= 100 && number < 10000) {
+      marker.seasons = {{number / 100}, t[i].begin, t[next].begin};
+      list = {{number % 100}, t[next].begin, t[next].end};
+      if (!name_.seasons.empty()) {
+        marker.seasons = {};
+      }
+    }
+    marker.episodes = list;
+  }
+  takeMarker(first, marker);
+  return true;
+}
+
+/// A number after a dash is the surest, then one alone in a bracket.
+void Reader::findBareNumber() {
+  for (int pass = 0; pass < 3; ++pass) {
+    for (std::size_t i = start_; i < tokens_.count; ++i) {
+      const Token& word = tokens_.token[i];
+      const int kind = (word.gap & kSpacedDashGap) != 0 ? 0 : word.bracket != 0 ? 1 : 2;
+      if (kind == pass && !word.taken && isDigit(text_[word.begin]) && !match_[i] &&
+          bareNumberAt(i)) {
+        return;
+      }
+    }
+  }
+}
+
+bool Reader::bareNumberAt(std::size_t i) {
+  Token* const t = tokens_.token;
+  // A range has two words: 01-12, 01 ~ 12
+  std::size_t end = i + 1;
+  NumberList list = numbersIn(tokens_.text(i));
+  if (list.empty() && t[i].digits && t[i].end - t[i].begin == 5) {
+    list = {{t[i].number}, t[i].begin, t[i].end};
+  }
+  if (list.empty()) {
+    return false;
+  }
+  if (end < tokens_.count && !t[end].taken && t[end].bracket == t[i].bracket &&
+      isDigit(text_[t[end].begin]) && (t[end].gap & (kDashGap | kTildeGap)) != 0) {
+    const NumberList last = numbersIn(tokens_.text(end));
+    const std::string_view between = text_.substr(t[i].end, t[end].begin - t[i].end);
+    if (last.numbers.size() == 1 && last.numbers.front() > list.numbers.front() &&
+        last.numbers.front() - list.numbers.front() < 2000 && !isYear(last.numbers.front()) &&
+        (between == "-" || between == "~" || between == " ~ " || between == " - ")) {
+      addRange(list.numbers.front() + 1, last.numbers.front(), list.numbers);
+      ++end;
+    }
+  }
+  // 12.5: between two episodes
+  else if (end < tokens_.count && t[end].digits && t[end].gap == kDotGap && t[end].number == 5 &&
+           t[end].end - t[end].begin == 1 && (t[i].gap & kSpacedDashGap) != 0) {
+    name_.extra = "special";
+    take(NameField::kExtra, i, end + 1);
+    marker_ = marker_ == kNone ? i : marker_;
+    markerEnd_ = end + 1;
+    return true;
+  }
+  const int number = list.numbers.front();
+  const std::size_t digits = t[i].digits ? t[i].end - t[i].begin : 2;
+  const bool isRange = list.numbers.size() > 1;
+  const bool versioned = !t[i].digits;
+  if (isYear(number) && !isRange && !(fansub_ && (t[i].gap & kSpacedDashGap) != 0)) {
+    return false;
+  }
+  const bool atEnd = end == tokens_.count;
+  const bool beforeBracket = !atEnd && t[end].bracket != t[i].bracket;
+  const bool beforeTag =
+      !atEnd && (endsTitle(end) || (match_[end] && match_[end].tag != nullptr &&
+                                    match_[end].tag->field == NameField::kSource));
+  const bool beforeDash = !atEnd && (t[end].gap & (kSpacedDashGap)) != 0;
+  const bool bracketed =
+      t[i].bracket != 0 && (i == 0 || t[i - 1].bracket != t[i].bracket) &&
+      (atEnd || t[end].bracket != t[i].bracket || (match_[end] && match_[end].tag != nullptr));
+  const bool spacedDash = (t[i].gap & kSpacedDashGap) != 0;
+  bool accepted = false;
+  if (t[i].bracket != 0) {
+    accepted = bracketed && tokens_.bracket[t[i].bracket].square &&
+               (fansub_ || versioned || isRange) && digits <= 4 && i > start_;
+    accepted = accepted || (bracketed && isRange && digits >= 2 && i > start_);
+  } else if (i == start_) {
+    // "01 - Asteroid Blues" in a folder of a season or a show
+    accepted = (surroundings_.inSeasonFolder && digits <= 3) ||
+               (surroundings_.inFolder && digits >= 2 && digits <= 3 && (beforeDash || atEnd));
+  } else if (spacedDash && digits <= 4) {
+    accepted = atEnd || beforeBracket || beforeTag || beforeDash || versioned || isRange ||
+               fansub_ || digits >= 2;
+    accepted = accepted && (digits >= 2 || fansub_);
+  } else if (versioned) {
+    accepted = true;
+  } else if (fansub_) {
+    accepted =
+        (atEnd || beforeBracket || beforeTag || isRange || beforeDash) && (digits >= 2 || isRange);
+  } else if (isRange && digits >= 2 && (atEnd || beforeBracket || beforeTag)) {
+    accepted = true;
+  } else if (!name_.seasons.empty() && name_.episodes.empty()) {
+    accepted = (atEnd || beforeBracket || beforeTag || i == markerEnd_) && digits >= 2;
+  } else if (surroundings_.inFolder && digits == 2 && text_[t[i].begin] == '0') {
+    accepted = atEnd || beforeBracket;
+  }
+  const bool seasonAndEpisode = (digits == 3 || digits == 4) && !isRange && number % 100 > 0 &&
+                                number >= 100 && !fansub_ && name_.seasons.empty();
+  if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 && year_ == kNone &&
+      (digits == 3 || number % 100 < 40) &&
+      ((beforeTag && match_[end].tag != nullptr && match_[end].tag->field == NameField::kSource) ||
+       (surroundings_.inSeasonFolder && (atEnd || beforeDash)))) {
+    Marker marker;
+    marker.seasons = {{number / 100}, t[i].begin, t[i].begin + digits - 2};
+    marker.episodes = {{number % 100}, t[i].begin + digits - 2, t[i].end};
+    marker.end = t[i].end;
+    takeMarker(i, marker);
+    return true;
+  }
+  // extant.10708.hdtv: season 1, episodes 7 and 8
+  if (!accepted && digits == 5 && i > start_ && beforeTag &&
+      number / 100 % 100 + 1 == number % 100) {
+    Marker marker;
+    marker.seasons = {{number / 10000}, t[i].begin, t[i].begin + 1};
+    marker.episodes = {{number / 100 % 100, number % 100}, t[i].begin + 1, t[i].end};
+    marker.end = t[i].end;
+    takeMarker(i, marker);
+    return true;
+  }
+  if (!accepted) {
+    return false;
+  }
+  for (std::size_t k = i; k < end; ++k) {
+    t[k].taken = true;
+  }
+  list.begin = t[i].begin;
+  list.end = t[end - 1].end;
+  // "16 (191)": the second number counts through all seasons
+  NumberList absolute;
+  if (end < tokens_.count && t[end].bracket != t[i].bracket && t[end].bracket != 0 &&
+      !tokens_.bracket[t[end].bracket].square && isDigit(text_[t[end].begin]) && !match_[end]) {
+    const std::size_t close = bracketEnd(end);
+    absolute = numbersIn(tokens_.text(end, close));
+    if (!absolute.empty() && absolute.numbers.size() == list.numbers.size() &&
+        absolute.numbers.front() > list.numbers.front() && !isYear(absolute.numbers.front())) {
+      absolute.begin = t[end].begin;
+      absolute.end = t[close - 1].end;
+      for (; end < close; ++end) {
+        t[end].taken = true;
+      }
+      takeEpisodes(absolute, true);
+    } else {
+      absolute = {};
+    }
+  }
+  takeEpisodes(list, name_.seasons.empty() && !surroundings_.inSeasonFolder && absolute.empty());
+  marker_ = marker_ == kNone ? i : std::min(marker_, i);
+  markerEnd_ = markerEnd_ == kNone ? end : std::max(markerEnd_, end);
+  return true;
+}
+
+}  // namespace libquilp

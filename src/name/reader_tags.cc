@@ -1,0 +1,308 @@
+#include <cstdlib>
+
+#include "name/reader.h"
+
+// Which words are tags, and what they fill.
+
+namespace libquilp {
+namespace {
+
+constexpr std::size_t kMostWords = 4;
+
+/// Whether the letters and digits of a name's bytes are those of a tag.
+bool sameWords(std::string_view bytes, std::string_view words) {
+  std::size_t i = 0;
+  for (const char c : bytes) {
+    const bool counts = isDigit(c) || isLetter(c) || static_cast<unsigned char>(c) >= 0x80;
+    if (!counts) {
+      continue;
+    }
+    while (i < words.size() && (words[i] == ' ' || words[i] == '\'')) {
+      ++i;
+    }
+    if (i == words.size() || words[i] != lower(c)) {
+      return false;
+    }
+    ++i;
+  }
+  return i == words.size();
+}
+
+int linesOf(int width, int height) {
+  static constexpr int kKnown[] = {240, 360, 480, 540, 576, 720, 1080, 1440, 2160, 4320};
+  for (const int lines : kKnown) {
+    if (std::abs(height - lines) <= 8) {
+      return lines;
+    }
+  }
+  if (width >= 1900 && width <= 1940) {
+    return 1080;
+  }
+  if (width >= 1270 && width <= 1290) {
+    return 720;
+  }
+  return width >= 3800 && width <= 4100 ? 2160 : height;
+}
+
+/// A number of channels as two digits, 51 for 5.1; 0 where it is none.
+std::uint8_t channelsOf(int number) {
+  return number == 10 || number == 20 || number == 21 || number == 40 || number == 50 ||
+                 number == 51 || number == 61 || number == 71
+             ? static_cast<std::uint8_t>(number)
+             : std::uint8_t{0};
+}
+
+bool hasChannels(const Tag* tag) { return tag != nullptr && tag->field == NameField::kAudioCodec; }
+
+}  // namespace
+
+/// Parts two tags that nothing parts: BD720p, DLx264, 1080p10bit.
+void Reader::splitGlued() {
+  for (std::size_t i = 0; i < tokens_.count && tokens_.count < Tokens::kMost; ++i) {
+    const Token& word = tokens_.token[i];
+    const std::size_t size = word.end - word.begin;
+    if (word.digits || word.high || size < 5 || size > 20 || match_[i]) {
+      continue;
+    }
+    const std::string_view text = tokens_.text(i);
+    for (std::size_t cut = 2; cut + 3 < size; ++cut) {
+      const bool change = isDigit(text[cut]) != isDigit(text[cut - 1]) ||
+                          (lower(text[cut]) == 'x' && isDigit(text[cut + 1])) ||
+                          (lower(text[cut - 1]) == 'p' && isDigit(text[cut]));
+      if (!change || !tokens_.split(i, cut)) {
+        continue;
+      }
+      const Match left = matchAt(i);
+      const Match right = matchAt(i + 1);
+      const bool known = right && (right.tag == nullptr || right.tag->use == TagUse::kEndsTitle) &&
+                         (left || (right.tag != nullptr && i > 0 && tokens_.text(i).size() == 2));
+      if (known) {
+        for (std::size_t k = tokens_.count; k-- > i + 1;) {
+          match_[k] = match_[k - 1];
+        }
+        match_[i] = left;
+        match_[i + 1] = right;
+        if (i > 0) {
+          match_[i - 1] = matchAt(i - 1);
+        }
+        break;
+      }
+      tokens_.join(i);
+    }
+  }
+}
+
+void Reader::matchTags() {
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
+    match_[i] = matchAt(i);
+  }
+}
+
+Match Reader::matchAt(std::size_t i) const {
+  constexpr std::uint16_t kJoins = kBlankGap | kDotGap | kUnderscoreGap | kDashGap;
+  const Token* const token = tokens_.token;
+  if (const Match resolution = resolutionAt(i)) {
+    return resolution;
+  }
+  Match best;
+  WordHash hash;
+  for (std::size_t n = 1; n <= kMostWords && i + n <= tokens_.count; ++n) {
+    const Token& word = token[i + n - 1];
+    if (n > 1 && ((word.gap & ~kJoins) != 0 || word.bracket != token[i].bracket)) {
+      break;
+    }
+    const std::string_view bytes = tokens_.text(i, i + n);
+    // DDP5.1 and DTS-HD.MA5.1: channels stand at the codec's last word
+    const std::string_view last = tokens_.text(i + n - 1);
+    if (last.size() > 2 && isDigit(last.back()) && !word.digits) {
+      const std::size_t digits = isDigit(last[last.size() - 2]) ? 2 : 1;
+      WordHash stem = hash;
+      for (const char c : last.substr(0, last.size() - digits)) {
+        stem.add(lower(c));
+      }
+      const Tag* const tag = tagOfHash(stem.value);
+      if (hasChannels(tag) && sameWords(bytes.substr(0, bytes.size() - digits), tag->words)) {
+        int number = last.back() - '0';
+        std::size_t words = n;
+        if (digits == 2) {
+          number += (last[last.size() - 2] - '0') * 10;
+        } else if (i + n < tokens_.count && token[i + n].digits && token[i + n].number < 10 &&
+                   token[i + n].end - token[i + n].begin == 1 &&
+                   (token[i + n].gap & ~(kDotGap | kBlankGap | kUnderscoreGap)) == 0) {
+          number = number * 10 + token[i + n].number;
+          ++words;
+        } else {
+          number *= 10;
+        }
+        if (const std::uint8_t channels = channelsOf(number)) {
+          best = {tag, static_cast<std::uint8_t>(words), channels, 0};
+        }
+      }
+    }
+    hash.add(word.hash);
+    const Tag* const tag = tagOfHash(hash.value);
+    if (tag != nullptr && sameWords(bytes, tag->words)) {
+      best = {tag, static_cast<std::uint8_t>(n), 0, 0};
+    }
+  }
+  return best;
+}
+
+// 1080p, 1080i50, R720p, 1920x1080
+Match Reader::resolutionAt(std::size_t i) const {
+  std::string_view text = tokens_.text(i);
+  if (text.size() < 4 || text.size() > 10) {
+    return {};
+  }
+  if (!isDigit(text[0]) && lower(text[0]) == 'r') {
+    text.remove_prefix(1);
+  }
+  int first = 0;
+  std::size_t at = 0;
+  while (at < text.size() && isDigit(text[at]) && at < 5) {
+    first = first * 10 + (text[at++] - '0');
+  }
+  if (at < 3 || at > 4 || at == text.size()) {
+    return {};
+  }
+  const char unit = lower(text[at]);
+  int second = 0;
+  std::size_t end = at + 1;
+  while (end < text.size() && isDigit(text[end])) {
+    second = second * 10 + (text[end++] - '0');
+  }
+  if (unit == 'x' && end - at >= 4 && (end == text.size() || lower(text[end]) == 'p')) {
+    return {nullptr, 1, 0, linesOf(first, second)};
+  }
+  const bool p = unit == 'p' || unit == 'i';
+  if (p && (end == text.size() || tokens_.text(i).substr(end) == "fps")) {
+    return {nullptr, 1, 0, linesOf(0, first)};
+  }
+  return {};
+}
+
+bool Reader::endsTitle(std::size_t i) const {
+  const Match& match = match_[i];
+  return match &&
+         (match.tag == nullptr || match.channels != 0 || match.tag->use == TagUse::kEndsTitle) &&
+         (match.tag == nullptr ||
+          (match.tag->field != NameField::kSeason && match.tag->field != NameField::kEpisode &&
+           match.tag->field != NameField::kPart));
+}
+
+void Reader::takeTags(std::size_t from, std::size_t to) {
+  for (std::size_t i = from; i < to; ++i) {
+    if (match_[i] && isFree(i, i + match_[i].words)) {
+      takeTag(i);
+      i += match_[i].words - 1U;
+      continue;
+    }
+    const Token& word = tokens_.token[i];
+    if (!word.taken && word.digits && name_.resolution.empty() &&
+        (word.number == 720 || word.number == 1080 || word.number == 2160) && word.gap != 0) {
+      name_.resolution = std::to_string(word.number) + 'p';
+      take(NameField::kResolution, i, i + 1);
+      continue;
+    }
+    // 5.1 alone
+    if (i + 1 < to && isFree(i, i + 2) && word.digits && word.number < 10 &&
+        tokens_.token[i + 1].digits && tokens_.token[i + 1].number < 10 &&
+        (tokens_.token[i + 1].gap & ~(kDotGap | kBlankGap)) == 0 &&
+        channelsOf(word.number * 10 + tokens_.token[i + 1].number) != 0) {
+      name_.audioChannels =
+          std::to_string(word.number) + '.' + std::to_string(tokens_.token[i + 1].number);
+      take(NameField::kAudioChannels, i, i + 2);
+      ++i;
+    }
+  }
+}
+
+namespace {
+
+void addOnce(std::vector<std::string>& list, std::string_view value) {
+  for (const std::string& other : list) {
+    if (other == value) {
+      return;
+    }
+  }
+  list.emplace_back(value);
+}
+
+/// How much a source tells; the better one of two stays.
+int rankOf(std::string_view source) {
+  return source == "TV" || source == "Web" ? 1 : source == "HDRip" || source == "PPV" ? 2 : 3;
+}
+
+}  // namespace
+
+void Reader::takeTag(std::size_t i) {
+  const Match& match = match_[i];
+  const std::size_t end = i + match.words;
+  if (match.tag == nullptr) {
+    if (name_.resolution.empty() || roughResolution_) {
+      name_.resolution = std::to_string(match.lines) + 'p';
+      roughResolution_ = false;
+    }
+    take(NameField::kResolution, i, end);
+    return;
+  }
+  const std::string_view value = match.tag->value;
+  switch (match.tag->field) {
+    case NameField::kResolution:
+      if (name_.resolution.empty()) {
+        name_.resolution = value;
+        roughResolution_ = true;
+      }
+      break;
+    case NameField::kSource:
+      if (name_.source.empty() || rankOf(value) > rankOf(name_.source)) {
+        name_.source = value;
+      }
+      break;
+    case NameField::kVideoCodec:
+      if (name_.videoCodec.empty()) {
+        name_.videoCodec = value;
+      }
+      break;
+    case NameField::kAudioCodec:
+      addOnce(name_.audioCodecs, value);
+      if (match.channels != 0 && name_.audioChannels.empty()) {
+        name_.audioChannels = {static_cast<char>('0' + match.channels / 10), '.',
+                               static_cast<char>('0' + match.channels % 10)};
+      }
+      break;
+    case NameField::kHdr:
+      addOnce(name_.hdr, value);
+      break;
+    case NameField::k3D:
+      if (name_.threeD.empty() || name_.threeD == "3D") {
+        name_.threeD = value;
+      }
+      break;
+    case NameField::kLanguage:
+      addOnce(name_.languages, value);
+      break;
+    case NameField::kSubtitles:
+      addOnce(name_.subtitles, value);
+      break;
+    case NameField::kEdition:
+      if (name_.edition.empty()) {
+        name_.edition = value;
+      } else {
+        (name_.edition += ' ') += value;
+      }
+      break;
+    case NameField::kExtra:
+      name_.extra = value;
+      break;
+    case NameField::kSeason:
+    case NameField::kEpisode:
+    case NameField::kPart:
+      return;  // a word that counts, without a number
+    default:
+      break;
+  }
+  take(match.tag->field, i, end);
+}
+
+}  // namespace libquilp

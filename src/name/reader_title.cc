@@ -1,0 +1,436 @@
+#include <algorithm>
+
+#include "name/reader.h"
+
+// The title, the year and the episode's title: what stands between the tags.
+
+namespace libquilp {
+namespace {
+
+bool hasLatin(std::string_view text) {
+  for (const char c : text) {
+    if (isLetter(c)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// A word of another script: no Latin letter in it, with an accent or without.
+bool isForeign(const Token& token, std::string_view text) {
+  bool other = false;
+  for (const char c : text) {
+    other = other || static_cast<unsigned char>(c) >= 0xCE;
+  }
+  return token.high && other && !hasLatin(text);
+}
+
+bool isAka(std::string_view word) {
+  return word == "AKA" || word == "aka" || word == "Aka" || word == "a.k.a";
+}
+
+}  // namespace
+
+void Reader::findStart() {
+  const Token* const t = tokens_.token;
+  while (start_ < tokens_.count) {
+    const std::uint8_t outer = outerBracket(start_);
+    if (outer == 0) {
+      if (!t[start_].taken || start_ == marker_) {
+        break;
+      }
+      ++start_;  // a site's name
+      continue;
+    }
+    const std::size_t end = bracketEnd(start_);
+    bool taken = true;
+    bool tags = true;
+    bool marker = false;
+    for (std::size_t i = start_; i < end; ++i) {
+      taken = taken && t[i].taken;
+      tags = tags && (t[i].taken || match_[i]);
+      marker = marker || (marker_ != kNone && i >= marker_ && i < markerEnd_);
+    }
+    if (marker) {
+      break;
+    }
+    const bool serial = end - start_ == 1 && t[start_].digits && t[start_].number >= 10000;
+    if (taken || tags || serial) {
+      start_ = end;
+      continue;
+    }
+    const bool year = end - start_ == 1 && t[start_].digits && isYear(t[start_].number);
+    bool inner = false;
+    for (std::size_t i = start_; i < end && end - start_ > 1; ++i) {
+      inner = inner || (t[i].digits && isYear(t[i].number) && i + 1 == end && i > start_);
+    }
+    if (end == tokens_.count || leadGroupEnd_ != 0 || inner ||
+        (!tokens_.bracket[outer].square && !year)) {
+      break;
+    }
+    if (!year) {
+      leadGroupEnd_ = end;
+      fansub_ = true;
+    }
+    start_ = end;
+    if (year) {
+      year_ = end - 1;
+    }
+  }
+}
+
+/// "[Title][07][720p]" and "[Title].148.[XviD]": no text but the first bracket's.
+void Reader::undoLeadGroup() {
+  const Token* const t = tokens_.token;
+  std::size_t i = start_;
+  std::size_t numbers = 0;
+  while (i < tokens_.count && (t[i].digits || t[i].taken)) {
+    numbers += t[i].taken ? 0 : 1;
+    ++i;
+  }
+  const bool number = numbers == 1 && (outerBracket(start_) != 0 || t[start_].number > 9);
+  if (leadGroupEnd_ == 0 || !number || (i < tokens_.count && !endsTitle(i) && !match_[i])) {
+    return;
+  }
+  start_ = 0;
+  while (t[start_].taken) {
+    ++start_;
+  }
+  leadGroupEnd_ = 0;
+}
+
+/// The last plausible year outside the title. In brackets it is surer; a title is never emptied.
+void Reader::findYear() {
+  const Token* const t = tokens_.token;
+  std::size_t end = tokens_.count;
+  for (std::size_t i = start_; i < tokens_.count; ++i) {
+    if ((endsTitle(i) && i > start_) || (t[i].taken && i > start_)) {
+      end = i;
+      break;
+    }
+  }
+  std::size_t bracketed = kNone;
+  std::size_t plain = kNone;
+  for (std::size_t i = start_; i < end; ++i) {
+    if (!t[i].digits || !isYear(t[i].number) || t[i].taken || t[i].end - t[i].begin != 4) {
+      continue;
+    }
+    if (t[i].bracket != 0 && t[i].bracket != t[start_].bracket) {
+      bracketed = i;
+    } else if (i > start_) {
+      plain = i;
+    }
+  }
+  if (bracketed == kNone && plain == kNone) {
+    for (std::size_t i = end; i < tokens_.count; ++i) {
+      if (t[i].digits && !t[i].taken && isYear(t[i].number) && t[i].end - t[i].begin == 4 &&
+          i > start_) {
+        plain = i;
+        break;
+      }
+    }
+  }
+  if (bracketed != kNone) {
+    year_ = bracketed;
+  } else if (plain != kNone) {
+    year_ = plain;
+  }
+  if (year_ != kNone) {
+    name_.year = t[year_].number;
+    take(NameField::kYear, year_, year_ + 1);
+  }
+}
+
+/// Tags that are words of titles, too, count as tags where they meet the tags after the title.
+std::size_t Reader::walkedBack(std::size_t from, std::size_t end, bool beforeYear,
+                               bool isTitle) const {
+  const std::size_t least = isTitle ? 1 : 0;  // words that stay
+  bool lowerCase = false;
+  bool capitals = false;  // the tags so far are written in capitals
+  for (std::size_t i = from; i < end; ++i) {
+    lowerCase = lowerCase || (!tokens_.token[i].upper && !tokens_.token[i].digits);
+  }
+  for (;;) {
+    bool moved = false;
+    for (std::size_t words = 4; words > 0 && !moved; --words) {
+      if (end < from + words + least || match_[end - words].words != words ||
+          !isFree(end - words, end)) {
+        continue;
+      }
+      const Tag* const tag = match_[end - words].tag;
+      if (tag == nullptr || tag->field == NameField::kSeason || tag->field == NameField::kEpisode ||
+          tag->field == NameField::kPart) {
+        continue;
+      }
+      const bool capital = lowerCase && tokens_.token[end - words].upper;
+      const bool accepted = tag->use == TagUse::kEndsTitle ||
+                            (tag->use == TagUse::kMayBeTitle &&
+                             (!beforeYear || capital || tag->field == NameField::kEdition)) ||
+                            (tag->use == TagUse::kOnlyAfter && capital &&
+                             (!beforeYear || capitals || tag->field == NameField::kEdition));
+      // "The.Greek.FRENCH": a word in another case than the tags belongs to the title
+      if (accepted && !(capitals && !capital && tag->use == TagUse::kMayBeTitle)) {
+        end -= words;
+        moved = true;
+        capitals = capitals || capital;
+      }
+    }
+    if (!moved) {
+      return end;
+    }
+  }
+}
+
+std::size_t Reader::textEnd(std::size_t from, bool isTitle) const {
+  const Token* const t = tokens_.token;
+  std::size_t end = from;
+  for (; end < tokens_.count; ++end) {
+    if (t[end].taken) {
+      break;
+    }
+    if (endsTitle(end) && end > from) {
+      break;
+    }
+    if (!isTitle && endsTitle(end)) {
+      break;
+    }
+    // A bracket with a tag in it, or one after the title
+    const std::uint8_t outer = outerBracket(end);
+    const bool glued = end > from && !tokens_.bracket[outer].square && t[end].gap == kBracketGap &&
+                       text_[t[end].begin - 1] != ' ' &&
+                       tokens_.bracket[outer].begin == t[end - 1].end && t[end].high;
+    if (outer != 0 && end > from && (outerBracket(end - 1) != outer) && !glued) {
+      const std::size_t close = bracketEnd(end);
+      bool tag = tokens_.bracket[outer].square || close == tokens_.count;
+      for (std::size_t i = end; i < close; ++i) {
+        tag = tag || t[i].taken || match_[i];
+      }
+      bool textAfter = false;
+      for (std::size_t i = close; i < tokens_.count && !textAfter; ++i) {
+        if (t[i].taken || match_[i] || outerBracket(i) != 0) {
+          break;
+        }
+        textAfter = true;
+      }
+      if (tag || !textAfter) {
+        break;
+      }
+    }
+  }
+  const bool beforeYear = end == year_ || (end < tokens_.count && t[end].taken);
+  return end == tokens_.count && !(isTitle) ? end : walkedBack(from, end, beforeYear, isTitle);
+}
+
+void Reader::readTitle() {
+  const Token* const t = tokens_.token;
+  bool outside = false;
+  // Only brackets: [Group][Title][01][1080p]
+  for (std::size_t i = start_; i < tokens_.count && !outside; ++i) {
+    if (t[i].taken || match_[i]) {
+      break;
+    }
+    outside = outerBracket(i) == 0;
+    if (!outside) {
+      break;
+    }
+  }
+  if (!outside && start_ < tokens_.count && outerBracket(start_) != 0 && !t[start_].taken &&
+      tokens_.bracket[outerBracket(start_)].square) {
+    readBracketTitles();
+    return;
+  }
+  titleEnd_ = start_ < tokens_.count ? textEnd(start_, true) : start_;
+  // "Show - 05 - S01E05": the number through all seasons stands before the marker
+  const std::size_t last = titleEnd_ - 1;
+  if (titleEnd_ == marker_ && titleEnd_ > start_ + 1 && t[last].digits &&
+      (t[last].gap & kSpacedDashGap) != 0 && t[last].end - t[last].begin >= 2 &&
+      (t[titleEnd_].gap & kSpacedDashGap) != 0 && name_.absoluteEpisodes.empty()) {
+    name_.absoluteEpisodes.push_back(t[last].number);
+    take(NameField::kAbsoluteEpisode, last, titleEnd_);
+    titleEnd_ = last;
+  }
+  if (titleEnd_ > start_ && isFree(start_, titleEnd_)) {
+    addTitles(start_, titleEnd_);
+    return;
+  }
+  titleEnd_ = start_;
+  // "Episode 14 A Title": the text after the marker
+  if (marker_ == start_ && markerEnd_ < tokens_.count && outerBracket(markerEnd_) == 0 &&
+      !surroundings_.inFolder) {
+    std::size_t from = markerEnd_;
+    const std::size_t end = textEnd(from, true);
+    if (end > from && isFree(from, end)) {
+      addTitles(from, end);
+      titleEnd_ = end;
+    }
+  }
+}
+
+void Reader::readBracketTitles() {
+  const Token* const t = tokens_.token;
+  std::vector<std::pair<std::size_t, std::size_t>> texts;
+  std::size_t i = start_;
+  while (i < tokens_.count) {
+    const std::size_t end = outerBracket(i) != 0 ? bracketEnd(i) : i + 1;
+    std::size_t textTo = i;
+    while (textTo < end && !t[textTo].taken &&
+           !(match_[textTo] && (endsTitle(textTo) || match_[textTo].words >= end - i))) {
+      ++textTo;
+    }
+    const bool numbers = textTo == i + 1 && t[i].digits;
+    if (textTo > i && !numbers) {
+      texts.emplace_back(i, textTo);
+      if (textTo < end) {
+        i = end;
+        break;
+      }
+    } else if (!texts.empty()) {
+      break;
+    }
+    i = end;
+  }
+  titleEnd_ = i;
+  if (texts.empty()) {
+    titleEnd_ = start_;
+    return;
+  }
+  std::size_t best = 0;
+  if (texts.size() > 1 && !hasLatin(tokens_.text(texts[0].first, texts[0].second)) &&
+      hasLatin(tokens_.text(texts[1].first, texts[1].second))) {
+    best = 1;
+  }
+  addTitles(texts[best].first, texts[best].second);
+  for (std::size_t k = 0; k < texts.size() && k < 2; ++k) {
+    if (k != best) {
+      name_.alternativeTitles.push_back(cleaned(texts[k].first, texts[k].second));
+      take(NameField::kAlternativeTitle, texts[k].first, texts[k].second);
+    }
+  }
+}
+
+/// One title, or several: "A / B", "A | B", "A AKA B", and a Chinese one before a Latin one. The
+/// first is the title, unless only a later one is in Latin letters.
+void Reader::addTitles(std::size_t from, std::size_t to) {
+  const Token* const t = tokens_.token;
+  struct Piece {
+    std::size_t from;
+    std::size_t to;
+  };
+  Piece pieces[8];
+  std::size_t count = 0;
+  std::size_t begin = from;
+  bool allForeign = isForeign(t[from], tokens_.text(from));
+  for (std::size_t i = from + 1; i <= to && count < 7; ++i) {
+    if (i == to) {
+      pieces[count++] = {begin, i};
+      break;
+    }
+    const std::string_view between = text_.substr(t[i - 1].end, t[i].begin - t[i - 1].end);
+    const bool slash = (t[i].gap & kSlashGap) != 0 &&
+                       (between.find(' ') != std::string_view::npos || t[i].bracket != 0);
+    const bool aka = isAka(tokens_.text(i)) && i + 1 < to && i > begin;
+    const bool foreign = isForeign(t[i], tokens_.text(i));
+    bool script = false;
+    if (allForeign && !t[i].high && !t[i].digits && hasLatin(tokens_.text(i)) &&
+        (t[i].gap & (kBlankGap | kDotGap | kUnderscoreGap)) != 0 && count == 0 && begin == from) {
+      script = true;
+      for (std::size_t k = i; k < to; ++k) {
+        script = script && !isForeign(t[k], tokens_.text(k));
+      }
+    }
+    allForeign = allForeign && (foreign || t[i].digits);
+    if (slash || (t[i].gap & kBarGap) != 0 || aka || script) {
+      pieces[count++] = {begin, i};
+      begin = aka ? i + 1 : i;
+      if (aka) {
+        ++i;
+      }
+      if (begin + 1 == to || i + 1 > to) {
+        pieces[count++] = {begin, to};
+        break;
+      }
+    }
+  }
+  if (count == 0) {
+    pieces[count++] = {from, to};
+  }
+  std::size_t best = 0;
+  if (!hasLatin(tokens_.text(pieces[0].from, pieces[0].to))) {
+    for (std::size_t i = 1; i < count && best == 0; ++i) {
+      best = hasLatin(tokens_.text(pieces[i].from, pieces[i].to)) ? i : 0;
+    }
+  }
+  name_.title = cleaned(pieces[best].from, pieces[best].to);
+  take(NameField::kTitle, pieces[best].from, pieces[best].to);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (i != best) {
+      name_.alternativeTitles.push_back(cleaned(pieces[i].from, pieces[i].to));
+      take(NameField::kAlternativeTitle, pieces[i].from, pieces[i].to);
+    }
+  }
+}
+
+std::string Reader::cleaned(std::size_t from, std::size_t to) const {
+  const Token* const t = tokens_.token;
+  bool blanks = false;
+  for (std::size_t i = from + 1; i < to; ++i) {
+    blanks = blanks || (t[i].gap & kBlankGap) != 0;
+  }
+  std::size_t begin = t[from].begin;
+  std::size_t end = t[to - 1].end;
+  const Bracket& first = tokens_.bracket[t[from].bracket];
+  if (t[from].bracket != 0 && !first.square && first.end < end && first.begin < begin) {
+    begin = first.begin;  // (500) Days
+  }
+  while (end < text_.size() && (text_[end] == '!' || text_[end] == '?')) {
+    ++end;
+  }
+  const Bracket& last = tokens_.bracket[t[to - 1].bracket];
+  if (t[to - 1].bracket != 0 && !last.square && !last.open && last.begin > begin &&
+      last.end > end) {
+    end = last.end;
+  }
+  std::string text;
+  text.reserve(end - begin);
+  for (std::size_t i = begin; i < end; ++i) {
+    char c = text_[i];
+    if (c == '_') {
+      c = ' ';
+    } else if (c == '.' && !blanks) {
+      const bool initials = i > begin && i + 1 < end && isLetter(text_[i - 1]) &&
+                            isLetter(text_[i + 1]) && (i < begin + 2 || !isLetter(text_[i - 2])) &&
+                            (i + 2 >= end || !isLetter(text_[i + 2]));
+      c = initials ? '.' : ' ';
+    }
+    if (c == ' ' && (text.empty() || text.back() == ' ')) {
+      continue;
+    }
+    text += c;
+  }
+  while (!text.empty() && (text.back() == ' ' || text.back() == '-')) {
+    text.pop_back();
+  }
+  return text;
+}
+
+void Reader::readEpisodeTitle() {
+  if (markerEnd_ == kNone || markerEnd_ >= tokens_.count || markerEnd_ < titleEnd_ ||
+      (name_.episodes.empty() && name_.absoluteEpisodes.empty() && name_.airDate.empty())) {
+    return;
+  }
+  std::size_t from = markerEnd_;
+  if (outerBracket(from) != 0 && tokens_.bracket[outerBracket(from)].square) {
+    return;
+  }
+  if (outerBracket(from) != 0 && (from == 0 || outerBracket(from - 1) != outerBracket(from))) {
+    return;
+  }
+  const std::size_t to = textEnd(from, false);
+  if (to <= from || !isFree(from, to)) {
+    return;
+  }
+  name_.episodeTitle = cleaned(from, to);
+  take(NameField::kEpisodeTitle, from, to);
+}
+
+}  // namespace libquilp

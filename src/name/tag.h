@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "name/name.h"
+
+namespace libquilp {
+
+/// Where a tag counts as one.
+enum class TagUse : std::uint8_t {
+  kEndsTitle,   // no title has it: what follows is no title any more
+  kMayBeTitle,  // a word of many titles: a tag after the title, or where the title meets other tags
+  kOnlyAfter,   // too short or too common: a tag only after the title
+};
+
+/// A word that release names use for a value of a field.
+struct Tag {
+  std::string_view words;  // lower case; blanks stand where a name may have any separator or none
+  NameField field;
+  std::string_view value;
+  TagUse use = TagUse::kEndsTitle;
+};
+
+/// A hash of letters and digits without regard to case, which can be extended word by word.
+struct WordHash {
+  std::uint32_t value = 0;
+  std::uint32_t factor = 1;
+
+  constexpr void add(char c) {
+    value = value * kBase + static_cast<unsigned char>(c);
+    factor *= kBase;
+  }
+  constexpr void add(const WordHash& word) {
+    value = value * word.factor + word.value;
+    factor *= word.factor;
+  }
+
+  static constexpr std::uint32_t kBase = 0x01000193;
+};
+
+/// The tag of a hash; null for none. The caller compares the letters.
+const Tag* tagOfHash(std::uint32_t hash);
+
+}  // namespace libquilp

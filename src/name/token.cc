@@ -1,0 +1,280 @@
+#include "name/token.h"
+
+#include "name/counter.h"
+
+namespace libquilp {
+namespace {
+
+/// A sign that parts words.
+struct Sign {
+  std::uint16_t gap = 0;  // 0: a byte of a word
+  std::uint8_t size = 1;
+  char bracket = 0;  // '(' or ')' of any kind, and '[' or ']' of the square ones
+};
+
+/// The signs beyond ASCII: brackets, dashes and wide punctuation.
+Sign wideSignAt(std::string_view text) {
+  struct Wide {
+    std::string_view sign;
+    std::uint16_t gap;
+    char bracket;
+  };
+  static constexpr Wide kWide[] = {
+      {"【", kBracketGap, '['},   {"】", kBracketGap, ']'},
+      {"［", kBracketGap, '['},   {"］", kBracketGap, ']'},
+      {"（", kBracketGap, '('},   {"）", kBracketGap, ')'},
+      {"「", kBracketGap, '('},   {"」", kBracketGap, ')'},
+      {"『", kBracketGap, '('},   {"』", kBracketGap, ')'},
+      {"《", kBracketGap, '['},   {"》", kBracketGap, ']'},
+      {"〈", kBracketGap, '('},   {"〉", kBracketGap, ')'},
+      {"〔", kBracketGap, '('},   {"〕", kBracketGap, ')'},
+      {"★", kOtherGap, 0},        {"☆", 0, 0},
+      {"、", kCommaGap, 0},       {"，", kCommaGap, 0},
+      {"　", kBlankGap, 0},       {"：", 0, 0},
+      {"｜", kBarGap, 0},         {"／", kSlashGap, 0},
+      {"＋", kPlusGap, 0},        {"＆", 0, 0},
+      {"～", kTildeGap, 0},       {"〜", kTildeGap, 0},
+      {"–", kDashGap, 0},         {"—", kDashGap, 0},
+      {"•", kOtherGap, 0},        {"…", kDotGap, 0},
+      {"\xC2\xA0", kBlankGap, 0},
+  };
+  for (const Wide& wide : kWide) {
+    if (text.substr(0, wide.sign.size()) == wide.sign) {
+      return {wide.gap, static_cast<std::uint8_t>(wide.sign.size()), wide.bracket};
+    }
+  }
+  return {};
+}
+
+Sign signAt(std::string_view name, std::size_t i) {
+  const char c = name[i];
+  switch (c) {
+    case ' ':
+    case '\t':
+    case '\r':
+    case '\n':
+      return {kBlankGap};
+    case '.':
+      return {kDotGap};
+    case '_':
+      return {kUnderscoreGap};
+    case '-':
+      return {kDashGap};
+    case '/':
+    case '\\':
+      return {kSlashGap};
+    case '|':
+      return {kBarGap};
+    case '+':
+      return {kPlusGap};
+    case ',':
+      return {kCommaGap};
+    case '~':
+      return {kTildeGap};
+    case '(':
+    case '{':
+      return {kBracketGap, 1, '('};
+    case ')':
+    case '}':
+      return {kBracketGap, 1, ')'};
+    case '[':
+      return {kBracketGap, 1, '['};
+    case ']':
+      return {kBracketGap, 1, ']'};
+    case ';':
+    case ':':
+    case '*':
+    case '?':
+    case '!':
+    case '"':
+    case '=':
+    case '<':
+    case '>':
+    case '^':
+    case '`':
+    case '#':
+      return {kOtherGap};
+    default:
+      break;
+  }
+  const auto byte = static_cast<unsigned char>(c);
+  if (byte < ' ') {
+    return {kOtherGap};
+  }
+  return byte == 0xE3 || byte == 0xE2 || byte == 0xEF || byte == 0xC2 ? wideSignAt(name.substr(i))
+                                                                      : Sign();
+}
+
+constexpr std::uint16_t kSeparators = kBlankGap | kUnderscoreGap | kDotGap;
+
+/// Follows the brackets while the name is read.
+class Nesting {
+ public:
+  explicit Nesting(Tokens& tokens) : tokens_(tokens) {}
+
+  std::uint8_t current() const { return current_; }
+
+  void open(std::size_t begin, bool square) {
+    if (tokens_.brackets < Tokens::kMostBrackets) {
+      tokens_.bracket[tokens_.brackets] = {static_cast<std::uint32_t>(begin),
+                                           static_cast<std::uint32_t>(tokens_.name.size()),
+                                           current_, square, true};
+      current_ = static_cast<std::uint8_t>(tokens_.brackets++);
+    }
+  }
+
+  /// Closes the innermost bracket of the kind, and those inside it that were never closed.
+  void close(std::size_t end, bool square) {
+    std::uint8_t i = current_;
+    while (i != 0 && tokens_.bracket[i].square != square) {
+      i = tokens_.bracket[i].parent;
+    }
+    if (i != 0) {
+      tokens_.bracket[i].end = static_cast<std::uint32_t>(end);
+      tokens_.bracket[i].open = false;
+      current_ = tokens_.bracket[i].parent;
+    }
+  }
+
+ private:
+  Tokens& tokens_;
+  std::uint8_t current_ = 0;
+};
+
+}  // namespace
+
+Tokens::Tokens(std::string_view text) : name(text) {
+  bracket[0] = {0, static_cast<std::uint32_t>(name.size()), 0, false, false};
+  Nesting nesting(*this);
+  std::uint16_t gap = 0;
+  std::size_t i = 0;
+  while (i < name.size() && count < kMost) {
+    const Sign sign = signAt(name, i);
+    if (sign.gap != 0) {
+      if (sign.gap == kDashGap && (gap & kSeparators) != 0 && i + sign.size < name.size() &&
+          (signAt(name, i + sign.size).gap & kSeparators) != 0) {
+        gap |= kSpacedDashGap;
+      }
+      gap |= sign.gap;
+      if (sign.bracket == '(' || sign.bracket == '[') {
+        nesting.open(i, sign.bracket == '[');
+      } else if (sign.bracket != 0) {
+        nesting.close(i + sign.size, sign.bracket == ']');
+      }
+      i += sign.size;
+      continue;
+    }
+    Token& word = token[count++];
+    word = {
+        static_cast<std::uint32_t>(i), 0, {}, gap, nesting.current(), true, false, true, false, 0};
+    gap = 0;
+    bool letters = false;
+    std::size_t digits = 0;
+    // A counter such as 第2季 is a word of its own, also where nothing parts it from others.
+    std::size_t counter = counterAt(name, i).size;
+    while (i < name.size()) {
+      if (counter != 0) {
+        for (const std::size_t end = i + counter; i < end; ++i) {
+          word.hash.add(name[i]);
+        }
+        word.digits = false;
+        word.high = true;
+        break;
+      }
+      const Sign next = signAt(name, i);
+      if (next.gap != 0 || (i > word.begin && counterAt(name, i).size != 0)) {
+        break;
+      }
+      const std::size_t end = i + next.size;
+      for (; i < end; ++i) {
+        const char c = name[i];
+        if (isDigit(c)) {
+          word.number = digits++ < 8 ? word.number * 10 + (c - '0') : kMostNumber;
+          word.hash.add(c);
+          continue;
+        }
+        word.digits = false;
+        if (c == '\'') {
+          continue;
+        }
+        const bool high = static_cast<unsigned char>(c) >= 0x80;
+        word.high = word.high || high;
+        word.hash.add(lower(c));
+        if (isLetter(c)) {
+          letters = true;
+          word.upper = word.upper && c <= 'Z';
+        }
+      }
+    }
+    word.upper = word.upper && letters;
+    word.end = static_cast<std::uint32_t>(i);
+  }
+  ignoreOpenBrackets();
+  ignoreOuterBracket();
+}
+
+bool Tokens::split(std::size_t i, std::size_t at) {
+  if (count == kMost) {
+    return false;
+  }
+  for (std::size_t k = count++; k > i + 1; --k) {
+    token[k] = token[k - 1];
+  }
+  const Token whole = token[i];
+  token[i + 1] = whole;
+  token[i].end = token[i + 1].begin = whole.begin + static_cast<std::uint32_t>(at);
+  token[i + 1].gap = kDotGap;
+  for (Token* const part : {&token[i], &token[i + 1]}) {
+    part->hash = {};
+    part->digits = true;
+    part->number = 0;
+    for (const char c : name.substr(part->begin, part->end - part->begin)) {
+      part->hash.add(lower(c));
+      part->digits = part->digits && isDigit(c);
+      part->number =
+          isDigit(c) && part->number < kMostNumber / 10 ? part->number * 10 + (c - '0') : 0;
+    }
+  }
+  return true;
+}
+
+void Tokens::join(std::size_t i) {
+  token[i].end = token[i + 1].end;
+  token[i].digits = false;
+  token[i].number = 0;
+  token[i].hash.add(token[i + 1].hash);
+  --count;
+  for (std::size_t k = i + 1; k < count; ++k) {
+    token[k] = token[k + 1];
+  }
+}
+
+void Tokens::ignoreOuterBracket() {
+  const std::size_t first = name.find_first_not_of(' ');
+  const std::size_t last = name.find_last_not_of(' ');
+  if (brackets < 2 || bracket[1].begin != first || bracket[1].end != last + 1) {
+    return;
+  }
+  for (std::size_t b = 2; b < brackets; ++b) {
+    bracket[b].parent = bracket[b].parent == 1 ? std::uint8_t{0} : bracket[b].parent;
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    token[i].bracket = token[i].bracket == 1 ? std::uint8_t{0} : token[i].bracket;
+  }
+}
+
+void Tokens::ignoreOpenBrackets() {
+  for (std::size_t b = 1; b < brackets; ++b) {
+    const std::uint8_t parent = bracket[b].parent;
+    if (bracket[parent].open) {
+      bracket[b].parent = bracket[parent].parent;  // whose own parent is closed by now
+    }
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    if (bracket[token[i].bracket].open) {
+      token[i].bracket = bracket[token[i].bracket].parent;
+    }
+  }
+}
+
+}  // namespace libquilp
