@@ -26,9 +26,10 @@ class Bytes {
     if (!skip('e')) {
       return false;
     }
-    skip('p');
-    skip('.');
-    skip(' ');
+    if (skip('p')) {
+      skip('.');
+      skip(' ');
+    }
     return isDigit(peek());
   }
 

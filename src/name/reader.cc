@@ -70,6 +70,7 @@ void Reader::read() {
   }
   readTitle();
   readEpisodeTitle();
+  takeEdition();
   takeTags(titleEnd_, tokens_.count);
   findGroup();
   findKind();

@@ -13,10 +13,10 @@ namespace libquilp {
 
 /// A tag that a run of words makes.
 struct Match {
-  const Tag* tag = nullptr;
-  std::uint8_t words = 0;
-  std::uint8_t channels = 0;  // 51: the words end with a number of channels, 5.1
-  int lines = 0;              // of a resolution; the tag is null then
+  const Tag* tag;
+  std::uint8_t words;
+  std::uint8_t channels;  // 51: the words end with a number of channels, 5.1
+  int lines;              // of a resolution; the tag is null then
 
   explicit operator bool() const { return words != 0; }
 };
@@ -31,10 +31,12 @@ class Reader {
  private:
   // reader_tags.cc
   void splitGlued();
+  bool split(std::size_t i, std::size_t at);
   void matchTags();
   Match matchAt(std::size_t i) const;
   Match resolutionAt(std::size_t i) const;
   bool endsTitle(std::size_t i) const;
+  void takeEdition();
   void takeTags(std::size_t from, std::size_t to);
   void takeTag(std::size_t i);
 
@@ -91,9 +93,8 @@ class Reader {
   std::size_t marker_ = kNone;     // the first word of the first marker
   std::size_t markerEnd_ = kNone;  // after the last word of the last one
   std::size_t leadGroupEnd_ = 0;   // words of a leading bracket that may be a group's
-  std::size_t glueEnd_ = kNone;
-  bool roughResolution_ = false;  // told by a word such as UHD
-  bool fansub_ = false;           // begins with a group's bracket
+  bool roughResolution_ = false;   // told by a word such as UHD
+  bool fansub_ = false;            // begins with a group's bracket
 };
 
 }  // namespace libquilp

@@ -108,7 +108,13 @@ void Reader::takeEpisodes(const NumberList& list, bool absolute) {
 void Reader::takeMarker(std::size_t i, const Marker& marker) {
   std::size_t end = i;
   while (end < tokens_.count && tokens_.token[end].begin < marker.end) {
-    tokens_.token[end++].taken = true;
+    ++end;
+  }
+  if (!isFree(i, end)) {
+    return;
+  }
+  for (std::size_t k = i; k < end; ++k) {
+    tokens_.token[k].taken = true;
   }
   if (!marker.seasons.empty() && name_.seasons.empty()) {
     name_.seasons = marker.seasons.numbers;
@@ -166,17 +172,9 @@ void Reader::findMarkers() {
         takeMarker(i, marker);
       }
       // "DieS01E06"
-      else if (word.end - word.begin > 6 && !word.digits && marker_ == kNone && i + 1 > 0) {
-        const std::uint32_t at = word.end - 6;
-        const Marker glued = text_[at] == 'S' ? markerAt(text_, at) : Marker();
-        if (glued.end == word.end && !glued.episodes.empty()) {
-          Token& before = tokens_.token[i];
-          glueEnd_ = i;
-          before.end = at;
-          takeMarker(i, glued);
-          before.taken = false;
-          marker_ = markerEnd_ = i + 1;
-        }
+      else if (word.end - word.begin > 6 && !word.digits && marker_ == kNone &&
+               text_[word.end - 6] == 'S' && markerAt(text_, word.end - 6).end == word.end) {
+        split(i, word.end - 6 - word.begin);
       }
       // "2Of4"
       else if (isDigit(text_[word.begin]) && !word.digits) {

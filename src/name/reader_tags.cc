@@ -56,6 +56,18 @@ bool hasChannels(const Tag* tag) { return tag != nullptr && tag->field == NameFi
 
 }  // namespace
 
+bool Reader::split(std::size_t i, std::size_t at) {
+  if (!tokens_.split(i, at)) {
+    return false;
+  }
+  for (std::size_t k = tokens_.count; k-- > i + 1;) {
+    match_[k] = match_[k - 1];
+  }
+  match_[i] = matchAt(i);
+  match_[i + 1] = matchAt(i + 1);
+  return true;
+}
+
 /// Parts two tags that nothing parts: BD720p, DLx264, 1080p10bit.
 void Reader::splitGlued() {
   for (std::size_t i = 0; i < tokens_.count && tokens_.count < Tokens::kMost; ++i) {
@@ -69,25 +81,22 @@ void Reader::splitGlued() {
       const bool change = isDigit(text[cut]) != isDigit(text[cut - 1]) ||
                           (lower(text[cut]) == 'x' && isDigit(text[cut + 1])) ||
                           (lower(text[cut - 1]) == 'p' && isDigit(text[cut]));
-      if (!change || !tokens_.split(i, cut)) {
+      if (!change || !split(i, cut)) {
         continue;
       }
-      const Match left = matchAt(i);
-      const Match right = matchAt(i + 1);
-      const bool known = right && (right.tag == nullptr || right.tag->use == TagUse::kEndsTitle) &&
-                         (left || (right.tag != nullptr && i > 0 && tokens_.text(i).size() == 2));
-      if (known) {
-        for (std::size_t k = tokens_.count; k-- > i + 1;) {
-          match_[k] = match_[k - 1];
-        }
-        match_[i] = left;
-        match_[i + 1] = right;
+      const Match& left = match_[i];
+      const Match& right = match_[i + 1];
+      if (right && (right.tag == nullptr || right.tag->use == TagUse::kEndsTitle) && left) {
         if (i > 0) {
           match_[i - 1] = matchAt(i - 1);
         }
         break;
       }
       tokens_.join(i);
+      for (std::size_t k = i + 1; k < tokens_.count; ++k) {
+        match_[k] = match_[k + 1];
+      }
+      match_[i] = {};
     }
   }
 }
@@ -104,7 +113,7 @@ Match Reader::matchAt(std::size_t i) const {
   if (const Match resolution = resolutionAt(i)) {
     return resolution;
   }
-  Match best;
+  Match best = {};
   WordHash hash;
   for (std::size_t n = 1; n <= kMostWords && i + n <= tokens_.count; ++n) {
     const Token& word = token[i + n - 1];
@@ -188,6 +197,29 @@ bool Reader::endsTitle(std::size_t i) const {
          (match.tag == nullptr ||
           (match.tag->field != NameField::kSeason && match.tag->field != NameField::kEpisode &&
            match.tag->field != NameField::kPart));
+}
+
+/// "Ultimate Rekall Edition": free words after the year that end with the word itself.
+void Reader::takeEdition() {
+  const Token* const t = tokens_.token;
+  std::size_t from = titleEnd_;
+  while (from < tokens_.count && t[from].taken) {
+    ++from;
+  }
+  for (std::size_t i = from; i < tokens_.count && i < from + 4 && !t[i].taken; ++i) {
+    const std::string_view word = tokens_.text(i);
+    const bool last = word == "Edition" || word == "EDITION" || word == "Cut" || word == "CUT";
+    if (t[i].bracket != t[from].bracket || (endsTitle(i) && !last)) {
+      return;
+    }
+    if (last && i > from && match_[from].words <= i - from) {
+      for (std::size_t k = from; k <= i; ++k) {
+        (name_.edition += k == from ? "" : " ") += tokens_.text(k);
+      }
+      take(NameField::kEdition, from, i + 1);
+      return;
+    }
+  }
 }
 
 void Reader::takeTags(std::size_t from, std::size_t to) {

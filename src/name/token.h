@@ -34,7 +34,7 @@ struct Token {
   bool digits;           // nothing else
   bool high;             // has bytes beyond ASCII
   bool upper;            // has letters, all of them capital
-  bool taken = false;    // some field has it
+  bool taken;            // some field has it
   int number;            // of digits: the value, at most kMostNumber
 };
 
@@ -42,8 +42,8 @@ struct Bracket {
   std::uint32_t begin;  // of the opening sign
   std::uint32_t end;    // after the closing sign
   std::uint8_t parent;
-  bool square;        // [ ] and 【 】; not ( ) { }
-  bool open = false;  // never closed
+  bool square;  // [ ] and 【 】; not ( ) { }
+  bool open;    // never closed
 };
 
 inline constexpr int kMostNumber = 99999999;
