@@ -95,18 +95,18 @@ std::optional<std::string> Lookup::copiedDocument(const std::vector<Element>& el
     answer_.status = 1;
     return {};
   }
-  int rows = 0;
-  bool any = false;
-  if (const XMLNode list = context_.observer != nullptr ? openDocument() : XMLNode()) {
-    rows = list.nChildNode(request_.entry);
-    context_.observer->rowsFound(rows);
+  if (Observer* observer = context_.observer) {
+    const XMLNode list = openDocument();
+    const int rows = list.nChildNode(request_.entry);
+    bool any = false;
+    observer->rowsFound(rows);
     for (const Element& element : elements) {
       const int filled = filledIn(list, request_.entry, element.name);
-      context_.observer->fieldFound(element.name, filled);
+      observer->fieldFound(element.name, filled);
       any = any || filled > 0;
     }
+    conclude(any, rows > 0 ? Reason::kEmptyRows : Reason::kNothingFound);
   }
-  conclude(any, rows > 0 ? Reason::kEmptyRows : Reason::kNothingFound);
   auto text = readCopied(call_->file());
   answer_.status = text ? 0 : 1;
   return text;

@@ -34,7 +34,8 @@ void readHeaders(const std::string& text, Fetch& fetch) {
   while (!lines.done()) {
     const std::string line(lines.upToOrRest("\n"));
     if (startsWith(line, "HTTP/")) {
-      fetch.http = std::atoi(line.c_str() + std::min(line.find(' '), line.size()));
+      const char* status = line.c_str() + std::min(line.find(' '), line.size());
+      fetch.http = static_cast<int>(std::strtol(status, nullptr, 10));
       fetch.isChallenge = false;
     } else if (startsWith(line, "x-amzn-waf-action:")) {
       fetch.isChallenge = contains(line, "challenge") || contains(line, "captcha");
