@@ -1,10 +1,11 @@
 #include <cstring>
+#include <regex>
 
 #include "fuzz.h"
 #include "libquilp.h"
 
 // Cleans any bytes as a keyword, and compares with a model that searches from the ends for each
-// bracket and knows no regular expression.
+// bracket, and with regular expressions.
 
 namespace {
 
@@ -30,31 +31,9 @@ void modelTags(std::string& text) {
   }
 }
 
-std::size_t pastDigits(const std::string& text, std::size_t at) {
-  return std::min(text.find_first_not_of("0123456789", at), text.size());
-}
-
-// Neither sign can stand in a word: both are separators.
-bool isYear(const std::string& word) {
-  const std::size_t start = word.find_first_not_of("\t\n\v\f\r");
-  if (start == std::string::npos) {
-    return false;
-  }
-  const std::size_t first = std::min(word.find_first_not_of('0', start), word.size());
-  const std::string digits = word.substr(first, pastDigits(word, first) - first);
-  return digits.size() == 4 && digits >= "1900" && digits <= "2100";
-}
-
-bool isEpisode(const std::string& word) {
-  if (word[0] != 's' && word[0] != 'S') {
-    return false;
-  }
-  const std::size_t e = pastDigits(word, 1);
-  return e > 1 && e < word.size() && (word[e] == 'e' || word[e] == 'E') &&
-         pastDigits(word, e + 1) > e + 1;
-}
-
 std::string model(std::string text) {
+  static const std::regex year("[\\t-\\r]*0*(19[0-9][0-9]|20[0-9][0-9]|2100)([^0-9][^]*)?");
+  static const std::regex episode("[sS][0-9]+[eE][0-9]+[^]*");
   modelBrackets(text, '(', ')');
   modelBrackets(text, '[', ']');
   modelTags(text);
@@ -63,10 +42,10 @@ std::string model(std::string text) {
   for (std::size_t at = text.find_first_not_of(separators); at != std::string::npos;) {
     const std::size_t end = text.find_first_of(separators, at);
     const std::string word = text.substr(at, end - at);
-    if (isYear(word) && !words.empty()) {
+    if (std::regex_match(word, year) && !words.empty()) {
       break;
     }
-    if (!isEpisode(word)) {
+    if (!std::regex_match(word, episode)) {
       words += (words.empty() ? "" : " ") + word;
     }
     at = text.find_first_not_of(separators, end);

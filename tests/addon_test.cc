@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -269,16 +268,6 @@ void forEachLookup(const string& command, Visit visit) {
   }
 }
 
-/// Nothing where a sanitizer keeps what is released.
-long mostMemoryKiB() {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  return 0;
-#endif
-  rusage usage = {};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
 TEST_F(AddOn, ThatFailsGivesItsStatusAndNothingElse) {
   struct Failure {
     const char* spoil;  // as tests/addon.sh knows it
@@ -290,7 +279,7 @@ TEST_F(AddOn, ThatFailsGivesItsStatusAndNothingElse) {
                               {"loop", 0, false},   {"huge", 0, false},   {"empty", 0, true},
                               {"cut", 0, true},     {"root", 0, true},    {"bytes", 0, true},
                               {"deep", 0, true},    {"program", 0, true}};
-  const long before = mostMemoryKiB();
+  const long before = test::mostMemoryKiB();
   for (const Failure& failure : failures) {
     setenv("SPOIL", failure.spoil, 1);
     forEachLookup(QUILP_TESTS "/addon.sh", [&](const Lookup& lookup) {
@@ -299,10 +288,39 @@ TEST_F(AddOn, ThatFailsGivesItsStatusAndNothingElse) {
       }
     });
     if (string(failure.spoil) == "huge") {
-      EXPECT_LT(mostMemoryKiB() - before, 16 * 1024);
+      EXPECT_LT(test::mostMemoryKiB() - before, 16 * 1024);
     }
   }
   unsetenv("SPOIL");
+}
+
+/// A details lookup of the document behind `start`, in which `repeated` fills 8 MiB.
+int movieOf(const string& start, const string& repeated, const string& end) {
+  string document = start;
+  while (document.size() < 8U << 20) {
+    document += repeated;
+  }
+  test::answerWith("Movie", document + end);
+  return ask("velGetMovieByID", {"abcde1"}).result;
+}
+
+TEST_F(AddOn, WritesDocumentsThatCostTimeAndMemoryInProportionToItsSize) {
+  const long before = test::mostMemoryKiB();
+  string entities = "<!DOCTYPE movie [<!ENTITY a0 \"aaaaaaaaaaaaaaaaaaaa\">";
+  for (int i = 1; i < 60; ++i) {
+    const string inner = "&a" + std::to_string(i - 1) + ";";
+    entities += "<!ENTITY a" + std::to_string(i) + " \"" + inner + inner + inner + "\">";
+  }
+  EXPECT_EQ(movieOf(entities + "]><movie><title>&a59;", "&a59;", "</title></movie>"), 0);
+  EXPECT_EQ(movieOf("<!DOCTYPE movie ", "[<![", ""), 1);
+  EXPECT_EQ(movieOf("<!DOCTYPE movie [<!ENTITY x SYSTEM \"file:///dev/zero\">]><movie>&x;", "&x;",
+                    "</movie>"),
+            0);
+  EXPECT_EQ(movieOf("<movie>", "<a>", ""), 1);
+  EXPECT_EQ(movieOf("<movie>", "<genre/>", "</movie>"), 0);
+  EXPECT_EQ(movieOf("<movie ", "a=\"\" ", "/>"), 0);
+  EXPECT_EQ(movieOf("<movie>", "<!--", ""), 1);
+  EXPECT_LT(test::mostMemoryKiB() - before, 8 * 30 * 1024);
 }
 
 TEST_F(AddOn, ThatCannotBeExecutedWroteNothing) {

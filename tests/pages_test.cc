@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <regex.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <clocale>
@@ -336,6 +337,43 @@ TEST_F(Page, OfAnEpisodeIsFoundInItsSeasonAndCut) {
     const string got = read("velGetTVEpisode", lastOnes).text;
     EXPECT_NE(("|" + got).find("|" + wanted), string::npos) << page << ": " << got;
   }
+}
+
+TEST_F(Page, WithoutAnEndIsNoPage) {
+  test::writeScript(
+      "/sbin/curl",
+      "case $* in\n"
+      "*/find*) printf '%s' '" +
+          found(row("/title/tt1/?")) +
+          "' >/var/tmp/movie_search.xxx ;;\n"
+          "*) exec yes \"<link rel='image_src' href=\\\"$(printf %01000d 0)\\\">\" ;;\n"
+          "esac\n");
+  const long before = test::mostMemoryKiB();
+  EXPECT_EQ(ask("imdbBasicGetMovies", {"x", 1}).text, "id:tt1|url:|outline:|");
+  EXPECT_LT(test::mostMemoryKiB() - before, 192 * 1024);
+}
+
+TEST_F(Page, IsNotWrittenThroughWhatStandsInItsPlace) {
+  const char* const file = "/var/tmp/movie_get_info.xxx";
+  std::remove(file);
+  const auto fetched = [] { return ask("imdbGetMovieInfo", {"tt1"}).result; };
+  const auto withoutRemoval = [&fetched] {  // as of what a stranger plants in a sticky folder
+    chmod("/var/tmp", 0555);
+    const int result = fetched();
+    chmod("/var/tmp", 0777);
+    return result;
+  };
+  test::writeFile("/etc/config/page", "page");
+  test::writeFile("/etc/config/kept", "kept");
+  ASSERT_EQ(symlink("/etc/config/kept", file), 0);
+  EXPECT_EQ(withoutRemoval(), 23);
+  EXPECT_EQ(fetched(), 0);
+  EXPECT_EQ(test::readFile(file), "page");
+  std::remove(file);
+  ASSERT_EQ(mkfifo(file, 0666), 0);
+  EXPECT_EQ(withoutRemoval(), 23);
+  EXPECT_EQ(fetched(), 0);
+  EXPECT_EQ(test::readFile("/etc/config/kept"), "kept");
 }
 
 TEST_F(Page, OfArtworkMayBeBrokenDeepOrLarge) {

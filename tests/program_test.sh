@@ -158,6 +158,12 @@ expect 1 'x y' karaoke x y
 says 1 'x: the add-on of \[a\] ' karaoke x
 expect 1 '.*{ *"file" : "x" *}.*' karaoke --format json x
 
+printf '#!/bin/sh\necho "<KtvInfo><Artist><Name Gender=\\"3\\">\351\235\222\355\240\200</Name></Artist></KtvInfo>" >"$5"\n' \
+  >/etc/config/shell
+printf '[M,\377\340\200\257' >/tmp/list
+expect 0 '.*"gender" : "group", *"name" : "青���".*"file" : "\[M,����".*' \
+  karaoke --format json - </tmp/list
+
 # Nothing that others wrote reaches a terminal as it is.
 printf '[s\033[2J]\nType=TV\n' >/etc/config/zorp.conf
 evil=$(printf '\033[2J')

@@ -1,6 +1,7 @@
 #include "support.h"
 
 #include <dirent.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -120,6 +121,15 @@ std::vector<std::string> newSiteRequests() {
     lines.push_back(line);
   }
   return lines;
+}
+
+long mostMemoryKiB() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  return 0;
+#endif
+  rusage usage = {};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
 }
 
 Holdings Holdings::now() {

@@ -32,6 +32,9 @@ std::string standardErrorOf(const std::function<void()>& action);
 /// "HOST METHOD PATH STATUS" for each request that the site has answered since the last call.
 std::vector<std::string> newSiteRequests();
 
+/// The most memory that the process has held; 0 where a sanitizer keeps what is released.
+long mostMemoryKiB();
+
 /// What a call must not leave behind.
 struct Holdings {
   std::size_t descriptors;

@@ -26,12 +26,6 @@ namespace {
 const char* const kFamilyNames[kFamilies] = {"memory", "open",   "spawn", "popen",
                                              "system", "thread", "read",  "name"};
 
-struct Tally {
-  long failed;
-  long spared;
-  long died;
-};
-
 /// How far a case has come. Child processes write it: the next one goes on where one has died.
 struct Progress {
   int family;
@@ -40,7 +34,7 @@ struct Progress {
   bool trying;
   long findings;
   long failed;
-  Tally tally;
+  long spared;
 };
 
 std::string kindOf(const Progress& at) {
@@ -57,7 +51,7 @@ class Run {
   Run& operator=(const Run&) = delete;
 
   void run() {
-    for (at_ = Progress{0, false, 1, false, 0, 0, {}}; at_.family < kFamilies;) {
+    for (at_ = Progress{0, false, 1, false, 0, 0, 0}; at_.family < kFamilies;) {
       std::fflush(stdout);
       const pid_t child = fork();
       if (child == 0) {
@@ -69,14 +63,12 @@ class Run {
       waitpid(child, &status, 0);
       if (status != 0) {
         find(" died: wait status " + std::to_string(status));
-        ++at_.tally.died;
         at_.family = at_.trying ? at_.family : kFamilies;
         ++at_.nth;
       }
     }
-    if (at_.failed == 0) {
-      dprintf(report_, "%-28s %-9s makes none of these calls\n", case_.functions.c_str(), route_);
-    }
+    dprintf(report_, "%-28s %-9s %6ld %6ld\n", case_.functions.c_str(), route_, at_.failed,
+            at_.spared);
   }
 
  private:
@@ -97,11 +89,9 @@ class Run {
         ++at_.nth;
         continue;
       }
-      printTally();
       at_.lasting = at_.family == kMemory && !at_.lasting;
       at_.family += at_.lasting ? 0 : 1;
       at_.nth = 1;
-      at_.tally = Tally();
     }
   }
 
@@ -131,20 +121,9 @@ class Run {
     if (count.failed == 0 && count.spared == 0) {
       return false;
     }
-    Tally& tally = at_.tally;
-    tally.failed += count.failed != 0 ? 1 : 0;
-    tally.spared += count.spared != 0 && count.failed == 0 ? 1 : 0;
+    at_.failed += count.failed != 0 ? 1 : 0;
+    at_.spared += count.failed == 0 ? 1 : 0;
     return true;
-  }
-
-  void printTally() {
-    const Tally& tally = at_.tally;
-    if (tally.failed + tally.spared == 0) {
-      return;
-    }
-    at_.failed += tally.failed;
-    dprintf(report_, "%-28s %-9s %-8s %6ld %6ld %6ld\n", case_.functions.c_str(), route_,
-            kindOf(at_).c_str(), tally.failed, tally.spared, tally.died);
   }
 
   void find(const std::string& what) {
@@ -216,8 +195,7 @@ int main(int argc, char** argv) {
   warmThreads();
   auto& progress = *static_cast<Progress*>(
       mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
-  std::printf("%-28s %-9s %-8s %6s %6s %6s\n", "function", "route", "family", "failed", "spared",
-              "died");
+  std::printf("%-28s %-9s %6s %6s\n", "function", "route", "failed", "spared");
   for (const FaultCase& each : cases) {
     for (const char* route : {"add-on", "built-in"}) {
       if ((each.type.empty() && std::string(route) == "add-on") ||
