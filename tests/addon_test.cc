@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 
 #include "libquilp.h"
@@ -371,17 +370,6 @@ TEST_F(AddOn, LeavesAProcessThatIsNotWaitedFor) {
   test::answerWith("Movie", kMovies, "sleep 60 >&1 2>&1 &\necho $! >/etc/config/pid\n");
   EXPECT_EQ(ask("velSearchMovie", {"x"}).result, 2);
   EXPECT_EQ(std::system(("kill " + test::readFile("/etc/config/pid")).c_str()), 0);
-}
-
-TEST_F(AddOn, IsCollectedAfterAWaitThatASignalInterrupts) {
-  struct sigaction action = {};
-  action.sa_handler = [](int) {};
-  sigaction(SIGALRM, &action, nullptr);
-  test::answerWith("Movie", kMovie, "sleep 1\nexit 3\n");
-  ualarm(100000, 0);
-  const Answer answer = ask("velGetMovieByID", {"abcdeX"});
-  EXPECT_EQ(answer.result, 1);  // its status is not known here, and its document is not read
-  EXPECT_EQ(answer.text, "");
 }
 
 TEST_F(AddOn, IsLookedForInAReadableRegistry) {

@@ -165,7 +165,10 @@ TEST_F(Lookups, NullPointersAreRefusedBeforeAnythingIsLookedUp) {
   EXPECT_EQ(velGetTVShowByID("tt1", nullptr, nullptr), 1);
   EXPECT_EQ(velGetTVEpisode("tt1", 1, 1, nullptr, nullptr), 1);
   velTVShowInfo show = velTVShowInfo();
+  char untouched = 0;
+  show.title = &untouched;
   EXPECT_EQ(velGetTVShowByID(nullptr, nullptr, &show), 1);
+  EXPECT_EQ(show.title, &untouched);
   EXPECT_EQ(velPrintTVEpisode(nullptr, 1, 1, nullptr), 1);
   EXPECT_EQ(velSearchAlbum("x", "y", 1, nullptr), 0);
   EXPECT_EQ(velGetAlbumByArtist("x", 1, nullptr), 0);

@@ -25,23 +25,16 @@ string freed(char* text) {
 string urlEncoded(string text) { return freed(libquilp::url_encode(text.data())); }
 string urlDecoded(string text) { return freed(libquilp::url_decode(text.data())); }
 
-TEST(Percent, EncodesAnAddressButKeepsItsStructure) {
-  EXPECT_EQ(urlEncoded("a b&c"), "a+b&c");
-  EXPECT_EQ(urlEncoded("-+_.~/:?&=\\\""), "-+_.~/:?&=\\\"");
+TEST(Percent, KeepsAnAddressesStructureAndDecodesWithoutACheck) {
+  EXPECT_EQ(urlEncoded("a b&c-+_.~/:?=\\\""), "a+b&c-+_.~/:?=\\\"");
   EXPECT_EQ(urlEncoded("\xC3\xA9\x01\x7F%'#"), "%c3%a9%01%7f%25%27%23");
-  EXPECT_EQ(urlEncoded(""), "");
-}
-
-TEST(Percent, DecodesPairsWithoutACheck) {
   EXPECT_EQ(urlDecoded("%41%4"), "A4");
-  EXPECT_EQ(urlDecoded("100%"), "100");
-  EXPECT_EQ(urlDecoded("a+%c3%A9"), "a \xC3\xA9");
-  EXPECT_EQ(urlDecoded("%+"), "+");      // a single character behind "%" is ordinary text
-  EXPECT_EQ(urlDecoded("%gg"), "\x10");  // 16 * 16 + 16, in eight bits
-  EXPECT_EQ(static_cast<unsigned char>(libquilp::from_hex('\xE9')), 0xE9 - 'a' + 10);
+  EXPECT_EQ(urlDecoded("a+%c3%A9%"), "a \xC3\xA9");
+  EXPECT_EQ(urlDecoded("%+"), "+");       // a single character after "%" is ordinary text
+  EXPECT_EQ(urlDecoded("%gg%"), "\x10");  // 16 * 16 + 16, in eight bits
 }
 
-TEST(Percent, EscapesEveryByteIntoABuffer) {
+TEST(Percent, EscapesBytesIntoABuffer) {
   const auto convert = [](string source, int size) {
     string buffer(static_cast<size_t>(size) + 1, '#');
     const int result = StringConvert2PercentString(source.data(), static_cast<int>(source.size()),
@@ -50,11 +43,8 @@ TEST(Percent, EscapesEveryByteIntoABuffer) {
   };
   EXPECT_EQ(convert("aB\xC3\xA9", 12), "%61%42%c3%a9");
   EXPECT_EQ(convert("aB\xC3\xA9", 11), "refused #");
-  EXPECT_EQ(convert("", 12), "refused #");
   EXPECT_EQ(convert("\nA", 12), "%a");
   EXPECT_EQ(convert(string(70000, 'a'), 210000), "refused #");
-  char none[4] = "abc";
-  EXPECT_EQ(StringConvert2PercentString(none, -1, none, 3), -1);
 }
 
 TEST(Entities, DecodesWhatIsAReferenceAndKeepsTheRest) {

@@ -1,12 +1,10 @@
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -26,49 +24,30 @@ namespace {
 const char* const kFamilyNames[kFamilies] = {"memory", "open",   "spawn", "popen",
                                              "system", "thread", "read",  "name"};
 
-/// How far a case has come. Child processes write it: the next one goes on where one has died.
-struct Progress {
-  int family;
-  bool lasting;  // memory alone
-  long nth;
-  bool trying;
-  long findings;
-  long failed;
-  long spared;
-};
-
-std::string kindOf(const Progress& at) {
-  return std::string(kFamilyNames[at.family]) + (at.lasting ? "+" : "");
-}
-
-/// One route of a case.
+/// One route of a case, in a process of its own.
 class Run {
  public:
-  Run(const FaultCase& each, const char* route, Progress& at)
-      : case_(each), route_(route), at_(at), report_(dup(STDOUT_FILENO)) {}
+  Run(const FaultCase& each, const char* route)
+      : name_(each.functions + ' ' + route), case_(each), report_(dup(STDOUT_FILENO)) {}
   ~Run() { close(report_); }
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
 
-  void run() {
-    for (at_ = Progress{0, false, 1, false, 0, 0, 0}; at_.family < kFamilies;) {
-      std::fflush(stdout);
-      const pid_t child = fork();
-      if (child == 0) {
-        redirect();
-        tryAll();
-        _exit(0);
-      }
-      int status = 0;
-      waitpid(child, &status, 0);
-      if (status != 0) {
-        find(" died: wait status " + std::to_string(status));
-        at_.family = at_.trying ? at_.family : kFamilies;
-        ++at_.nth;
-      }
+  /// Whether nothing was found.
+  bool run() {
+    std::fflush(stdout);
+    const pid_t child = fork();
+    if (child == 0) {
+      redirect();
+      tryAll();
+      _exit(findings_ != 0 ? 1 : 0);
     }
-    dprintf(report_, "%-28s %-9s %6ld %6ld\n", case_.functions.c_str(), route_, at_.failed,
-            at_.spared);
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (WIFSIGNALED(status)) {
+      dprintf(report_, "FINDING: %s: died by signal %d\n", name_.c_str(), WTERMSIG(status));
+    }
+    return status == 0;
   }
 
  private:
@@ -80,26 +59,24 @@ class Run {
   }
 
   void tryAll() {
-    at_.trying = false;
     case_.call();
     const int usual = case_.call();
-    at_.trying = true;
-    while (at_.family < kFamilies) {
-      if (tryOne(usual)) {
-        ++at_.nth;
-        continue;
+    for (family_ = 0; family_ < kFamilies; ++family_) {
+      for (const bool lasting : {false, true}) {
+        nth_ = 1;
+        while ((!lasting || family_ == kMemory) && tryOne(usual, lasting)) {
+          ++nth_;
+        }
       }
-      at_.lasting = at_.family == kMemory && !at_.lasting;
-      at_.family += at_.lasting ? 0 : 1;
-      at_.nth = 1;
     }
+    dprintf(report_, "%-36s %6ld %6ld\n", name_.c_str(), failed_, spared_);
   }
 
   /// False when there was no call left to fail.
-  bool tryOne(int usual) {
+  bool tryOne(int usual, bool lasting) {
     const auto before = test::Holdings::now();
     const long balance = faultBalance();
-    faultArm(at_.family, at_.lasting, at_.nth);
+    faultArm(family_, lasting, nth_);
     const int result = case_.call();
     const FaultCount count = faultDisarm();
     const long leaked = faultBalance() - balance;
@@ -107,35 +84,36 @@ class Run {
 
     const std::vector<int>& failures = case_.failures;
     if (result != usual && (std::count(failures.begin(), failures.end(), result) == 0 ||
-                            (result == test::kOutOfMemory && at_.family != kMemory))) {
-      find(" gave " + std::to_string(result) + " instead of " + std::to_string(usual));
+                            (result == test::kOutOfMemory && family_ != kMemory))) {
+      find("gave " + std::to_string(result) + " instead of " + std::to_string(usual));
     }
     if (leaked != 0) {
-      find(" leaked " + std::to_string(leaked) + " blocks");
+      find("leaked " + std::to_string(leaked) + " blocks");
     }
     if (!(after == before)) {
       std::ostringstream text;
-      text << " left " << after << " after " << before;
+      text << "left " << after << " after " << before;
       find(text.str());
     }
-    if (count.failed == 0 && count.spared == 0) {
-      return false;
-    }
-    at_.failed += count.failed != 0 ? 1 : 0;
-    at_.spared += count.failed == 0 ? 1 : 0;
-    return true;
+    failed_ += count.failed != 0 ? 1 : 0;
+    spared_ += count.failed == 0 && count.spared != 0 ? 1 : 0;
+    return count.failed != 0 || count.spared != 0;
   }
 
   void find(const std::string& what) {
-    ++at_.findings;
-    dprintf(report_, "FINDING: %s %s %s %ld:%s\n", case_.functions.c_str(), route_,
-            kindOf(at_).c_str(), at_.nth, what.c_str());
+    ++findings_;
+    dprintf(report_, "FINDING: %s %s %ld: %s\n", name_.c_str(), kFamilyNames[family_], nth_,
+            what.c_str());
   }
 
+  const std::string name_;
   const FaultCase& case_;
-  const char* route_;
-  Progress& at_;
   int report_;
+  int family_ = 0;
+  long nth_ = 1;
+  long findings_ = 0;
+  long failed_ = 0;
+  long spared_ = 0;
 };
 
 /// Every exported function is in a case; the tables are no functions.
@@ -186,29 +164,22 @@ int main(int argc, char** argv) {
   const std::regex functions(argc > 1 ? argv[1] : "");
   const std::string onlyRoute = argc > 2 ? argv[2] : "";
   const std::vector<FaultCase> cases = faultCases();
-  long findings = countMissing(cases, QUILP_TESTS "/exports.txt");
-  long failed = 0;
+  bool right = countMissing(cases, QUILP_TESTS "/exports.txt") == 0;
   std::remove("/sbin/curl");
   if (symlink(QUILP_TESTS "/fault/client.sh", "/sbin/curl") != 0) {
     return 2;
   }
   warmThreads();
-  auto& progress = *static_cast<Progress*>(
-      mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
-  std::printf("%-28s %-9s %6s %6s\n", "function", "route", "failed", "spared");
+  std::printf("%-36s %6s %6s\n", "function and route", "failed", "spared");
   for (const FaultCase& each : cases) {
-    for (const char* route : {"add-on", "built-in"}) {
-      if ((each.type.empty() && std::string(route) == "add-on") ||
-          (!onlyRoute.empty() && onlyRoute != route) ||
-          !std::regex_search(each.functions, functions)) {
-        continue;
+    for (const std::string route : {"add-on", "built-in"}) {
+      if ((!each.type.empty() || route == "built-in") &&
+          (onlyRoute.empty() || onlyRoute == route) &&
+          std::regex_search(each.functions, functions)) {
+        chooseRoute(each, route);
+        right = Run(each, route.c_str()).run() && right;
       }
-      chooseRoute(each, route);
-      Run(each, route, progress).run();
-      findings += progress.findings;
-      failed += progress.failed;
     }
   }
-  std::printf("%ld calls failed, %ld findings\n", failed, findings);
-  return findings == 0 && failed > 0 ? 0 : 1;
+  return right ? 0 : 1;
 }

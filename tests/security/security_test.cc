@@ -143,29 +143,14 @@ Strings valuesOfEveryByte() {
 }
 
 /// Each would write /tmp/ran where a shell took it for more than text.
-const Strings kShapes = {"$(>/tmp/ran)",
-                         "`>/tmp/ran`",
-                         ";>/tmp/ran;",
-                         "|touch /tmp/ran|",
-                         "&&touch /tmp/ran&",
-                         "\n>/tmp/ran\n",
-                         "\">/tmp/ran;\"",
-                         "\\\";>/tmp/ran\\",
-                         "-o/tmp/ran",
-                         "--config /tmp/ran",
-                         "@/etc/passwd",
-                         "{a,b}[1-3]*?~",
-                         "$HOME ${IFS} $0 %s%n %41",
-                         "x #",
-                         "\\",
-                         " ",
-                         "'",
-                         "'; >/tmp/ran; '",
-                         "'$(>/tmp/ran)'",
-                         "\\';>/tmp/ran;\\'",
-                         "'\n>/tmp/ran\n'",
-                         "' -o /tmp/ran '",
-                         everyByte()};
+// clang-format off
+const Strings kShapes = {
+  "$(>/tmp/ran)", "`>/tmp/ran`", ";>/tmp/ran;", "|touch /tmp/ran|", "&&touch /tmp/ran&",
+  "\n>/tmp/ran\n", "\">/tmp/ran;\"", "\\\";>/tmp/ran\\", "-o/tmp/ran", "--config /tmp/ran",
+  "@/etc/passwd", "{a,b}[1-3]*?~", "$HOME ${IFS} $0 %s%n %41", "x #", "\\", " ", "'",
+  "'; >/tmp/ran; '", "'$(>/tmp/ran)'", "\\';>/tmp/ran;\\'", "'\n>/tmp/ran\n'", "' -o /tmp/ran '",
+  everyByte()};
+// clang-format on
 
 /// A way from a value into addresses. Those without it are always fetched, the others unless it has
 /// a single quote.

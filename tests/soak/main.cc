@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "lookups.h"
 #include "plot.h"
@@ -19,14 +20,14 @@ using test::Asked;
 
 /// One lookup of a round: beside the site, or by tests/addon.sh, which is spoiled or not.
 struct Turn {
-  const char* function;
+  std::string function;
   Asked asked;
   bool hostile = false;         // what no honest page, add-on or caller would give
   const char* spoil = nullptr;  // null: no add-on
 };
 
 // clang-format off
-const Turn kRound[] = {
+const std::vector<Turn> kSiteTurns = {
   {"velSearchMovie", {"The.Paper.Lighthouse.2011.1080p", 1}},
   {"velSearchMovie", {"everything"}},
   {"velSearchMovie", {"broken lantern", 8}, true},  // eight broken title pages
@@ -55,31 +56,24 @@ const Turn kRound[] = {
   {"velPrintGetArtistThumbnail", {"tin harbour"}},
   {"velGetKTVInfo", {"/share/Ann Lee[F]&Bo Wu[M]_A title[Eng][R].mpg"}},
   {"velGetKTVInfo", {"\xE5[[\xE6_\xFF[]&&[[\x01_.\xE8"}, true},
-
-  {"velSearchMovie", {"good"}, false, ""},
-  {"velGetMovieByID", {"abcdegood"}, false, ""},
-  {"velSearchMovie", {"x"}, true, "program"},
-  {"velGetMovieByID", {"abcdex"}, true, "roleless"},  // leaves by an error
-  {"velPrintSearchMovie", {"x", 1}, true, "large"},
-  {"velSearchTVShows", {"good"}, false, ""},
-  {"velPrintTVShowByID", {"abcdegood", 0, "", nullptr}, false, ""},
-  {"velGetTVEpisode", {"abcdegood", 0, "", nullptr, 1, 2}, false, ""},
-  {"velSearchTVShows", {"x"}, true, "status"},
-  {"velGetTVShowByID", {"abcdex"}, true, "signal"},
-  {"velGetTVEpisode", {"abcdex"}, true, "deep"},
-  {"velSearchTVShows", {"x"}, true, "child"},
-  {"velSearchAlbum", {"good", 2, "a & b"}, false, ""},
-  {"velGetArtistThumbnail", {"good"}, false, ""},
-  {"velPrintGetAlbumByArtist", {"good", 1}, false, ""},
-  {"velGetAlbumByArtist", {"x"}, true, "cut"},
-  {"velGetArtistThumbnail", {"x"}, true, "root"},
-  {"velPrintSearchAlbum", {"x", 1}, true, "program"},
-  {"velGetKTVInfo", {"/share/good.mpg"}, false, ""},
-  {"velGetKTVInfo", {"x"}, true, "nothing"},
-  {"velGetKTVInfo", {"x"}, true, "slow"},
-  {"velGetKTVInfo", {"x"}, true, "loud"},
 };
 // clang-format on
+
+/// The site's turns, then every lookup by an honest add-on and by a spoiled one.
+std::vector<Turn> roundOfTurns() {
+  const char* const spoils[] = {"program", "roleless", "large", "status", "signal",
+                                "deep",    "child",    "cut",   "root",   "empty",
+                                "bytes",   "slow",     "loud",  "nothing"};
+  std::vector<Turn> turns = kSiteTurns;
+  std::size_t n = 0;
+  for (const test::Lookup& lookup : test::lookups()) {
+    if (!lookup.type.empty()) {
+      turns.push_back({lookup.function, lookup.usual, false, ""});
+      turns.push_back({lookup.function, lookup.usual, true, spoils[n++ % std::size(spoils)]});
+    }
+  }
+  return turns;
+}
 
 /// Whether it found something.
 bool run(const Turn& turn) {
@@ -118,7 +112,8 @@ bool isWithin(const char* what, long first, long last, long slack) {
 }
 
 int soak(long lookups, const std::string& plot) {
-  const long size = std::size(kRound);
+  const auto round = roundOfTurns();
+  const auto size = static_cast<long>(round.size());
   const long end = std::max(kFirst + size, (lookups + size - 1) / size * size);
   const long step = std::max<long>(1, end / size / kPoints) * size;
   const auto held = test::Holdings::now();
@@ -126,9 +121,9 @@ int soak(long lookups, const std::string& plot) {
   samples.reserve(2 * kPoints + 1);  // its growth would be taken for the library's
   Sample first = {};
   for (long i = 1; i <= end; ++i) {
-    const Turn& turn = kRound[(i - 1) % size];
+    const Turn& turn = round[static_cast<std::size_t>((i - 1) % size)];
     if (!run(turn) && !turn.hostile) {
-      std::fprintf(stderr, "lookup %ld (%s) found nothing\n", i, turn.function);
+      std::fprintf(stderr, "lookup %ld (%s) found nothing\n", i, turn.function.c_str());
       return 1;
     }
     if (i == kFirst || i % step == 0) {
