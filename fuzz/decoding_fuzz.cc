@@ -155,12 +155,36 @@ void modelTrim(std::string& text) {
   modelRemove(text, "&raquo;");
 }
 
+std::string freed(char* text) {
+  const std::string copy = text;
+  std::free(text);
+  return copy;
+}
+
+/// What is encoded is decoded again, and nothing is read or written beyond its end.
+void runPercent(const std::string& text) {
+  fuzz::Exact exact(text);
+  fuzz::Exact encoded(freed(libquilp::url_encode(exact.text())));
+  std::string expected = text;  // a "+" is kept, and stands for a blank
+  std::replace(expected.begin(), expected.end(), '+', ' ');
+  fuzz::expectText("a text that was encoded", freed(libquilp::url_decode(encoded.text())),
+                   expected);
+  fuzz::expect(freed(libquilp::url_decode(exact.text())).size() <= text.size(), "it grows");
+  const int size = static_cast<int>(text.size());
+  std::string room(3 * text.size() + 1, '#');
+  fuzz::expect(StringConvert2PercentString(exact.text(), size, room.data(), 3 * size) ==
+                       (size > 0 && size <= UINT16_MAX ? 0 : -1) &&
+                   StringConvert2PercentString(exact.text(), size, room.data(), 3 * size - 1) == -1,
+               "the escapes' status is another");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes = fuzz::bytesOf(data, size);
   const std::string text = fuzz::textOf(data, size);
 
+  runPercent(text);
   fuzz::Exact decoded(text);
   const std::string inPlace(decoded.text(), decode_html_entities_utf8(decoded.text(), nullptr));
   fuzz::Exact room(text);

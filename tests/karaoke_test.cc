@@ -180,29 +180,6 @@ TEST(KaraokeTitle, CountsWords) {
   }
 }
 
-TEST_F(KaraokeName, IsCutWhereItsBufferEnds) {
-  const string song = "国";
-  for (const int size : {1022, 1023, 1024, 1025, 100000}) {
-    const string text(static_cast<std::size_t>(size), 'a');
-    const string fitting = text.substr(0, 1023);
-    EXPECT_EQ(parsed(parseTitleAndLangAndVocal, text + "[M][L]").title, fitting);
-    EXPECT_EQ(parsed(parseTitleAndLangAndVocal, text + "[M][L]").audioTrack, 1);
-    const auto artists = parsed(parseArtist, text + "[F]+B").artists;
-    ASSERT_EQ(artists.size(), 2U);
-    EXPECT_EQ(artists[0].name + artists[1].name, fitting + "B");
-    EXPECT_EQ(fromName(text), "title:" + fitting + "|words:1|");
-  }
-  EXPECT_EQ(fromName(string(1016, 'a') + "[M].mkv"),
-            "title:" + string(1016, 'a') + "|language:1|words:1|");
-  EXPECT_EQ(fromName(string(1016, 'a') + "[M].mkvx"),
-            "title:" + string(1016, 'a') + "|language:1|words:1|");
-  // Never inside a character; bytes that are none are cut anywhere.
-  EXPECT_EQ(fromName(string(1020, 'a') + song + song),
-            "title:" + string(1020, 'a') + song + "|words:2|");
-  EXPECT_EQ(fromName(string(1021, 'a') + song), "title:" + string(1021, 'a') + "|words:1|");
-  EXPECT_EQ(parsed(parseArtist, string(2000, '\x80')).artists.at(0).name.size(), 1023U);
-}
-
 TEST_F(KaraokeName, OfAFileDescribesIt) {
   KTV_ExtraData_t info;
   info.genres = {"old"};

@@ -22,12 +22,7 @@ class Page : public testing::Test {
   void SetUp() override {
     test::writeFile("/etc/config/zorp.conf", "");
     std::remove("/sbin/curl");
-    test::writeScript(
-        "/sbin/curl",
-        "echo \"$*\" >>/etc/config/asked\n"
-        "case $* in *fanart*) page=/etc/config/json ;; *) page=/etc/config/page ;; esac\n"
-        "while [ $# -gt 0 ] && [ \"$1\" != -o ]; do shift; done\n"
-        "cat $page >\"${2-/dev/stdout}\"\n");
+    ASSERT_EQ(symlink(QUILP_TESTS "/curl.sh", "/sbin/curl"), 0);
   }
   void TearDown() override {
     std::remove("/sbin/curl");
@@ -340,6 +335,7 @@ TEST_F(Page, OfAnEpisodeIsFoundInItsSeasonAndCut) {
 }
 
 TEST_F(Page, WithoutAnEndIsNoPage) {
+  std::remove("/sbin/curl");
   test::writeScript(
       "/sbin/curl",
       "case $* in\n"
@@ -378,7 +374,7 @@ TEST_F(Page, IsNotWrittenThroughWhatStandsInItsPlace) {
 
 TEST_F(Page, OfArtworkMayBeBrokenDeepOrLarge) {
   test::writeFile(
-      "/etc/config/page",
+      "/etc/config/page.xml",
       "<metadata><artist-list><artist id='a'/></artist-list><release-group-list>"
       "<release-group><title>T</title></release-group></release-group-list></metadata>");
   const string broken[] = {"",
@@ -390,15 +386,16 @@ TEST_F(Page, OfArtworkMayBeBrokenDeepOrLarge) {
                            string(100000, '['),
                            "{\"a\":" + string(50 << 20, '[')};
   for (const string& document : broken) {
-    test::writeFile("/etc/config/json", document);
+    test::writeFile("/etc/config/page.json", document);
     EXPECT_EQ(test::standardErrorOf([] {
                 EXPECT_EQ(ask("velGetArtistThumbnail", {"x"}).result, 0);
               }).substr(0, 30),
               "Failed to parse configuration\n")
         << document.substr(0, 20);
   }
-  test::writeFile("/etc/config/json", "// c\n{\"s\": \"" + string(50 << 20, 'x') +
-                                          "\", \"artistbackground\": [{\"url\": \"u\"}]} rest");
+  test::writeFile("/etc/config/page.json",
+                  "// c\n{\"s\": \"" + string(50 << 20, 'x') +
+                      "\", \"artistbackground\": [{\"url\": \"u\"}]} rest");
   EXPECT_EQ(ask("velGetArtistThumbnail", {"x"}).text, "url:u|");
   std::remove("/etc/config/asked");
   EXPECT_EQ(ask("velSearchAlbum", {"x"}).text, "name:T|date:|image:|");  // nothing to ask for

@@ -34,6 +34,18 @@ TEST(Percent, KeepsAnAddressesStructureAndDecodesWithoutACheck) {
   EXPECT_EQ(urlDecoded("%gg%"), "\x10");  // 16 * 16 + 16, in eight bits
 }
 
+TEST(Percent, KnowsTheDigitsOfEveryByte) {
+  const string digits = "0123456789abcdef";
+  for (int byte = 0; byte < 256; ++byte) {
+    const char c = static_cast<char>(byte);
+    EXPECT_EQ(to_hex(c), digits[static_cast<size_t>(byte) & 15]);
+    EXPECT_EQ(libquilp::to_hex(c), to_hex(c));
+    const size_t value = digits.find(byte >= 'A' && byte <= 'F' ? static_cast<char>(byte + 32) : c);
+    EXPECT_EQ(char2hex(c), value == string::npos ? 16 : static_cast<int>(value)) << byte;
+    EXPECT_TRUE(value == string::npos || libquilp::from_hex(c) == char2hex(c)) << byte;
+  }
+}
+
 TEST(Percent, EscapesBytesIntoABuffer) {
   const auto convert = [](string source, int size) {
     string buffer(static_cast<size_t>(size) + 1, '#');
