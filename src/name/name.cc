@@ -35,6 +35,14 @@ bool namesRelease(const Name& folder, const Name& file) {
   if (folder.title.empty() || !released || !file.identifiers.empty()) {
     return false;
   }
+  const bool tagged = file.year != 0 || !file.source.empty() || !file.videoCodec.empty() ||
+                      !file.resolution.empty() || file.kind == NameKind::kEpisode;
+  const bool shortForm =
+      file.title.find_first_of(" ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string::npos &&
+      file.title.size() <= 24;
+  if (!tagged && (shortForm || file.container.empty())) {
+    return true;
+  }
   const bool episode = !folder.episodes.empty() || !folder.airDate.empty();
   const bool fileEpisode = file.kind == NameKind::kEpisode;
   return (episode && !fileEpisode) ||

@@ -189,9 +189,7 @@ void readMoreSeasons(Bytes& bytes, NumberList& seasons) {
     next.skip(' ');
     const bool range = next.peek() == '-' || next.peek() == '~';
     next = bytes;
-    if (next.skipSeparators(3) == 0) {
-      return;
-    }
+    next.skipSeparators(3);
     int number = 0;
     Bytes lettered = next;
     if (!(lettered.skip('s') && lettered.number(2, number) && lettered.atEnd())) {
@@ -242,7 +240,7 @@ Marker seasonMarkerAt(std::string_view name, std::size_t at, char letter) {
     marker.end = disc.at();
     return marker;
   }
-  if (!bytes.atEnd()) {
+  if (!bytes.atEnd() && bytes.peek() != 's') {
     return {};
   }
   // "S1-02" is an episode, "S01-04" are seasons: the second number is written as the first
@@ -259,6 +257,9 @@ Marker seasonMarkerAt(std::string_view name, std::size_t at, char letter) {
     return marker;
   }
   readMoreSeasons(bytes, marker.seasons);
+  if (!bytes.atEnd()) {
+    return {};
+  }
   marker.end = bytes.at();
   return marker;
 }

@@ -50,8 +50,27 @@ Reader::Reader(std::string_view text, const Surroundings& surroundings, Name& na
   }
 }
 
+namespace {
+
+/// Letters at random, which hide what a release is: a long word of digits and letters.
+bool isObfuscated(std::string_view word) {
+  std::size_t changes = 0;
+  bool hex = true;
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    if (!isDigit(word[i]) && !isLetter(word[i])) {
+      return false;
+    }
+    hex = hex && (isDigit(word[i]) || lower(word[i]) <= 'f');
+    changes += i > 0 && isDigit(word[i]) != isDigit(word[i - 1]) ? 1 : 0;
+  }
+  return (hex && word.size() >= 16) || (word.size() >= 10 && changes >= 3) ||
+         (word.size() >= 20 && changes > 0);
+}
+
+}  // namespace
+
 void Reader::read() {
-  if (tokens_.count == 0) {
+  if (tokens_.count == 0 || (tokens_.count == 1 && isObfuscated(tokens_.text(0)))) {
     return;
   }
   matchTags();
@@ -64,6 +83,7 @@ void Reader::read() {
   findShortDate();
   findStart();
   undoLeadGroup();
+  skipScenePrefix();
   findYear();
   if (name_.episodes.empty() && name_.airDate.empty()) {
     findBareNumber();

@@ -54,6 +54,7 @@ class Reader {
   // reader_title.cc
   void findStart();
   void undoLeadGroup();
+  void skipScenePrefix();
   void findYear();
   std::size_t textEnd(std::size_t from, bool isTitle) const;
   std::size_t walkedBack(std::size_t from, std::size_t end, bool beforeYear, bool isTitle) const;

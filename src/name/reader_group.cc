@@ -160,6 +160,9 @@ void Reader::findGroup() {
       tagged = tagged || i >= titleEnd_;
     }
   }
+  if (!name_.group.empty()) {
+    return;
+  }
   if (leadGroupEnd_ != 0 && name_.group.empty()) {
     std::size_t from = 0;
     while (from < leadGroupEnd_ && t[from].taken) {

@@ -418,11 +418,19 @@ bool Reader::bareNumberAt(std::size_t i) {
     return true;
   }
   const int number = list.numbers.front();
+  if (list.numbers.size() == 1 && t[i].bracket != 0 &&
+      (number == 720 || number == 1080 || number == 2160)) {
+    return false;  // lines of the picture
+  }
   const std::size_t digits = t[i].digits ? t[i].end - t[i].begin : 2;
   const bool isRange = list.numbers.size() > 1;
   const bool versioned = !t[i].digits;
   if (isYear(number) && !isRange && !(fansub_ && (t[i].gap & kSpacedDashGap) != 0)) {
     return false;
+  }
+  if (i > start_ && t[i].gap == kDotGap && t[i - 1].digits &&
+      (i > 1 ? t[i - 1].gap & kBlankGap : 0) != 0) {
+    return false;  // Evangelion 1.11
   }
   const bool atEnd = end == tokens_.count;
   const bool beforeBracket = !atEnd && t[end].bracket != t[i].bracket;
@@ -435,7 +443,11 @@ bool Reader::bareNumberAt(std::size_t i) {
       (atEnd || t[end].bracket != t[i].bracket || (match_[end] && match_[end].tag != nullptr));
   const bool spacedDash = (t[i].gap & kSpacedDashGap) != 0;
   bool accepted = false;
-  if (t[i].bracket != 0) {
+  const bool afterTV = t[i].bracket != 0 && i > 0 && t[i - 1].bracket == t[i].bracket &&
+                       tokens_.text(i - 1) == "TV" && (t[i - 1].gap & kBracketGap) != 0;
+  if (afterTV) {
+    accepted = true;
+  } else if (t[i].bracket != 0) {
     accepted = bracketed && tokens_.bracket[t[i].bracket].square &&
                (fansub_ || versioned || isRange) && digits <= 4 && i > start_;
     accepted = accepted || (bracketed && isRange && digits >= 2 && i > start_);
@@ -456,14 +468,15 @@ bool Reader::bareNumberAt(std::size_t i) {
     accepted = true;
   } else if (!name_.seasons.empty() && name_.episodes.empty()) {
     accepted = (atEnd || beforeBracket || beforeTag || i == markerEnd_) && digits >= 2;
-  } else if (surroundings_.inFolder && digits == 2 && text_[t[i].begin] == '0') {
-    accepted = atEnd || beforeBracket;
+  } else if (text_[t[i].begin] == '0' && digits >= 2 && digits <= 4 && number != 7) {
+    accepted = atEnd || beforeBracket || (match_[end].words != 0 && match_[end].tag != nullptr);
   }
   const bool seasonAndEpisode = (digits == 3 || digits == 4) && !isRange && number % 100 > 0 &&
                                 number >= 100 && !fansub_ && name_.seasons.empty();
   if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 && year_ == kNone &&
       (digits == 3 || number % 100 < 40) &&
-      ((beforeTag && match_[end].tag != nullptr && match_[end].tag->field == NameField::kSource) ||
+      ((beforeTag && match_[end].tag != nullptr && match_[end].tag->field == NameField::kSource &&
+        match_[end].tag->value != "PPV") ||
        (surroundings_.inSeasonFolder && (atEnd || beforeDash)))) {
     Marker marker;
     marker.seasons = {{number / 100}, t[i].begin, t[i].begin + digits - 2};

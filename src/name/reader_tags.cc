@@ -73,20 +73,25 @@ void Reader::splitGlued() {
   for (std::size_t i = 0; i < tokens_.count && tokens_.count < Tokens::kMost; ++i) {
     const Token& word = tokens_.token[i];
     const std::size_t size = word.end - word.begin;
-    if (word.digits || word.high || size < 5 || size > 20 || match_[i]) {
+    if (word.digits || word.high || size < 3 || size > 20 || match_[i]) {
       continue;
     }
     const std::string_view text = tokens_.text(i);
-    for (std::size_t cut = 2; cut + 3 < size; ++cut) {
+    for (std::size_t cut = 2; cut < size; ++cut) {
       const bool change = isDigit(text[cut]) != isDigit(text[cut - 1]) ||
-                          (lower(text[cut]) == 'x' && isDigit(text[cut + 1])) ||
+                          (lower(text[cut]) == 'x' && cut + 1 < size && isDigit(text[cut + 1])) ||
                           (lower(text[cut - 1]) == 'p' && isDigit(text[cut]));
       if (!change || !split(i, cut)) {
         continue;
       }
       const Match& left = match_[i];
       const Match& right = match_[i + 1];
-      if (right && (right.tag == nullptr || right.tag->use == TagUse::kEndsTitle) && left) {
+      const bool counted =
+          left && left.tag != nullptr && tokens_.token[i + 1].digits && size - cut <= 3 &&
+          (left.tag->field == NameField::kSeason || left.tag->field == NameField::kEpisode ||
+           (left.tag->field == NameField::kPart && lower(text[0]) != 'p'));
+      if (counted || (size - cut >= 3 && right && left &&
+                      (right.tag == nullptr || right.tag->use == TagUse::kEndsTitle))) {
         if (i > 0) {
           match_[i - 1] = matchAt(i - 1);
         }

@@ -20,7 +20,7 @@ bool hasLatin(std::string_view text) {
 bool isForeign(const Token& token, std::string_view text) {
   bool other = false;
   for (const char c : text) {
-    other = other || static_cast<unsigned char>(c) >= 0xCE;
+    other = other || (static_cast<unsigned char>(c) >= 0xCE && c != '\xE2');  // Ⅱ is no letter
   }
   return token.high && other && !hasLatin(text);
 }
@@ -64,6 +64,13 @@ void Reader::findStart() {
     for (std::size_t i = start_; i < end && end - start_ > 1; ++i) {
       inner = inner || (t[i].digits && isYear(t[i].number) && i + 1 == end && i > start_);
     }
+    // "[Group][Site] Title": the text outside is the title
+    if (leadGroupEnd_ != 0 && tokens_.bracket[outer].square && end < tokens_.count &&
+        outerBracket(end) == 0 && isFree(start_, end) && !t[end].taken && !match_[end] &&
+        !t[end].digits) {
+      start_ = end;
+      break;
+    }
     if (end == tokens_.count || leadGroupEnd_ != 0 || inner ||
         (!tokens_.bracket[outer].square && !year)) {
       break;
@@ -97,6 +104,29 @@ void Reader::undoLeadGroup() {
     ++start_;
   }
   leadGroupEnd_ = 0;
+}
+
+/// "group-some.title.2012.720p.bluray.x264": the group before the title, all in lower case.
+void Reader::skipScenePrefix() {
+  const Token* const t = tokens_.token;
+  if (start_ != 0 || tokens_.count < 5 || t[1].gap != kDashGap || t[0].taken || t[1].taken) {
+    return;
+  }
+  for (std::size_t i = 2; i < tokens_.count; ++i) {
+    if ((t[i].gap & ~(kDotGap | kDashGap)) != 0 || ((t[i].gap & kDashGap) != 0 && !match_[i])) {
+      return;
+    }
+  }
+  for (const char c : text_) {
+    if (c >= 'A' && c <= 'Z') {
+      return;
+    }
+  }
+  if (endsTitle(tokens_.count - 1)) {
+    name_.group = std::string(tokens_.text(0));
+    take(NameField::kGroup, 0, 1);
+    start_ = 1;
+  }
 }
 
 /// The last plausible year outside the title. In brackets it is surer; a title is never emptied.
@@ -172,7 +202,8 @@ std::size_t Reader::walkedBack(std::size_t from, std::size_t end, bool beforeYea
       if (accepted && !(capitals && !capital && tag->use == TagUse::kMayBeTitle)) {
         end -= words;
         moved = true;
-        capitals = capitals || capital;
+        capitals = capitals ||
+                   (capital && tag->use == TagUse::kMayBeTitle && tag->field != NameField::kOther);
       }
     }
     if (!moved) {
@@ -212,7 +243,12 @@ std::size_t Reader::textEnd(std::size_t from, bool isTitle) const {
         }
         textAfter = true;
       }
-      if (tag || !textAfter) {
+      const bool numberAfter = close < tokens_.count && (t[close].gap & kSpacedDashGap) != 0;
+      bool plain = fansub_ && isTitle && (!tokens_.bracket[outer].square || numberAfter);
+      for (std::size_t i = end; i < close; ++i) {
+        plain = plain && !t[i].taken && !match_[i];
+      }
+      if ((tag || !textAfter) && !plain) {
         break;
       }
     }
@@ -257,7 +293,10 @@ void Reader::readTitle() {
   // "Episode 14 A Title": the text after the marker
   if (marker_ == start_ && markerEnd_ < tokens_.count && outerBracket(markerEnd_) == 0 &&
       !surroundings_.inFolder) {
-    std::size_t from = markerEnd_;
+    std::size_t from = start_;
+    while (from < tokens_.count && t[from].taken) {
+      ++from;
+    }
     const std::size_t end = textEnd(from, true);
     if (end > from && isFree(from, end)) {
       addTitles(from, end);
@@ -278,7 +317,7 @@ void Reader::readBracketTitles() {
       ++textTo;
     }
     const bool numbers = textTo == i + 1 && t[i].digits;
-    if (textTo > i && !numbers) {
+    if (textTo > i && !numbers && tokens_.text(i, textTo) != "TV") {
       texts.emplace_back(i, textTo);
       if (textTo < end) {
         i = end;
@@ -320,6 +359,7 @@ void Reader::addTitles(std::size_t from, std::size_t to) {
   std::size_t count = 0;
   std::size_t begin = from;
   bool allForeign = isForeign(t[from], tokens_.text(from));
+  bool allLatin = !allForeign;
   for (std::size_t i = from + 1; i <= to && count < 7; ++i) {
     if (i == to) {
       pieces[count++] = {begin, i};
@@ -331,13 +371,15 @@ void Reader::addTitles(std::size_t from, std::size_t to) {
     const bool aka = isAka(tokens_.text(i)) && i + 1 < to && i > begin;
     const bool foreign = isForeign(t[i], tokens_.text(i));
     bool script = false;
-    if (allForeign && !t[i].high && !t[i].digits && hasLatin(tokens_.text(i)) &&
-        (t[i].gap & (kBlankGap | kDotGap | kUnderscoreGap)) != 0 && count == 0 && begin == from) {
-      script = true;
+    const bool parted =
+        (t[i].gap & (kBlankGap | kDotGap | kUnderscoreGap)) != 0 && count == 0 && begin == from;
+    if (parted && ((allForeign && !foreign && !t[i].digits) || (allLatin && foreign))) {
+      script = hasLatin(foreign ? tokens_.text(from, i) : tokens_.text(i));
       for (std::size_t k = i; k < to; ++k) {
-        script = script && !isForeign(t[k], tokens_.text(k));
+        script = script && isForeign(t[k], tokens_.text(k)) == foreign;
       }
     }
+    allLatin = allLatin && !foreign;
     allForeign = allForeign && (foreign || t[i].digits);
     if (slash || (t[i].gap & kBarGap) != 0 || aka || script) {
       pieces[count++] = {begin, i};
