@@ -6,6 +6,7 @@ target_sources(quilp_names PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/numbers.cc
   ${CMAKE_CURRENT_LIST_DIR}/path.cc
   ${CMAKE_CURRENT_LIST_DIR}/reader.cc
+  ${CMAKE_CURRENT_LIST_DIR}/reader_bare_number.cc
   ${CMAKE_CURRENT_LIST_DIR}/reader_group.cc
   ${CMAKE_CURRENT_LIST_DIR}/reader_numbers.cc
   ${CMAKE_CURRENT_LIST_DIR}/reader_tags.cc

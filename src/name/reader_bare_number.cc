@@ -1,0 +1,157 @@
+#include <algorithm>
+
+#include "name/reader.h"
+
+// Episodes whose number stands alone: "Show - 05", "[05]", "Show.101.HDTV".
+
+namespace libquilp {
+
+/// A number after a dash is the surest, then one alone in a bracket.
+void Reader::findBareNumber() {
+  for (int pass = 0; pass < 3; ++pass) {
+    for (std::size_t i = start_; i < tokens_.count; ++i) {
+      const Token& word = tokens_.token[i];
+      const int kind = (word.gap & kSpacedDashGap) != 0 ? 0 : word.bracket != 0 ? 1 : 2;
+      if (kind == pass && !word.taken && isDigit(text_[word.begin]) && !match_[i] &&
+          bareNumberAt(i)) {
+        return;
+      }
+    }
+  }
+}
+
+bool Reader::bareNumberAt(std::size_t i) {
+  Token* const t = tokens_.token;
+  // A range has two words: 01-12, 01 ~ 12
+  std::size_t end = i + 1;
+  NumberList list = numbersIn(tokens_.text(i));
+  if (list.empty() && t[i].digits && t[i].end - t[i].begin == 5) {
+    list = {{t[i].number}, t[i].begin, t[i].end};
+  }
+  if (list.empty()) {
+    return false;
+  }
+  if (end < tokens_.count && !t[end].taken && t[end].bracket == t[i].bracket &&
+      isDigit(text_[t[end].begin]) && (t[end].gap & (kDashGap | kTildeGap)) != 0) {
+    const NumberList last = numbersIn(tokens_.text(end));
+    const std::string_view between = text_.substr(t[i].end, t[end].begin - t[i].end);
+    if (last.numbers.size() == 1 && last.numbers.front() > list.numbers.front() &&
+        last.numbers.front() - list.numbers.front() < 2000 && !isYear(last.numbers.front()) &&
+        (between == "-" || between == "~" || between == " ~ " || between == " - ")) {
+      addRange(list.numbers.front() + 1, last.numbers.front(), list.numbers);
+      ++end;
+    }
+  }
+  // 12.5: between two episodes
+  else if (end < tokens_.count && t[end].digits && t[end].gap == kDotGap && t[end].number == 5 &&
+           t[end].end - t[end].begin == 1 && (t[i].gap & kSpacedDashGap) != 0) {
+    name_.extra = "special";
+    take(NameField::kExtra, i, end + 1);
+    marker_ = marker_ == kNone ? i : marker_;
+    markerEnd_ = end + 1;
+    return true;
+  }
+  const int number = list.numbers.front();
+  if (list.numbers.size() == 1 && t[i].bracket != 0 &&
+      (number == 720 || number == 1080 || number == 2160)) {
+    return false;  // lines of the picture
+  }
+  const std::size_t digits = t[i].digits ? t[i].end - t[i].begin : 2;
+  const bool isRange = list.numbers.size() > 1;
+  const bool versioned = !t[i].digits;
+  if (isYear(number) && !isRange && !(fansub_ && (t[i].gap & kSpacedDashGap) != 0)) {
+    return false;
+  }
+  if (i > start_ && t[i].gap == kDotGap && t[i - 1].digits &&
+      (i > 1 ? t[i - 1].gap & kBlankGap : 0) != 0) {
+    return false;  // Evangelion 1.11
+  }
+  const bool atEnd = end == tokens_.count;
+  const bool beforeBracket = !atEnd && t[end].bracket != t[i].bracket;
+  const bool beforeTag =
+      !atEnd && (endsTitle(end) || (match_[end] && match_[end].tag != nullptr &&
+                                    match_[end].tag->field == NameField::kSource));
+  const bool beforeDash = !atEnd && (t[end].gap & (kSpacedDashGap)) != 0;
+  const bool bracketed =
+      t[i].bracket != 0 && (i == 0 || t[i - 1].bracket != t[i].bracket) &&
+      (atEnd || t[end].bracket != t[i].bracket || (match_[end] && match_[end].tag != nullptr));
+  const bool spacedDash = (t[i].gap & kSpacedDashGap) != 0;
+  const bool afterTV = t[i].bracket != 0 && i > 0 && t[i - 1].bracket == t[i].bracket &&
+                       tokens_.text(i - 1) == "TV" && (t[i - 1].gap & kBracketGap) != 0;
+  const bool parted = atEnd || beforeBracket || beforeTag;
+  bool accepted = false;
+  if (t[i].bracket != 0) {
+    const bool square =
+        tokens_.bracket[t[i].bracket].square && digits <= 4 && (fansub_ || versioned || isRange);
+    accepted = afterTV || (bracketed && i > start_ && (square || (isRange && digits >= 2)));
+  } else if (i == start_) {
+    // "01 - Asteroid Blues" in a folder of a season or a show
+    accepted = (surroundings_.inSeasonFolder && digits <= 3) ||
+               (surroundings_.inFolder && digits >= 2 && digits <= 3 && (beforeDash || atEnd));
+  } else {
+    const bool padded = text_[t[i].begin] == '0' && digits >= 2 && digits <= 4 && number != 7;
+    const bool dashed = spacedDash && digits <= 4 && (digits >= 2 || fansub_);
+    const bool inFansub = fansub_ && (parted || isRange || beforeDash) && (digits >= 2 || isRange);
+    const bool afterSeason = !name_.seasons.empty() && name_.episodes.empty() && digits >= 2 &&
+                             (parted || i == markerEnd_);
+    const bool tagged = !atEnd && match_[end] && match_[end].tag != nullptr;
+    accepted = versioned || dashed || inFansub || afterSeason ||
+               (isRange && digits >= 2 && parted) || (padded && (atEnd || beforeBracket || tagged));
+  }
+  const bool seasonAndEpisode = (digits == 3 || digits == 4) && !isRange && number % 100 > 0 &&
+                                number >= 100 && !fansub_ && name_.seasons.empty();
+  if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 && year_ == kNone &&
+      (digits == 3 || number % 100 < 40) &&
+      ((beforeTag && match_[end].tag != nullptr && match_[end].tag->field == NameField::kSource &&
+        match_[end].tag->value != "PPV") ||
+       (surroundings_.inSeasonFolder && (atEnd || beforeDash)))) {
+    Marker marker;
+    marker.seasons = {{number / 100}, t[i].begin, t[i].begin + digits - 2};
+    marker.episodes = {{number % 100}, t[i].begin + digits - 2, t[i].end};
+    marker.end = t[i].end;
+    takeMarker(i, marker);
+    return true;
+  }
+  // extant.10708.hdtv: season 1, episodes 7 and 8
+  if (!accepted && digits == 5 && i > start_ && beforeTag &&
+      number / 100 % 100 + 1 == number % 100) {
+    Marker marker;
+    marker.seasons = {{number / 10000}, t[i].begin, t[i].begin + 1};
+    marker.episodes = {{number / 100 % 100, number % 100}, t[i].begin + 1, t[i].end};
+    marker.end = t[i].end;
+    takeMarker(i, marker);
+    return true;
+  }
+  if (!accepted) {
+    return false;
+  }
+  for (std::size_t k = i; k < end; ++k) {
+    t[k].taken = true;
+  }
+  list.begin = t[i].begin;
+  list.end = t[end - 1].end;
+  // "16 (191)": the second number counts through all seasons
+  NumberList absolute;
+  if (end < tokens_.count && t[end].bracket != t[i].bracket && t[end].bracket != 0 &&
+      !tokens_.bracket[t[end].bracket].square && isDigit(text_[t[end].begin]) && !match_[end]) {
+    const std::size_t close = bracketEnd(end);
+    absolute = numbersIn(tokens_.text(end, close));
+    if (!absolute.empty() && absolute.numbers.size() == list.numbers.size() &&
+        absolute.numbers.front() > list.numbers.front() && !isYear(absolute.numbers.front())) {
+      absolute.begin = t[end].begin;
+      absolute.end = t[close - 1].end;
+      for (; end < close; ++end) {
+        t[end].taken = true;
+      }
+      takeEpisodes(absolute, true);
+    } else {
+      absolute = {};
+    }
+  }
+  takeEpisodes(list, name_.seasons.empty() && !surroundings_.inSeasonFolder && absolute.empty());
+  marker_ = marker_ == kNone ? i : std::min(marker_, i);
+  markerEnd_ = markerEnd_ == kNone ? end : std::max(markerEnd_, end);
+  return true;
+}
+
+}  // namespace libquilp
