@@ -6,10 +6,15 @@ int main() {
   velMovie_* movies = nullptr;
   int error = 0;  // an add-on's exit status
   const int n = velSearchMovie("The.Paper.Lighthouse.2011.1080p.BluRay", 5, &movies, &error);
+  int hits = 0;
   for (int i = 0; i < n; ++i) {
-    const velMovie_& movie = movies[i];  // a null field is not known
-    std::printf("%s %s\n", movie.id ? movie.id : "-", movie.title ? movie.title : "?");
+    const velMovie_& movie = movies[i];
+    if (movie.title == nullptr || *movie.title == '\0') {
+      continue;  // the built-in search says "no results" by one empty record
+    }
+    ++hits;
+    std::printf("%s %s\n", movie.id != nullptr ? movie.id : "-", movie.title);
   }
   velFreeMovies(movies, n);
-  return n > 0 ? 0 : 1;
+  return hits > 0 ? 0 : 1;
 }

@@ -5,51 +5,60 @@
  * @file
  * libquilp: descriptive metadata for the media files of a storage appliance.
  *
+ * For C++ only. Records hold std::string and std::vector, so a program must use the C++ standard
+ * library that libquilp was built with: libstdc++ with its C++11 interface
+ * (_GLIBCXX_USE_CXX11_ABI=1, the default since GCC 5). C++17 or later.
+ *
  * Conventions
  *
  * 1. Strings are zero-terminated bytes in UTF-8. A null field means "not known".
  * 2. Arrays come from calloc, strings from malloc. The caller owns both and releases them with the
- *    domain's free function, which releases the text fields only: it neither resets pointers nor
- *    touches lists. Free a record once.
- * 3. Records that hold lists are constructed and destroyed by the caller, who passes their address.
- *    The library fills them.
- * 4. Searches return the number of records, 0 for none or failure. Detail lookups return 0 on
- *    success. Print functions write one XML document to standard output (the C stream `stdout`,
- *    not flushed here).
- * 5. An identifier is the scraper's own with five characters in front, which tell the catalogue
- *    whose it is. An add-on gets it without them (an empty one when it is shorter); the built-in
- *    scrapers take an identifier of the site as a search gave it, nothing in front.
- * 6. No function reports by exception. Where a standard exception can leave one, it says so.
- * 7. When memory runs out, a call fails or does with less: a text field is null, an add-on is not
- *    found. A search that fails gives 0; another function that returns a status, 1 or what it says
- *    itself. A details record holds the fields read so far. Only ProcessKeyword lets std::bad_alloc
- *    out.
+ *    free function of the record. It releases the text fields; it does not reset pointers and does
+ *    not touch lists. Free a record once.
+ * 3. The caller constructs and destroys records that hold lists, and passes their address. The
+ *    library fills them.
+ * 4. Searches return the number of records: 0 for none or for a failure. Details functions return 0
+ *    on success. Print functions write one XML document to standard output (the C stream `stdout`,
+ *    which they do not flush).
+ * 5. For an add-on, put five characters before its own identifier; the library drops them, and an
+ *    identifier shorter than that becomes empty. The built-in scrapers take an identifier as their
+ *    search gave it, without a prefix.
+ * 6. Functions report errors by their result. Where a standard exception can leave one, it says so.
+ * 7. Out of memory, a call fails or does less: a text field is null, an add-on is not found. A
+ *    search returns 0; another function that returns a status returns 1 or what it documents. A
+ *    details record holds the fields read so far. Only ProcessKeyword throws std::bad_alloc.
+ * 8. Null pointers. A null text counts as an empty one, except that a null `lang` stands for the
+ *    configured language and the TV functions refuse a null `id`. `error` may be null: the status
+ *    is not stored then. A null record or a null place for an array is refused before anything is
+ *    looked up: a search returns 0, a details function 1. Free functions, initKTVInfo and the parse
+ *    functions ignore a null record. A text function given null returns its failure or does
+ *    nothing.
  *
  * What the library does to your process
  *
- * - It reads /etc/config/zorp.conf (which add-ons are enabled) at each lookup, and
- *   /etc/config/catalox.conf (an add-on's language); it keeps nothing between calls.
- * - iniparser reads both, and does not look whether it gets memory for its tables. The library
- * looks before; should another thread take the last of it in between, the process ends.
- * - It runs an add-on with posix_spawn and waits for it, however long that takes; the add-on
- *   inherits standard input. Pages are fetched by /sbin/curl through system and popen, at most 25
- *   seconds each, but for the picture page that leads to a show's banner, which has no limit.
- *   Documents of the music services have 15 seconds to connect at each try and no other limit.
- * - The searches behind velSearchMovie and velSearchTVShows start one thread for each result and
- *   join them all before they return.
- * - An add-on's document goes to a file of its own under /tmp that is removed before the call
- *   returns, and so do a music service's document and its headers. Pages go to files of fixed names
- *   under /var/tmp that are left behind: within a process requests of one kind wait for each other;
- *   two processes must not make requests of one kind at the same time.
- * - A document or a page that is no regular file, or larger than 64 MiB, counts as one that cannot
- *   be read.
+ * - At each lookup it reads /etc/config/zorp.conf (which add-ons are enabled) and, for a language,
+ *   /etc/config/catalox.conf. It keeps nothing between calls.
+ * - iniparser reads both files. Out of memory, it may crash the process; the library checks for
+ *   memory right before, but another thread may take it.
+ * - It starts an add-on with posix_spawn and waits for it without a time limit. The add-on inherits
+ *   standard input. Pages are fetched by /sbin/curl through system and popen, each within 25
+ *   seconds; the page of a show's banner has no limit. Documents of the music services have 15
+ *   seconds to connect at each try and no other limit.
+ * - velSearchMovie and velSearchTVShows without an add-on start one thread for each result and join
+ *   them all before they return.
+ * - An add-on's document, and a music service's document with its headers, are temporary files
+ *   under /tmp, removed before the call returns. Pages are files of fixed names under /var/tmp,
+ *   which stay. Within a process, requests of one kind wait for each other; two processes must not
+ *   make requests of one kind at the same time.
+ * - A document or page that is not a regular file, or is larger than 64 MiB, counts as unreadable.
  * - Messages go to standard error.
- * - It relies on collecting its own children: do not ignore SIGCHLD, and do not wait for just any
- *   child (waitpid with -1) while a call runs. A child that you fork meanwhile without executing
- *   another program can hold a page's pipe open, and the call waits for it. While a page is fetched
- *   to a file, SIGINT and SIGQUIT are ignored, as system does.
+ * - It must collect its own children: do not ignore SIGCHLD, and do not wait for any child (waitpid
+ *   with -1) during a call. A child that you fork during a call without executing another program
+ *   can keep a page's pipe open; the call then waits for that child. While a page is fetched to a
+ *   file, SIGINT and SIGQUIT are ignored, as system does.
  *
- * Every function may be called from several threads at once, each with records of its own.
+ * Thread safety: every function may be called from several threads at once, each with records of
+ * its own.
  */
 
 #include <cstddef>
@@ -67,7 +76,7 @@
 /** One search result. */
 struct velMovie_ {
   char* url;     /**< address of the poster picture */
-  char* id;      /**< the scraper's identifier of the title */
+  char* id;      /**< identifier of the title, for velGetMovieByID */
   char* title;   /**< title, as the page or document has it: the built-in search keeps entities */
   char* year;    /**< year of release, as text; empty when the page names none */
   char* outline; /**< short plot outline */
@@ -126,7 +135,7 @@ QUILP_API int velPrintSearchMovie(const char* keyword, int count);
  * are appended to what `info` holds; the built-in scraper clears the lists first.
  *
  * @return 0 on success; an add-on's exit status, or 1 when it wrote no readable document; without
- *         an add-on the exit status of the client that fetched the page
+ *         an add-on the exit status of curl, which fetched the page
  * @throws std::logic_error   when an add-on names an actor without a role
  * @throws std::out_of_range  when the site's page has a plot section without its closing link
  *         In both cases `info` holds the fields read so far.
@@ -152,7 +161,7 @@ QUILP_API void velFreeMovieInfo(velMovieInfo_* info);
  * address and outline from its title page (empty strings where there is none).
  *
  * @param keyword  percent-encoded, as ProcessKeyword(…, 1) gives it. One that holds a single quote
- *                 fails, and no client is run.
+ *                 fails, and curl is not run.
  * @param count    how many results are wanted; one row of the page is read even when that is none
  * @param movies   as for velSearchMovie
  * @return         how many records are in the array; 0 for failure
@@ -166,8 +175,8 @@ QUILP_API int imdbGetMovies(const char* keyword, int count, velMovie_** movies);
  * The built-in scraper behind velGetMovieByID. Set the text fields to null before: a page that
  * cannot be fetched leaves the record untouched.
  *
- * @return the client's exit status, 0 when it fetched a page, whatever that held; 2 for an
- *         identifier with a single quote, for which no client is run
+ * @return curl's exit status, 0 when it fetched a page, whatever the page holds; 2 for an
+ *         identifier with a single quote, for which curl is not run
  * @throws std::out_of_range  as velGetMovieByID
  */
 QUILP_API int imdbGetMovieInfo(const char* id, velMovieInfo_* info);
@@ -178,7 +187,7 @@ QUILP_API int imdbGetMovieInfo(const char* id, velMovieInfo_* info);
 
 /** One search result. */
 struct velTVShow {
-  char* id;             /**< the scraper's identifier of the show */
+  char* id;             /**< identifier of the show, for velGetTVShowByID */
   char* title;          /**< title, as the page or document has it */
   char* first_air_date; /**< date or year, as text; empty when the page names none */
   char* poster;         /**< address of the poster picture */
@@ -193,13 +202,13 @@ struct velTVShowInfo {
   char* last_air_date;                  /**< YYYY-MM-DD; null for a running show */
   char* poster;                         /**< address of the poster picture */
   char* rating;                         /**< user rating, such as 8.5 */
-  char* content_rating;                 /**< content (age) rating; only add-ons give it */
+  char* content_rating;                 /**< content (age) rating; add-ons only */
   char* banner;                         /**< address of a banner picture */
   char* outline;                        /**< plot outline */
   char* duration;                       /**< running time of an episode, as text */
   std::vector<std::string> directors;   /**< neither filled nor printed */
   std::vector<std::string> creators;    /**< creators */
-  std::vector<std::string> networks;    /**< broadcasting networks; only add-ons give them */
+  std::vector<std::string> networks;    /**< broadcasting networks; add-ons only */
   std::vector<std::string> genres;      /**< genres */
   std::vector<std::string> actor_names; /**< actors */
   std::vector<std::string> actor_roles; /**< the role of the actor at the same index */
@@ -210,8 +219,8 @@ struct velTVEpisode {
   char* id;                             /**< the episode's own identifier */
   char* title;                          /**< title */
   char* air_date;                       /**< YYYY-MM-DD */
-  char* season_number;                  /**< season asked for; null for 0 when an add-on answered */
-  char* episode_number;                 /**< episode asked for; null as `season_number` */
+  char* season_number;                  /**< the requested season; null for 0 from an add-on */
+  char* episode_number;                 /**< the requested episode; null as `season_number` */
   char* thumbnail;                      /**< address of a still picture */
   char* outline;                        /**< plot outline */
   char* rating;                         /**< user rating */
@@ -254,7 +263,7 @@ QUILP_API int velPrintSearchTVShows(const char* keyword, int count, const char* 
  * are appended to what `info` holds; the built-in scraper clears genres and cast first.
  *
  * The built-in scraper may find an actor without a role: the lists then differ in length, and
- * indexes behind that actor no longer match.
+ * indexes after that actor no longer match.
  *
  * @param id    identifier of the show; null is refused
  * @param lang  language for an add-on; null for the one configured for it
@@ -293,7 +302,7 @@ QUILP_API int velGetTVEpisode(const char* id, int season, int episode, const cha
 
 /**
  * Prints what velGetTVEpisode finds as a "tvepisode" document, as velPrintTVShowByID does. Season
- * and episode are printed as they were asked for, 0 included.
+ * and episode are printed as requested, 0 included.
  */
 QUILP_API int velPrintTVEpisode(const char* id, int season, int episode, const char* lang);
 
@@ -313,7 +322,8 @@ struct velAlbum_ {
   char* name;        /**< title */
   char* artist;      /**< artist; filled by the album search only */
   char* releasedate; /**< date of the first release, as text; the built-in search leaves it empty */
-  char* image; /**< address of a cover picture; the built-in ones give an empty string for none */
+  char*
+      image; /**< address of a cover picture; the built-in search gives an empty string for none */
 };
 
 /** One picture of an artist. */
@@ -327,13 +337,13 @@ extern "C" {
  * Searches albums by title.
  *
  * @param album   what to look for
- * @param artist  whose albums; null or empty for anybody's
+ * @param artist  artist of the albums; null or empty for any artist
  * @param count   how many results are wanted; an add-on may give more, all of which are returned
  * @param albums  receives an array for velFreeAlbums, also when it holds nothing; left untouched by
  *                some failures. Set it to null before the call, and release what it holds after.
  * @return        how many records are in the array; 0 for none or failure, an add-on's too. The
- *                built-in search gives a negative count back, with an empty array, where the
- *                service has results.
+ *                built-in search returns a negative count unchanged, with an empty array, if
+ *                the service has results.
  */
 QUILP_API int velSearchAlbum(const char* album, const char* artist, int count, velAlbum_** albums);
 
@@ -341,11 +351,12 @@ QUILP_API int velSearchAlbum(const char* album, const char* artist, int count, v
  * Lists the albums of an artist: as velSearchAlbum, but without the artist's name. Of the service's
  * first `count` releases, those that are no albums are left out.
  *
- * @param artist  whose albums
- * @param count   how many releases the service is asked for; an add-on may give more
+ * @param artist  artist of the albums
+ * @param count   how many releases to ask the service for; an add-on may give more
  * @param albums  as for velSearchAlbum. When an artwork document cannot be read, the listing is
  *                abandoned: the result is 0, but the array is stored with the records filled so
- *                far. To release it, count them up to the first whose `image` is null, with it.
+ *                far. To release it, count the records up to and including the first whose
+ *                `image` is null.
  * @return        how many records are in the array; 0 for none or failure
  */
 QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums);
@@ -353,7 +364,7 @@ QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** alb
 /**
  * Lists pictures of an artist.
  *
- * @param artist  whose pictures
+ * @param artist  artist of the pictures
  * @param count   how many are wanted; an add-on may give more
  * @param thumbs  receives an array for velFreeThumbs, also when it holds nothing; left untouched by
  *                some failures. Set it to null before the call, and release what it holds after.
@@ -394,26 +405,26 @@ struct TitleSearchPattern_t {
   int kind;         /**< always 1 */
 };
 
-/** A pattern to search an artist by. For callers: the library makes none. */
+/** A pattern to search an artist by. For callers; the library creates none. */
 struct ArtistSearchPattern_t {
   std::string text; /**< the name */
   int wordCount;    /**< as TitleSearchPattern_t counts */
-  int kind;         /**< as the caller has it */
+  int kind;         /**< as the caller sets it */
 };
 
 /** One singer. */
 struct ArtistData_t {
-  std::string name; /**< as it stands in the file name, blanks at its ends included */
+  std::string name; /**< as in the file name, with blanks at its ends */
   int gender;       /**< code of g_GenderCode; 0 for none */
   int nationality;  /**< an add-on's code, which the library does not translate; 0 for none */
   std::vector<ArtistSearchPattern_t> patterns; /**< left empty */
 };
 
-/** What a song file's name, or an add-on, tells. The caller constructs and destroys it. */
+/** Facts of a song, from its file name or an add-on. The caller constructs and destroys it. */
 struct KTV_ExtraData_t {
   int language;      /**< code of g_LanguageCode; -1 not known, 0 a bracket that is no language */
   int reserved1;     /**< set to -1, otherwise untouched */
-  int gain;          /**< as an add-on gave it; -1 not known */
+  int gain;          /**< from an add-on; -1 not known */
   int reserved2;     /**< set to -1, otherwise untouched */
   int audioTrack;    /**< code of g_VocalTrackCode; -1 not known, 0 a bracket that is no track */
   std::string title; /**< song title */
@@ -436,14 +447,14 @@ struct KaraokeLanguageEntry {
   int code;            /**< 0 ends the table */
 };
 
-/** A marker in a file name, and what it stands for. */
+/** A marker in a file name, and its code. */
 struct KaraokeCodeEntry {
-  int code;           /**< as the records have it */
+  int code;           /**< as in the records */
   const char* marker; /**< with its brackets */
   int length;         /**< in bytes; 0 ends the table */
 };
 
-/** What stands between two singers. */
+/** A separator between two singers. */
 struct SeparatorEntry {
   char text[8]; /**< the separator */
   int length;   /**< in bytes; 0 ends the table */
@@ -454,15 +465,14 @@ struct CountryEntry {
   const char* alpha2; /**< code of two letters; null ends the table */
   const char* alpha3; /**< code of three letters */
   int numeric;        /**< code of up to three digits */
-  const char* name;   /**< short English name; some have lost a blank */
+  const char* name;   /**< short English name; some lack a blank, on purpose */
 };
 
 extern "C" {
 
 /**
- * Languages of the title part. The lengths are 0 until the first "[" of a title part is looked at,
- * which is safe in many threads. A host that reads the lengths itself has them filled before, by
- * BasicGetKTVInfo("[", &info).
+ * Languages of the title part. The lengths are 0 until the library reads the first "[" of a title
+ * part, which is safe in several threads. To fill them, call BasicGetKTVInfo("[", &info).
  */
 QUILP_API extern KaraokeLanguageEntry g_LanguageCode[9];
 
@@ -472,28 +482,28 @@ QUILP_API extern const KaraokeCodeEntry g_VocalTrackCode[6];
 /** Genders: markers of the artist part. */
 QUILP_API extern const KaraokeCodeEntry g_GenderCode[4];
 
-/** Separators of the artist part, in the order in which they are tried. */
+/** Separators of the artist part, in the order of matching. */
 QUILP_API extern const SeparatorEntry s_SeparateStr[5];
 
-/** Countries, sorted by name; for callers, the library does not read it. */
+/** Countries, sorted by name; for callers; the library does not read it. */
 QUILP_API extern const CountryEntry g_CountryCode[250];
 
-/** Abbreviations of the months; for callers, the library does not read it. */
+/** Abbreviations of the months; for callers; the library does not read it. */
 QUILP_API extern const char* const year_en[12];
 
-/** Room for callers; the library neither reads nor writes it. */
+/** A buffer for callers; the library neither reads nor writes it. */
 QUILP_API extern char gSearchKey[512];
 
 /**
- * Describes a song file by an add-on's document or, without an add-on, by its name alone, as
+ * Describes a song file from an add-on's document or, without an add-on, from its name, as
  * BasicGetKTVInfo does. The file need not exist.
  *
- * Numbers are set to -1 first. The title is replaced when there is one; lists are appended to.
+ * Sets the numbers to -1 first. Replaces the title if there is one; appends to the lists.
  *
  * @param path  path of the song file; an add-on gets it unchanged, and null as an empty one
  * @param info  record of the caller's
- * @return      0 on success; 1 when the add-on failed or wrote no readable document, with nothing
- *              but the numbers touched, when `info` is null, or when memory runs out
+ * @return      0 on success; 1 when the add-on failed or wrote no readable document, with only
+ *              the numbers changed, when `info` is null, or when memory runs out
  */
 QUILP_API int velGetKTVInfo(const char* path, KTV_ExtraData_t* info);
 
@@ -501,11 +511,10 @@ QUILP_API int velGetKTVInfo(const char* path, KTV_ExtraData_t* info);
 QUILP_API void initKTVInfo(KTV_ExtraData_t* info);
 
 /**
- * Fills the record from a file name: ARTISTS_TITLE.EXTENSION, or TITLE.EXTENSION. What the name
- * does not tell is left as it was; lists are appended to.
+ * Fills the record from a file name: ARTISTS_TITLE.EXTENSION, or TITLE.EXTENSION. Facts that
+ * the name does not hold stay unchanged; lists are appended to.
  *
- * @param name  without folders. All but its first 1023 bytes go (a character that does not fit goes
- *              whole), then the last dot of those with what follows it
+ * @param name  without folders; cut to 1023 bytes, at a character's border, then at its last dot
  * @param info  record of the caller's
  * @return      0, or 1 when memory runs out; a null argument does nothing
  */
@@ -513,17 +522,17 @@ QUILP_API int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info);
 
 /**
  * Reads a title part: the title, at most 1023 bytes of it, then markers of language and vocal
- * track, of which the first of each kind counts. A title becomes a pattern too. A bracket that is
- * neither marker sets those of the two to 0 that have not been found.
+ * track, of which the first of each kind counts. A title becomes a pattern too. A bracket that
+ * is no marker sets language and vocal track to 0, unless they were found before it.
  *
  * @return 0, or 1 when memory runs out; a null argument does nothing
  */
 QUILP_API int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info);
 
 /**
- * Reads an artist part: names, at most 1023 bytes of each, with a separator between two of them and
- * a gender marker behind each that has one. From a bracket on, all is skipped up to the next
- * separator. Appends to `artists`.
+ * Reads an artist part: names of at most 1023 bytes each, with a separator between them and an
+ * optional gender marker after each. After a bracket, text up to the next separator is skipped.
+ * Appends to `artists`.
  *
  * @return 0, or 1 when memory runs out; a null argument does nothing
  */
@@ -536,7 +545,7 @@ QUILP_API int parseArtist(const unsigned char* text, KTV_ExtraData_t* info);
 /** Text for a character code, as replace_string uses it; null from 251 on. */
 QUILP_API extern const char* const html_utf8[256];
 
-/** The lowercase hexadecimal digit of the low four bits. */
+/** Lower-case hexadecimal digit of the low four bits. */
 QUILP_API char to_hex(char value);
 
 /** The value of a hexadecimal digit of either case; 16 for any other character. */
@@ -563,7 +572,7 @@ QUILP_API int StringConvert2PercentString(char* source, int sourceLength, char* 
 QUILP_API void replace_string(std::string* text);
 
 /**
- * Decodes named and numeric character references into UTF-8. What is no reference stays.
+ * Decodes named and numeric character references into UTF-8. Other text stays.
  *
  * @param dest  receives the decoded text; as large as the source with its terminator is enough.
  *              May be the source itself.
@@ -578,10 +587,10 @@ QUILP_API std::string& removeEmptyChar(std::string& text);
 
 /**
  * Cuts the name of a video release down to its title words: brackets, release tags, episode
- * numbers, and a year with what follows it, go.
+ * numbers, and a year with the text after it, are removed.
  *
  * @param keyword  the name, without its file extension; null counts as empty
- * @param mode     0: words joined by single blanks; 1: the same, percent-encoded for an address
+ * @param mode     0: words joined by single blanks; 1: the same, percent-encoded for a URL
  * @throws std::bad_alloc  when memory runs out
  */
 QUILP_API std::string ProcessKeyword(const char* keyword, int mode);
