@@ -13,17 +13,18 @@
  *
  * 1. Strings are zero-terminated bytes in UTF-8. A null field means "not known".
  * 2. Arrays come from calloc, strings from malloc. The caller owns both and releases them with the
- *    free function of the record. It releases the text fields; it does not reset pointers and does
- *    not touch lists. Free a record once.
- * 3. The caller constructs and destroys records that hold lists, and passes their address. The
- *    library fills them.
+ *    free function for the record's type (velFreeMovies and so on). A free function releases the
+ *    text fields; it does not reset pointers and does not touch lists. Free a record once.
+ * 3. The caller constructs a record that holds lists, passes its address, and destroys it. The
+ *    library fills it.
  * 4. Searches return the number of records: 0 for none or for a failure. Details functions return 0
  *    on success. Print functions write one XML document to standard output (the C stream `stdout`,
  *    which they do not flush).
  * 5. For an add-on, put five characters before its own identifier; the library drops them, and an
  *    identifier shorter than that becomes empty. The built-in scrapers take an identifier as their
  *    search gave it, without a prefix.
- * 6. Functions report errors by their result. Where a standard exception can leave one, it says so.
+ * 6. Functions report errors by their result. A function that can throw a standard exception says
+ *    so.
  * 7. Out of memory, a call fails or does less: a text field is null, an add-on is not found. A
  *    search returns 0; another function that returns a status returns 1 or what it documents. A
  *    details record holds the fields read so far. Only ProcessKeyword throws std::bad_alloc.
@@ -111,33 +112,33 @@ extern "C" {
  * Searches movies by keyword, which may be the name of a video release (see ProcessKeyword).
  *
  * @param keyword  what to look for
- * @param count    how many results are wanted; an add-on may give more, all of which are returned
- * @param movies   receives an array for velFreeMovies, also when it holds nothing; left untouched
- *                 by some failures. Set it to null before the call, and release what it holds
- *                 after.
- * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
+ * @param count    wanted number of results; an add-on may give more, and all of them are returned
+ * @param movies   receives an array to release with velFreeMovies, even if the array is empty.
+ *                 Some failures leave it untouched: set it to null before the call, and release
+ *                 the array after any result.
+ * @param error    receives an add-on's exit status if it is not 0 (1 if a signal ended the add-on);
  *                 otherwise left untouched
- * @return         how many records are in the array; 0 for none or failure. The built-in search
- *                 gives 1, with an empty record, when the site says that it has no results.
+ * @return         number of records in the array; 0 for none or failure. The built-in search
+ *                 returns 1, with an empty record, if the site reports no results.
  */
 QUILP_API int velSearchMovie(const char* keyword, int count, velMovie_** movies, int* error);
 
 /**
  * Prints what velSearchMovie finds as a "movielist" document.
  *
- * @return 0 after printing, an empty record included; when velSearchMovie gives 0, nothing is
- *         printed and the result is the add-on's exit status, or 0 if there is none
+ * @return 0 after printing, also for an empty record. If velSearchMovie returns 0, it prints
+ * nothing and returns the add-on's exit status, or 0 without an add-on.
  */
 QUILP_API int velPrintSearchMovie(const char* keyword, int count);
 
 /**
- * Fills `info` with the details of one title. Text fields are set to null first. An add-on's lists
- * are appended to what `info` holds; the built-in scraper clears the lists first.
+ * Fills `info` with the details of one title. Sets the text fields to null first. An add-on's
+ * values are appended to the lists of `info`; the built-in scraper clears the lists first.
  *
- * @return 0 on success; an add-on's exit status, or 1 when it wrote no readable document; without
- *         an add-on the exit status of curl, which fetched the page
- * @throws std::logic_error   when an add-on names an actor without a role
- * @throws std::out_of_range  when the site's page has a plot section without its closing link
+ * @return 0 on success. With an add-on, its exit status, or 1 if it wrote no readable document.
+ *         Without an add-on, the exit status of the curl process that fetched the page.
+ * @throws std::logic_error   if an add-on names an actor without a role
+ * @throws std::out_of_range  if the site's page has a plot section without its closing link
  *         In both cases `info` holds the fields read so far.
  */
 QUILP_API int velGetMovieByID(const char* id, velMovieInfo_* info);
@@ -145,39 +146,39 @@ QUILP_API int velGetMovieByID(const char* id, velMovieInfo_* info);
 /**
  * Prints what velGetMovieByID finds as a "movie" document.
  *
- * @return 0 after printing, 1 on any failure, with nothing printed
+ * @return 0 after printing; 1 on any failure, and then nothing is printed
  * @throws what velGetMovieByID throws
  */
 QUILP_API int velPrintMovieByID(const char* id);
 
-/** Releases `count` records and the array. Null is ignored; a count below 1 releases the array. */
+/** Releases `count` records and the array; with a count below 1, only the array. Ignores null. */
 QUILP_API void velFreeMovies(velMovie_* movies, int count);
 
-/** Releases the text fields, neither resetting them nor touching the lists. Null is ignored. */
+/** Releases the text fields. Does not reset them, does not touch the lists, ignores null. */
 QUILP_API void velFreeMovieInfo(velMovieInfo_* info);
 
 /**
- * The built-in search behind velSearchMovie: results of the site's find page, each with poster
- * address and outline from its title page (empty strings where there is none).
+ * The built-in search that velSearchMovie uses: results of the site's find page, each with the
+ * poster address and the outline of its title page (empty strings if the page has none).
  *
- * @param keyword  percent-encoded, as ProcessKeyword(…, 1) gives it. One that holds a single quote
- *                 fails, and curl is not run.
- * @param count    how many results are wanted; one row of the page is read even when that is none
+ * @param keyword  percent-encoded, as ProcessKeyword(…, 1) returns it. A keyword with a single
+ *                 quote fails, and curl is not run.
+ * @param count    wanted number of results; one row of the page is read even if this is below 1
  * @param movies   as for velSearchMovie
- * @return         how many records are in the array; 0 for failure
+ * @return         number of records in the array; 0 for failure
  */
 QUILP_API int imdbBasicGetMovies(const char* keyword, int count, velMovie_** movies);
 
-/** As imdbBasicGetMovies, but among the site's alternate titles; 0 when the site has no results. */
+/** Like imdbBasicGetMovies, but searches alternate titles; 0 if the site reports no results. */
 QUILP_API int imdbGetMovies(const char* keyword, int count, velMovie_** movies);
 
 /**
- * The built-in scraper behind velGetMovieByID. Set the text fields to null before: a page that
- * cannot be fetched leaves the record untouched.
+ * The built-in scraper that velGetMovieByID uses. Set the text fields to null before the call: if
+ * the page cannot be fetched, the record stays untouched.
  *
- * @return curl's exit status, 0 when it fetched a page, whatever the page holds; 2 for an
- *         identifier with a single quote, for which curl is not run
- * @throws std::out_of_range  as velGetMovieByID
+ * @return the exit status of curl: 0 if it fetched a page, whatever the page holds. 2 for an
+ *         identifier with a single quote; curl is not run then.
+ * @throws std::out_of_range  like velGetMovieByID
  */
 QUILP_API int imdbGetMovieInfo(const char* id, velMovieInfo_* info);
 
@@ -236,16 +237,16 @@ extern "C" {
  * Searches TV shows by keyword, which may be the name of a video release (see ProcessKeyword).
  *
  * @param keyword  what to look for
- * @param count    how many results are wanted; an add-on may give more, all of which are returned
+ * @param count    wanted number of results; an add-on may give more, and all of them are returned
  * @param lang     language for an add-on; null for the one configured for it (see getDefaultLang)
- * @param shows    receives an array for velFreeTVShows, also when it holds nothing; left untouched
- *                 by some failures. Set it to null before the call, and release what it holds
- *                 after.
- * @param error    receives an add-on's exit status when that is not 0 (1 when a signal ended it);
+ * @param shows    receives an array to release with velFreeTVShows, even if the array is empty.
+ *                 Some failures leave it untouched: set it to null before the call, and release
+ *                 the array after any result.
+ * @param error    receives an add-on's exit status if it is not 0 (1 if a signal ended the add-on);
  *                 otherwise left untouched
- * @return         how many records are in the array; 0 for none or failure. The built-in search
- *                 gives 1, with an empty record, when the site says that it has no results; the
- *                 records of rows have an empty poster or outline where there is none.
+ * @return         number of records in the array; 0 for none or failure. The built-in search
+ *                 returns 1, with an empty record, if the site reports no results; other
+ *                 records have an empty poster or outline if the site has none.
  */
 QUILP_API int velSearchTVShows(const char* keyword, int count, const char* lang, velTVShow** shows,
                                int* error);
@@ -253,33 +254,33 @@ QUILP_API int velSearchTVShows(const char* keyword, int count, const char* lang,
 /**
  * Prints what velSearchTVShows finds as a "tvshowlist" document, its values in CDATA sections.
  *
- * @return 0 after printing, an empty record included; when velSearchTVShows gives 0, nothing is
- *         printed and the result is the add-on's exit status, or 0 if there is none
+ * @return 0 after printing, also for an empty record. If velSearchTVShows returns 0, it prints
+ *         nothing and returns the add-on's exit status, or 0 without an add-on.
  */
 QUILP_API int velPrintSearchTVShows(const char* keyword, int count, const char* lang);
 
 /**
- * Fills `info` with the details of one show. Text fields are set to null first. An add-on's lists
- * are appended to what `info` holds; the built-in scraper clears genres and cast first.
+ * Fills `info` with the details of one show. Sets the text fields to null first. An add-on's values
+ * are appended to the lists of `info`; the built-in scraper clears genres and cast first.
  *
- * The built-in scraper may find an actor without a role: the lists then differ in length, and
+ * If the built-in scraper finds an actor without a role, the lists differ in length, and the
  * indexes after that actor no longer match.
  *
  * @param id    identifier of the show; null is refused
  * @param lang  language for an add-on; null for the one configured for it
- * @param info  record of the caller's; null is refused
- * @return      0 on success; 1 when refused, when an add-on wrote no readable document, or when the
- *              page could not be fetched; an add-on's exit status when that is not 0
- * @throws std::out_of_range  when the site's page has a cast row too short to hold a name;
- *         `info` holds the fields read so far
+ * @param info  record to fill; null is refused
+ * @return      0 on success; 1 if an argument is refused, if an add-on wrote no readable document,
+ * or if the page could not be fetched; an add-on's exit status if it is not 0
+ * @throws std::out_of_range  if the site's page has a cast row too short to hold a name; `info`
+ *         then holds the fields read so far
  */
 QUILP_API int velGetTVShowByID(const char* id, const char* lang, velTVShowInfo* info);
 
 /**
  * Prints what velGetTVShowByID finds as a "tvshow" document, its values in CDATA sections. An empty
- * list is one empty element, and so is a cast whose names and roles differ in number.
+ * list becomes one empty element. So does a cast whose names and roles differ in number.
  *
- * @return 0 after printing; otherwise the result of velGetTVShowByID, with nothing printed
+ * @return 0 after printing; otherwise the result of velGetTVShowByID, and nothing is printed
  * @throws what velGetTVShowByID throws
  */
 QUILP_API int velPrintTVShowByID(const char* id, const char* lang);
@@ -291,28 +292,28 @@ QUILP_API int velPrintTVShowByID(const char* id, const char* lang);
  * @param season   number of the season
  * @param episode  number of the episode in its season
  * @param lang     language for an add-on; null for the one configured for it
- * @param info     record of the caller's
- * @return         as velGetTVShowByID; without an add-on -1 when the list of the season could not
- *                 be fetched or does not have the episode, and 1 when the episode's page could not
- *                 be fetched, with `id` set
+ * @param info     record to fill
+ * @return         like velGetTVShowByID. Without an add-on: -1 if the season's list could not be
+ *                 fetched or lacks the episode; 1 if the episode's page could not be fetched, and
+ *                 `id` is then set.
  * @throws what velGetTVShowByID throws
  */
 QUILP_API int velGetTVEpisode(const char* id, int season, int episode, const char* lang,
                               velTVEpisode* info);
 
 /**
- * Prints what velGetTVEpisode finds as a "tvepisode" document, as velPrintTVShowByID does. Season
- * and episode are printed as requested, 0 included.
+ * Prints what velGetTVEpisode finds as a "tvepisode" document, like velPrintTVShowByID. Season and
+ * episode are printed as requested, even if they are 0.
  */
 QUILP_API int velPrintTVEpisode(const char* id, int season, int episode, const char* lang);
 
-/** Releases `count` records and the array. Null is ignored; a count below 1 releases the array. */
+/** Releases `count` records and the array; with a count below 1, only the array. Ignores null. */
 QUILP_API void velFreeTVShows(velTVShow* shows, int count);
 
-/** Releases the text fields, neither resetting them nor touching the lists. Null is ignored. */
+/** Releases the text fields. Does not reset them, does not touch the lists, ignores null. */
 QUILP_API void velFreeTVShowInfo(velTVShowInfo* info);
 
-/** As velFreeTVShowInfo. */
+/** Like velFreeTVShowInfo. */
 QUILP_API void velFreeTVEpisode(velTVEpisode* info);
 
 /* ---- Music --------------------------------------------------------------------------------- */
@@ -322,8 +323,7 @@ struct velAlbum_ {
   char* name;        /**< title */
   char* artist;      /**< artist; filled by the album search only */
   char* releasedate; /**< date of the first release, as text; the built-in search leaves it empty */
-  char*
-      image; /**< address of a cover picture; the built-in search gives an empty string for none */
+  char* image;       /**< address of a cover picture; empty when the built-in search finds none */
 };
 
 /** One picture of an artist. */
@@ -338,26 +338,26 @@ extern "C" {
  *
  * @param album   what to look for
  * @param artist  artist of the albums; null or empty for any artist
- * @param count   how many results are wanted; an add-on may give more, all of which are returned
- * @param albums  receives an array for velFreeAlbums, also when it holds nothing; left untouched by
- *                some failures. Set it to null before the call, and release what it holds after.
- * @return        how many records are in the array; 0 for none or failure, an add-on's too. The
+ * @param count   wanted number of results; an add-on may give more, and all of them are returned
+ * @param albums  receives an array to release with velFreeAlbums, even if the array is empty.
+ *                Some failures leave it untouched: set it to null before the call, and release the
+ *                array after any result.
+ * @return        number of records in the array; 0 for none or failure, also of an add-on. The
  *                built-in search returns a negative count unchanged, with an empty array, if
  *                the service has results.
  */
 QUILP_API int velSearchAlbum(const char* album, const char* artist, int count, velAlbum_** albums);
 
 /**
- * Lists the albums of an artist: as velSearchAlbum, but without the artist's name. Of the service's
- * first `count` releases, those that are no albums are left out.
+ * Lists the albums of an artist like velSearchAlbum, but leaves out the artist's name. The built-in
+ * search skips those of the service's first `count` releases that are not albums.
  *
  * @param artist  artist of the albums
- * @param count   how many releases to ask the service for; an add-on may give more
- * @param albums  as for velSearchAlbum. When an artwork document cannot be read, the listing is
- *                abandoned: the result is 0, but the array is stored with the records filled so
- *                far. To release it, count the records up to and including the first whose
- *                `image` is null.
- * @return        how many records are in the array; 0 for none or failure
+ * @param count   number of releases to request from the service; an add-on may give more
+ * @param albums  like velSearchAlbum. If an artwork document cannot be read, the call stops: it
+ *                returns 0, but stores the array with the records filled so far. To release it,
+ * count the records up to and including the first whose `image` is null.
+ * @return        number of records in the array; 0 for none or failure
  */
 QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums);
 
@@ -365,20 +365,21 @@ QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** alb
  * Lists pictures of an artist.
  *
  * @param artist  artist of the pictures
- * @param count   how many are wanted; an add-on may give more
- * @param thumbs  receives an array for velFreeThumbs, also when it holds nothing; left untouched by
- *                some failures. Set it to null before the call, and release what it holds after.
- * @return        how many records are in the array; 0 for none or failure
+ * @param count   wanted number of pictures; an add-on may give more
+ * @param thumbs  receives an array to release with velFreeThumbs, even if the array is empty.
+ *                Some failures leave it untouched: set it to null before the call, and release the
+ *                array after any result.
+ * @return        number of records in the array; 0 for none or failure
  */
 QUILP_API int velGetArtistThumbnail(const char* artist, int count, velThumb_** thumbs);
 
 /**
  * Print what velSearchAlbum, velGetAlbumByArtist and velGetArtistThumbnail find, as an "albumlist"
- * or "artistthumbnail" document. An add-on's document is copied as it is, and an add-on without the
- * library's class serves these functions too.
+ * or "artistthumbnail" document. An add-on's document is copied unchanged. These functions also use
+ * an add-on without the library's class (see zorp.conf(5)).
  *
- * @return 0 after printing, an add-on's empty document included; 1 when the services have nothing
- *         or an add-on failed, with nothing printed
+ * @return 0 after printing, also for an add-on's empty document; 1 if the services have nothing or
+ * an add-on failed, and then nothing is printed
  * @{
  */
 QUILP_API int velPrintSearchAlbum(const char* album, const char* artist, int count);
@@ -387,7 +388,7 @@ QUILP_API int velPrintGetArtistThumbnail(const char* artist, int count);
 /** @} */
 
 /**
- * Releases `count` records and the array. Null is ignored; a count below 1 releases the array.
+ * Releases `count` records and the array; with a count below 1, only the array. Ignores null.
  * @{
  */
 QUILP_API void velFreeAlbums(velAlbum_* albums, int count);
@@ -501,9 +502,9 @@ QUILP_API extern char gSearchKey[512];
  * Sets the numbers to -1 first. Replaces the title if there is one; appends to the lists.
  *
  * @param path  path of the song file; an add-on gets it unchanged, and null as an empty one
- * @param info  record of the caller's
- * @return      0 on success; 1 when the add-on failed or wrote no readable document, with only
- *              the numbers changed, when `info` is null, or when memory runs out
+ * @param info  record to fill
+ * @return      0 on success; 1 if the add-on failed or wrote no readable document (only the numbers
+ *              are changed then), if `info` is null, or out of memory
  */
 QUILP_API int velGetKTVInfo(const char* path, KTV_ExtraData_t* info);
 
@@ -515,8 +516,8 @@ QUILP_API void initKTVInfo(KTV_ExtraData_t* info);
  * the name does not hold stay unchanged; lists are appended to.
  *
  * @param name  without folders; cut to 1023 bytes, at a character's border, then at its last dot
- * @param info  record of the caller's
- * @return      0, or 1 when memory runs out; a null argument does nothing
+ * @param info  record to fill
+ * @return      0, or 1 out of memory; with a null argument, does nothing and returns 0
  */
 QUILP_API int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info);
 
@@ -525,7 +526,7 @@ QUILP_API int BasicGetKTVInfo(const char* name, KTV_ExtraData_t* info);
  * track, of which the first of each kind counts. A title becomes a pattern too. A bracket that
  * is no marker sets language and vocal track to 0, unless they were found before it.
  *
- * @return 0, or 1 when memory runs out; a null argument does nothing
+ * @return 0, or 1 out of memory; with a null argument, does nothing and returns 0
  */
 QUILP_API int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info);
 
@@ -534,7 +535,7 @@ QUILP_API int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData
  * optional gender marker after each. After a bracket, text up to the next separator is skipped.
  * Appends to `artists`.
  *
- * @return 0, or 1 when memory runs out; a null argument does nothing
+ * @return 0, or 1 out of memory; with a null argument, does nothing and returns 0
  */
 QUILP_API int parseArtist(const unsigned char* text, KTV_ExtraData_t* info);
 
@@ -542,7 +543,7 @@ QUILP_API int parseArtist(const unsigned char* text, KTV_ExtraData_t* info);
 
 /* ---- Text ---------------------------------------------------------------------------------- */
 
-/** Text for a character code, as replace_string uses it; null from 251 on. */
+/** Text for each character code, for replace_string; null from 251 on. */
 QUILP_API extern const char* const html_utf8[256];
 
 /** Lower-case hexadecimal digit of the low four bits. */
@@ -574,9 +575,9 @@ QUILP_API void replace_string(std::string* text);
 /**
  * Decodes named and numeric character references into UTF-8. Other text stays.
  *
- * @param dest  receives the decoded text; as large as the source with its terminator is enough.
- *              May be the source itself.
- * @param src   text to decode; null for decoding `dest` in place
+ * @param dest  receives the decoded text; a buffer as large as the source with its terminator
+ *              is enough. May be the source itself.
+ * @param src   text to decode; null to decode `dest` in place
  * @return      length of the decoded text in bytes, terminator not counted
  */
 QUILP_API size_t decode_html_entities_utf8(char* dest, const char* src);
@@ -591,15 +592,15 @@ QUILP_API std::string& removeEmptyChar(std::string& text);
  *
  * @param keyword  the name, without its file extension; null counts as empty
  * @param mode     0: words joined by single blanks; 1: the same, percent-encoded for a URL
- * @throws std::bad_alloc  when memory runs out
+ * @throws std::bad_alloc  out of memory
  */
 QUILP_API std::string ProcessKeyword(const char* keyword, int mode);
 
 /**
- * The language configured for an add-on, "en" when there is none.
+ * Looks up the language configured for an add-on; "en" if there is none.
  *
- * @param lang   receives a code of at most three characters, in storage of the calling thread that
- *               its next call overwrites
+ * @param lang   receives a code of at most three characters, in a buffer of the calling thread that
+ *               the thread's next call overwrites
  * @param shell  path of the add-on; its base name without extension is the section's name
  */
 QUILP_API void getDefaultLang(const char** lang, char* shell);
@@ -613,18 +614,18 @@ QUILP_API void getDefaultLang(const char** lang, char* shell);
 namespace libquilp {
 
 /**
- * Percent-encodes all but letters, digits and - + _ . ~ / : ? & = \ "; a blank becomes "+".
- * The caller frees the result; null when memory runs out.
+ * Percent-encodes all bytes except letters, digits and - + _ . ~ / : ? & = \ "; a blank becomes
+ * "+". The caller frees the result; null out of memory.
  */
 QUILP_API char* url_encode(char* text);
 
-/** Decodes "+" and "%" with two characters, which are not checked. The caller frees the result. */
+/** Decodes "+", and "%" with two characters (unchecked). The caller frees the result. */
 QUILP_API char* url_decode(char* text);
 
-/** As the global to_hex. */
+/** Like the global to_hex. */
 QUILP_API char to_hex(char value);
 
-/** Value of a hexadecimal digit, which is not checked: "g" gives 16. */
+/** Value of a hexadecimal digit, unchecked: "g" gives 16. */
 QUILP_API char from_hex(char digit);
 
 }  // namespace libquilp
