@@ -69,7 +69,7 @@ string braced(const string& key, const string& value) {
   return value.empty() ? value : " {" + key + '-' + value + '}';
 }
 
-string canonical(const Name& name) {
+string canonical(const Name& name, bool withPart) {
   string text = name.title;
   for (const string& title : name.alternativeTitles) {
     text += " AKA " + title;
@@ -78,7 +78,7 @@ string canonical(const Name& name) {
   for (const string& part : {numbersOf(name), name.episodeTitle}) {
     text += part.empty() || text.empty() ? part : " - " + part;
   }
-  text += name.part.empty() ? "" : " - part" + name.part;
+  text += name.part.empty() || !withPart ? "" : " - disc " + name.part;
   text += braced("edition", name.edition);
   for (const NameIdentifier& identifier : name.identifiers) {
     text += braced(identifier.source, identifier.id);
@@ -130,9 +130,11 @@ string named(const Song& song, const Signs& signs) {
 }  // namespace
 
 std::optional<string> formatted(const Name& name) {
-  string text = canonical(name);
-  if (tellSame(readName(text, name.kind), name)) {
-    return text;
+  // "Part 2" of a title tells the part, too.
+  for (const bool withPart : {false, true}) {
+    if (string text = canonical(name, withPart); tellSame(readName(text, name.kind), name)) {
+      return text;
+    }
   }
   return std::nullopt;
 }

@@ -85,7 +85,7 @@ void Reader::takeSites() {
   }
 }
 
-// [tt0133093], {tmdb-603}, [imdbid=tt0133093]
+// [tt0133093], {tmdb-603}, [imdbid=tt0133093], {edition-Director's Cut}
 void Reader::takeIdentifiers() {
   const Token* const t = tokens_.token;
   for (std::size_t i = 0; i < tokens_.count; ++i) {
@@ -103,8 +103,17 @@ void Reader::takeIdentifiers() {
       }
       continue;
     }
-    if (t[i].bracket == 0 || i + 1 >= tokens_.count || !t[i + 1].digits ||
-        t[i + 1].bracket != t[i].bracket) {
+    if (t[i].bracket == 0 || i + 1 >= tokens_.count || t[i + 1].bracket != t[i].bracket) {
+      continue;
+    }
+    if (word == "edition" && t[i + 1].gap == kDashGap &&
+        (i == 0 || t[i - 1].bracket != t[i].bracket)) {
+      const std::size_t end = bracketEnd(i);
+      name_.edition = tokens_.text(i + 1, end);
+      take(NameField::kEdition, i, end);
+      continue;
+    }
+    if (!t[i + 1].digits) {
       continue;
     }
     for (const Catalogue& catalogue : kCatalogues) {
