@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <new>
+#include <numeric>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -87,7 +88,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   libquilp::formatted(libquilp::readName(text));
   libquilp::formatted(libquilp::readSong(text));
   libquilp::isSong(text);
-  if (!text.empty() && text.size() <= fuzz::kLongestModelled && text.back() % 16 == 0) {
+  // One in a hundred, and the shortest, since it takes long.
+  const int sum = std::accumulate(text.begin(), text.end(), 0);
+  if (!text.empty() && (text.size() < 8 || (text.size() < 1024 && sum % 128 == 0))) {
     checkGrowth(text);
   }
   return 0;

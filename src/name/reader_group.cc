@@ -109,8 +109,11 @@ void Reader::takeIdentifiers() {
     if (word == "edition" && t[i + 1].gap == kDashGap &&
         (i == 0 || t[i - 1].bracket != t[i].bracket)) {
       const std::size_t end = bracketEnd(i);
-      name_.edition = tokens_.text(i + 1, end);
-      take(NameField::kEdition, i, end);
+      if (isFree(i, end)) {
+        name_.edition = tokens_.text(i + 1, end);
+        take(NameField::kEdition, i, end);
+        i = end - 1;
+      }
       continue;
     }
     if (!t[i + 1].digits) {

@@ -190,9 +190,9 @@ class Reader {
         continue;
       }
       const string_view inside = left.substr(1, close - 1);
-      const bool gender = kind == 1 && isGenderOf(rest, inside, left.substr(close + 1));
+      const bool gender = kind == 1 && !rest.empty() && isGenderOf(inside, left.substr(close + 1));
       if (gender || takeBracket(inside, kind != 0)) {
-        rest += ' ';
+        rest += rest.empty() || rest.back() == ' ' ? "" : " ";
         at += close + 1;
       } else {
         rest += text_[at++];
@@ -215,10 +215,10 @@ class Reader {
   }
 
   /// "[M]" after an artist, who is followed by another or by the title.
-  static bool isGenderOf(string_view before, string_view inside, string_view after) {
+  static bool isGenderOf(string_view inside, string_view after) {
     const bool letter = inside == "M" || inside == "F" || inside == "G";
     const std::size_t next = after.find_first_not_of(' ');
-    return letter && !trimmed(before).empty() && next != string_view::npos &&
+    return letter && next != string_view::npos &&
            (inside != "M" || string_view("+&-_").find(after[next]) != string_view::npos);
   }
 
