@@ -146,6 +146,7 @@ filter 'grep -v "<role>"' Movie details:roles
 filter 'grep -v "<name>"' TV 'show:roles episode:roles'
 filter "sed 's:>Lamp<:><![CDATA[&]]><:; s/\[>/[/; s/<]]/]]/'" KTV song:text
 filter 'sed s/4/English/' KTV song:numbers
+filter 'sed s/4/-/' KTV song:numbers
 filter 'sed "s/\"1\"/\"F\"/"' KTV song:numbers
 filter "sed 's:<Name.*Name>:A:'" KTV song:repeated
 filter "sed 's:<Artist>:<Artist/>&:'" KTV song:once

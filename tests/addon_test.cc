@@ -308,7 +308,8 @@ TEST_F(AddOn, WritesDocumentsThatCostTimeAndMemoryInProportionToItsSize) {
   string entities = "<!DOCTYPE movie [<!ENTITY a0 \"aaaaaaaaaaaaaaaaaaaa\">";
   for (int i = 1; i < 60; ++i) {
     const string inner = "&a" + std::to_string(i - 1) + ";";
-    entities += "<!ENTITY a" + std::to_string(i) + " \"" + inner + inner + inner + "\">";
+    entities.append("<!ENTITY a").append(std::to_string(i)).append(" \"");
+    entities.append(inner).append(inner).append(inner).append("\">");
   }
   EXPECT_EQ(movieOf(entities + "]><movie><title>&a59;", "&a59;", "</title></movie>"), 0);
   EXPECT_EQ(movieOf("<!DOCTYPE movie ", "[<![", ""), 1);
@@ -342,7 +343,9 @@ TEST_F(AddOn, ThatCannotBeExecutedWroteNothing) {
 }
 
 TEST_F(AddOn, IsSearchedAlongThePath) {
-  const string path = std::getenv("PATH");
+  const char* const before = std::getenv("PATH");
+  ASSERT_NE(before, nullptr);
+  const string path = before;
   mkdir("/etc/config/bin", 0755);
   test::writeScript("/etc/config/bin/addon", "exit 5\n");
   test::registerAddOn("Movie", "addon");
@@ -364,6 +367,15 @@ TEST_F(AddOn, IsHeardByNobody) {
             }),
             "");
   unsetenv("SPOIL");
+}
+
+TEST_F(AddOn, InheritsNothingOfItsRedirection) {
+  test::answerWith("Movie", kMovies, "ls -l /proc/self/fd >/etc/config/open\ntrue\n");
+  EXPECT_EQ(ask("velSearchMovie", {"x"}).result, 2);
+  const string open = test::readFile("/etc/config/open");
+  EXPECT_NE(open.find(" 2 -> /dev/null"), string::npos);
+  EXPECT_THAT(open,
+              testing::Not(testing::ContainsRegex("l-w[^\n]* ([3-9]|[0-9][0-9]) -> /dev/null")));
 }
 
 TEST_F(AddOn, LeavesAProcessThatIsNotWaitedFor) {

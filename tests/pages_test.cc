@@ -161,7 +161,7 @@ TEST_F(Page, OfAMovieIsCutIntoDetails) {
     {kPlot + "\n A &amp;\nB | <a class=\"x\">Add a Plot</a>123456</div>", "plot:A &\nB|outline:A &\nB|"},
     {kPlot + "A <a class=\"x\">more</a></div>", "plot:A|outline:A|"},
     {kPlot + "A <a class=\"x\">Add a Plot</a>123456</div>", "plot:|outline:|"},
-    {kPlot + "A <a class=\"x\">Add a Plot</div>", "plot:A|outline:A|"},
+    {kPlot + "A <a class=\"x\">Add a Plot12345</div>", "plot:A|outline:A|"},
     {kPlot + "A <a class=\"x\"> | <b>123456</div>", "plot:A|outline:A|"},
     {kPlot + "A <a class=\"x\">See more</a>123456</div>class=\"plotSummary\">&lt;</p>",
      "plot:<|outline:<|"},

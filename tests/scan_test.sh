@@ -6,7 +6,7 @@ failures=0
 mkdir -p /tmp/m/b /tmp/m/.hidden /tmp/k
 cd /tmp/m || exit
 touch The.Paper.Lighthouse.2011.mkv 'b/Zoë, and "the" Tide.mp4' b/faultclosed-x.MKV b/nosuchfilm.avi \
-  .hidden/x.mkv notes.txt $'c\nd.mkv'
+  .hidden/x.mkv notes.txt $'c\t\nd.mkv'
 ln -s . b/loop
 touch '/tmp/k/林小雨[F]_夜航船[國][L].mp3' /tmp/k/_B.flac
 
@@ -30,8 +30,8 @@ known='/tmp/m/The.Paper.Lighthouse.2011.mkv,The Paper Lighthouse,The Paper Light
 "/tmp/m/b/Zoë, and ""the"" Tide.mp4","Zoë, and ""the"" Tide",Zoë and the Tide,2009,tt9000005
 /tmp/m/b/faultclosed-x.MKV,faultclosed x,,,
 /tmp/m/b/nosuchfilm.avi,nosuchfilm,,,
-"/tmp/m/c
-d.mkv","c
+"/tmp/m/c	
+d.mkv","c	
 d",,,'
 scan /tmp/m --format csv -j 4 --resume /tmp/journal
 expect csv 101 "file,keyword,match,year,id
