@@ -127,7 +127,7 @@ QUILP_API int velSearchMovie(const char* keyword, int count, velMovie_** movies,
  * Prints what velSearchMovie finds as a "movielist" document.
  *
  * @return 0 after printing, also for an empty record. If velSearchMovie returns 0, it prints
- * nothing and returns the add-on's exit status, or 0 without an add-on.
+ *         nothing and returns the add-on's exit status, or 0 without an add-on.
  */
 QUILP_API int velPrintSearchMovie(const char* keyword, int count);
 
@@ -270,7 +270,7 @@ QUILP_API int velPrintSearchTVShows(const char* keyword, int count, const char* 
  * @param lang  language for an add-on; null for the one configured for it
  * @param info  record to fill; null is refused
  * @return      0 on success; 1 if an argument is refused, if an add-on wrote no readable document,
- * or if the page could not be fetched; an add-on's exit status if it is not 0
+ *              or if the page could not be fetched; an add-on's exit status if it is not 0
  * @throws std::out_of_range  if the site's page has a cast row too short to hold a name; `info`
  *         then holds the fields read so far
  */
@@ -356,7 +356,7 @@ QUILP_API int velSearchAlbum(const char* album, const char* artist, int count, v
  * @param count   number of releases to request from the service; an add-on may give more
  * @param albums  like velSearchAlbum. If an artwork document cannot be read, the call stops: it
  *                returns 0, but stores the array with the records filled so far. To release it,
- * count the records up to and including the first whose `image` is null.
+ *                count the records up to and including the first whose `image` is null.
  * @return        number of records in the array; 0 for none or failure
  */
 QUILP_API int velGetAlbumByArtist(const char* artist, int count, velAlbum_** albums);
@@ -379,7 +379,7 @@ QUILP_API int velGetArtistThumbnail(const char* artist, int count, velThumb_** t
  * an add-on without the library's class (see zorp.conf(5)).
  *
  * @return 0 after printing, also for an add-on's empty document; 1 if the services have nothing or
- * an add-on failed, and then nothing is printed
+ *         an add-on failed, and then nothing is printed
  * @{
  */
 QUILP_API int velPrintSearchAlbum(const char* album, const char* artist, int count);
