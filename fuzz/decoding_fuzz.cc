@@ -156,7 +156,7 @@ void modelTrim(std::string& text) {
 }
 
 std::string freed(char* text) {
-  const std::string copy = text;
+  std::string copy = text;
   std::free(text);
   return copy;
 }

@@ -2,14 +2,15 @@
 # An add-on of every type, which starts no other program unless $SPOIL says what goes wrong.
 set -eu
 text='A text that is too long for the inside of a string'
-fields="<url><![CDATA[$text]]></url><thumbnail><![CDATA[$text]]></thumbnail>"
-fields="$fields<title><![CDATA[$text]]></title><id><![CDATA[12345]]></id><name><![CDATA[$text]]></name>"
+fields="<title><![CDATA[$text]]></title><id><![CDATA[12345]]></id><name><![CDATA[$text]]></name>"
 cast="<actor><name><![CDATA[$text]]></name><role><![CDATA[$text]]></role></actor>"
 case $1${4-} in
   searchmovie*) root=movielist entry=movie ;;
   searchtvshow*) root=tvshowlist entry=tvshow ;;
   getmovieinfobyid*) root=movie entry=genre ;;
-  gettvshowinfo-s) root=tvepisode entry=genre ;;
+  gettvshowinfo-s)
+    root=tvepisode entry=genre  # with two values for one field
+    cast="$cast<url><![CDATA[$text]]></url><thumbnail><![CDATA[$text]]></thumbnail>" ;;
   gettvshowinfo*) root=tvshow entry=genres ;;
   getArtistThumbnail*) root=artistthumbnail entry=url ;;
   getKTVInfo*)
