@@ -15,7 +15,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace {
 
-constexpr int kSequences = 20000;
 constexpr std::size_t kMostStarts = 1000;
 
 void run(const std::string& input) {
@@ -46,9 +45,9 @@ std::vector<std::string> wordsOf(const std::string& dictionary) {
 
 }  // namespace
 
-/// NAME_corpus CORPUS DICTIONARY
+/// NAME_corpus CORPUS DICTIONARY SEQUENCES
 int main(int argc, char** argv) {
-  if (argc < 3) {
+  if (argc < 4) {
     return 2;
   }
   for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
@@ -62,7 +61,7 @@ int main(int argc, char** argv) {
   }
   const std::vector<std::string> words = wordsOf(argv[2]);
   std::mt19937 random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in every run
-  for (int i = 0; i < kSequences; ++i) {
+  for (long i = std::strtol(argv[3], nullptr, 10); i > 0; --i) {
     std::string input;
     for (auto parts = random() % 16; parts > 0; --parts) {
       input += random() % 4 == 0 ? std::string(1, static_cast<char>(random() % 256))
