@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-// What the benchmarks read, and bench/compare gives to others: made here, of the size and density
-// of real ones.
+// Inputs of the benchmarks, and of the other programs in bench/compare. They have the size and
+// density of real ones.
 
 namespace bench {
 
@@ -26,13 +26,13 @@ std::string ordinaryText(std::size_t size);
 /// `piece` over and over, until `size` is reached.
 std::string repeated(const std::string& piece, std::size_t size);
 
-/// A page, and what to ask an HTML parser for to get the values that its cuts give.
+/// A page, and the expressions with which an HTML parser gets the values of its cuts.
 struct Page {
   const char* name;
   std::string html;
   int (*cut)(const std::string& html);  // the number of values
   std::vector<const char*> xpaths;
-  std::vector<const char*> selectors;  // the same for a parser that takes those of CSS
+  std::vector<const char*> selectors;  // the same as CSS selectors
 };
 
 /// One of each kind: find page, title page, combined page, show page, episode list, episode page.

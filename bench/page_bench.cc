@@ -11,8 +11,8 @@
 #include <libxml/xpath.h>
 #endif
 
-// Cutting each kind of page, beside a parser with XPath where libxml2 is installed.
-// page_bench --inputs=DIR writes the pages, and what to ask of them, for parsers of others.
+// Cuts each kind of page, and compares with a parser with XPath if libxml2 is installed.
+// page_bench --inputs=DIR writes the pages and their expressions for other parsers.
 
 namespace {
 
@@ -72,7 +72,7 @@ void parse(benchmark::State& state, const Page& page) {
 }
 #endif
 
-/// The time for a byte must not grow with the page.
+/// The time per byte must not grow with the page.
 void hostileRole(benchmark::State& state) {
   std::string role;
   for (auto _ : state) {

@@ -9,10 +9,10 @@
 
 #include "libquilp.h"
 
-// A whole search beside the longest chain of its fetches, made by the client alone: find page,
-// title page, plot-summary page. And beside the same fetches made as bare commands, the chains of
-// all results at the same time: what the machine allows. All in one run, in turn; the counters
-// "over_chain" and "over_bare" are what counts. Run this in the box, with --site.
+// Compares a whole search with the longest chain of its fetches, made by curl alone: find page,
+// title page, plot-summary page. Also compares it with the same fetches as bare commands, with the
+// chains of all results concurrent: the best that the machine can do. All run in turn; the counters
+// "over_chain" and "over_bare" are the results. Run this in the box, with --site.
 
 namespace {
 

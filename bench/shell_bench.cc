@@ -12,10 +12,10 @@
 
 #include "libquilp.h"
 
-// A lookup by an add-on beside the bare run of the same add-on, in turn, in a host of ten megabytes
-// and in one of a thousand: what either costs must not depend on that. The counter "over_ms" is
-// what the library adds to it: the registry, the keyword, the document, the records. Run this in
-// the box: the registry is its own there.
+// Compares a lookup by an add-on with the bare run of the same add-on, in turn, in a host of 10 MB
+// and in one of 1000 MB: the cost must not depend on the size. The counter "over_ms" is the time
+// that the library adds for the registry, the keyword, the document and the records. Run this in
+// the box, which has its own registry.
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "inputs.h"
 #include "libquilp.h"
 
-// Text work, ordinary and hostile, at 64 KB and 1 MB: time for a byte must not grow with the size.
+// Text routines on ordinary and hostile input of 64 KB and 1 MB: the time per byte must not grow.
 
 namespace {
 
@@ -60,7 +60,7 @@ void releaseNames(benchmark::State& state, int mode) {
 BENCHMARK_CAPTURE(releaseNames, plain, 0);
 BENCHMARK_CAPTURE(releaseNames, encoded, 1);
 
-/// What decoding cannot do without: every "&" found, every byte copied.
+/// The least work of decoding: find every "&", copy every byte.
 void findAndCopy(benchmark::State& state, const std::string& piece) {
   const std::string text = repeated(piece, static_cast<std::size_t>(state.range(0)));
   std::string copy(text.size() + 1, '\0');

@@ -1,9 +1,9 @@
 #!/bin/sh
-# A karaoke add-on for songs that are filed as ARTIST/TITLE.EXTENSION. libquilp runs it as
+# A karaoke add-on for songs stored as ARTIST/TITLE.EXTENSION. libquilp runs it as
 #
 #   addon-karaoke.sh getKTVInfo -f PATH -o FILE
 #
-# once it is registered with Type=KTV; see quilp-addon(7). Values are plain text here, and no CDATA.
+# once it is registered with Type=KTV; see quilp-addon(7). Values are plain text here, not CDATA.
 set -eu
 
 escaped() {

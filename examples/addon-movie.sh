@@ -1,5 +1,5 @@
 #!/bin/sh
-# A movie add-on that answers from a small table of its own. libquilp runs it as
+# A movie add-on that answers from its own small table. libquilp runs it as
 #
 #   addon-movie.sh searchmovie -t KEYWORD -n COUNT -o FILE
 #   addon-movie.sh getmovieinfobyid -i ID -o FILE
@@ -12,8 +12,8 @@
 #   Enable=TRUE
 #   Shell=/path/to/addon-movie.sh
 #
-# It writes a document into FILE and exits with 0, or with another status where it has none. Of an
-# element, libquilp reads the first CDATA section alone. Every actor must have a role.
+# It writes a document into FILE and exits with 0, or with another status if it has no document.
+# libquilp reads only the first CDATA section of an element. Every actor must have a role.
 
 # id|title|year|rating|director|genre|actor|role|outline
 table() {

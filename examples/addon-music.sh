@@ -5,7 +5,7 @@
 #   addon-music.sh getAlbumByArtist -a ARTIST -n COUNT -o FILE
 #   addon-music.sh getArtistThumbnail -a ARTIST -n COUNT -o FILE
 #
-# once it is registered with Type=Music; see quilp-addon(7). An empty ARTIST means anybody.
+# once it is registered with Type=Music; see quilp-addon(7). An empty ARTIST means any artist.
 set -eu
 
 # name|artist|releasedate
@@ -22,7 +22,7 @@ element() {
   printf '<%s><![CDATA[%s]]></%s>\n' "$1" "$2" "$1"
 }
 
-# The rows whose album and artist hold what is asked for, as many as are wanted.
+# The rows that contain the requested album and artist, at most COUNT.
 rows() {
   table | album=${album-} artist=$artist awk -F'|' '
     index(tolower($1), tolower(ENVIRON["album"])) && index(tolower($2), tolower(ENVIRON["artist"]))' |

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""A TV add-on that answers from a small table of its own. libquilp runs it as
+"""A TV add-on that answers from its own small table. libquilp runs it as
 
   addon-tv.py searchtvshow -t KEYWORD -n COUNT -l LANGUAGE -o FILE
   addon-tv.py gettvshowinfo -i ID -l LANGUAGE -o FILE
@@ -37,7 +37,7 @@ class NothingFound(Exception):
 
 
 def element(name, value):
-    """Of an element, libquilp reads the first CDATA section alone, and it cannot hold "]]>"."""
+    """libquilp reads only the first CDATA section of an element; it cannot contain "]]>"."""
     return f"<{name}><![CDATA[{value.replace(']]>', '')}]]></{name}>\n"
 
 
@@ -97,7 +97,7 @@ def answer(verb, options):
 
 def main():
     try:
-        # Unlike others, getopt takes a value that begins with "-" for a value.
+        # Unlike argparse, getopt accepts a value that begins with "-".
         options = dict(getopt.getopt(sys.argv[2:], "t:n:i:s:e:l:o:")[0])
         document = answer(sys.argv[1], options)
         with open(options["-o"], "w", encoding="utf-8", errors="replace") as file:

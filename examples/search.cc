@@ -2,10 +2,11 @@
 
 #include <cstdio>
 
-int main() {
+int main(int argc, char** argv) {
+  const char* keyword = argc > 1 ? argv[1] : "The.Paper.Lighthouse.2011.1080p.BluRay";
   velMovie_* movies = nullptr;
   int error = 0;  // an add-on's exit status
-  const int n = velSearchMovie("The.Paper.Lighthouse.2011.1080p.BluRay", 5, &movies, &error);
+  const int n = velSearchMovie(keyword, 5, &movies, &error);
   int hits = 0;
   for (int i = 0; i < n; ++i) {
     const velMovie_& movie = movies[i];

@@ -6,15 +6,15 @@
 #include "plugin/run_program.h"
 #include "support.h"
 
-// Reads any bytes as the page, or the document of a service or of an add-on, that QUILP_FUZZ_TARGET
-// names, through the lookups that ask for it. Runs in the box, whose /etc and /tmp it writes.
+// Reads any bytes as the page, service document or add-on document that QUILP_FUZZ_TARGET names,
+// through the lookups that use it. Runs in the box, and writes to /etc and /tmp there.
 
 namespace {
 
-/// What else is fetched for a target: the addresses with `part` give `page`, all others the input.
+/// Other pages of a target: addresses that contain `part` return `page`, all others the input.
 struct Target {
   std::string name;
-  std::vector<const char*> functions;  // none: all that ask an add-on, whose document the input is
+  std::vector<const char*> functions;  // empty: all that run an add-on, on the input
   const char* part = nullptr;
   const char* page = nullptr;
 };
@@ -115,7 +115,7 @@ void run(const Target& target, const test::Lookup& lookup) {
 
 }  // namespace
 
-// The library's own is left out: here the add-on writes its document without a process.
+// Replaces the library's function: here the add-on writes its document without a process.
 libquilp::ProgramEnd libquilp::runProgram(char** argv) {
   while (argv[1] != nullptr) {
     ++argv;

@@ -18,8 +18,8 @@ using namespace libquilp;
 
 Site currentSite;
 
-/// What a shell makes of the command, as far as the library has to rely on it: words, single
-/// quotes, "\'", and ";" and ">" as words of their own.
+/// Splits a command like a shell, as far as the library relies on it: words, single quotes, "\'",
+/// and ";" and ">" as separate words.
 std::vector<std::string> shellWords(const std::string& command) {
   std::vector<std::string> words(1);
   bool quoted = false;
@@ -77,14 +77,14 @@ Request requestIn(const std::string& command) {
   Request request;
   for (std::size_t i = 1; i < words.size(); ++i) {
     if (isOneOf(words[i], {"-o", "-D"})) {
-      expect(i + 1 < words.size(), "an option of the client has no value");
+      expect(i + 1 < words.size(), "an option of curl has no value");
       (words[i] == "-o" ? request.output : request.headers) = words[i + 1];
       ++i;
     } else if (isOneOf(words[i], {"-A", "--connect-timeout", "--max-time"})) {
       ++i;
     } else if (!isOneOf(words[i], {"-g", "-s", "-L", ">/dev/null", "2>&1"})) {
       expect(request.address.empty() && isAddress(words[i]),
-             "the client is given a word that is no address");
+             "curl gets an argument that is not an address");
       request.address = words[i];
     }
   }

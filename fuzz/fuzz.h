@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace fuzz {
 
-/// Most models start from the beginning over and over: longer inputs are run without them.
+/// Most models restart from the beginning repeatedly, so longer inputs run without them.
 inline constexpr std::size_t kLongestModelled = 4096;
 
 inline std::string bytesOf(const std::uint8_t* data, std::size_t size) {
@@ -25,7 +25,8 @@ inline std::string textOf(const std::uint8_t* data, std::size_t size) {
   return bytesOf(data, static_cast<std::size_t>(std::find(data, data + size, 0) - data));
 }
 
-/// A text with its terminator, exactly as long, so that a sanitizer sees a look beyond its end.
+/// A text with its terminator in a buffer of exactly that size, so that a sanitizer detects reads
+/// beyond its end.
 class Exact {
  public:
   explicit Exact(const std::string& text) : bytes_(text.c_str(), text.c_str() + text.size() + 1) {}
@@ -38,7 +39,7 @@ class Exact {
   std::vector<char> bytes_;
 };
 
-/// Ends the run with a message unless `holds`.
+/// Aborts the run with a message unless `holds` is true.
 inline void expect(bool holds, const char* what) {
   if (!holds) {
     std::cerr << what << '\n';

@@ -13,7 +13,7 @@ bool isAt(const std::string& text, std::size_t at, const std::string& marker) {
   return text.compare(at, marker.size(), marker) == 0;
 }
 
-/// Cut to the room; a character that the cut would go through goes whole.
+/// Truncates to the buffer, without splitting a character.
 std::string cut(const std::string& text) {
   if (text.size() <= kRoom) {
     return text;

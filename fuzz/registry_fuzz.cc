@@ -7,8 +7,8 @@
 #include "platform.h"
 #include "plugin/registry.h"
 
-// Reads any bytes as the appliance's registry and as its catalogue. Runs in the box, whose /etc it
-// writes.
+// Reads any bytes as the appliance's registry and catalogue files. Runs in the box, and writes to
+// /etc there.
 
 namespace {
 

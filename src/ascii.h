@@ -1,6 +1,6 @@
 #pragma once
 
-// Bytes are classified as in the "C" locale, whatever locale the host has set.
+// Classify bytes as in the "C" locale, independent of the host's locale.
 
 namespace libquilp {
 

@@ -6,10 +6,10 @@
 
 namespace libquilp {
 
-/// What a document or a page may hold: many times what a real one does.
+/// The largest document or page that is read: many times the size of real ones.
 inline constexpr std::size_t kReadLimit = std::size_t{64} << 20;
 
-/// Whether a file can be read to its end: a FIFO would block, a device never end.
+/// Whether a file can be read to its end: a FIFO could block, a device might never end.
 inline bool isReadable(const char* path) {
   struct stat status = {};
   return stat(path, &status) == 0 && S_ISREG(status.st_mode) &&

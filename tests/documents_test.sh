@@ -14,6 +14,13 @@ sed -n '/^```cpp$/,/^```$/p' "$top/README.md" | sed '1d;$d' | diff - "$top/examp
 sed -n '/^#include <libquilp.h>$/,/^\.EE$/p' "$top/docs/man/libquilp.3" | sed '$d; s/\\e/\\/g' |
   diff - "$top/examples/search.cc" || fail "libquilp.3: not the example"
 "$@" 2>/dev/null | grep -q 'tt9000001 The Paper Lighthouse' || fail "the example finds nothing"
+found=$("$@" 'zqxjvw' 2>/dev/null) && fail "the example takes an empty record for a hit"
+[ -z "$found" ] || fail "the example prints an empty record: $found"
+
+# Every exported name in the header's comments and in the documents exists.
+for name in $(grep -rhoE '\b(vel|imdb|parse|init)[A-Z][A-Za-z]+[a-z_]*\b' "$top"/{include,docs,README.md} | sort -u); do
+  grep -rqw "$name" "$top/tests/abi" || fail "no exported name $name"
+done
 
 quilp() { "$QUILP_PROGRAM" "$@"; }
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-// What the tests share. They run in the box: /etc/config, /tmp and /var/tmp are theirs alone, and
-// the sample site answers the client.
+// Helpers of the tests. They run in the box, with their own /etc/config, /tmp and /var/tmp; curl
+// fetches from the sample site.
 
 namespace test {
 
@@ -35,7 +35,7 @@ std::vector<std::string> newSiteRequests();
 /// The most memory that the process has held; 0 where a sanitizer keeps what is released.
 long mostMemoryKiB();
 
-/// What a call must not leave behind.
+/// Resources that a call must release.
 struct Holdings {
   std::size_t descriptors;
   std::size_t threads;

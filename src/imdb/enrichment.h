@@ -9,7 +9,7 @@
 
 namespace libquilp {
 
-/// What one enrichment thread is given and what it finds; empty strings where it finds nothing.
+/// Input and output of one enrichment thread; empty strings if it finds nothing.
 struct MovieWorkRecord {
   char id[64];
   char image[2048];
@@ -29,12 +29,12 @@ class Enrichment {
  public:
   Enrichment(int n, const char* reference, const Context& context,
              ThreadBody body = &enrichFromTitlePage);
-  /// Joins what still runs: the calling thread may have been cancelled.
+  /// Joins the threads that still run: the calling thread may have been cancelled.
   ~Enrichment();
   Enrichment(const Enrichment&) = delete;
   Enrichment& operator=(const Enrichment&) = delete;
 
-  /// A thread that cannot be started is run by the caller.
+  /// If a thread cannot be started, the caller does its work.
   void start(int i, const char* id);
   const MovieWorkRecord& join(int i);
 
@@ -44,7 +44,7 @@ class Enrichment {
     pthread_t thread;
     bool running;
   };
-  // More than these would not be safe in the frame of a small thread.
+  // More records could overflow the stack of a small thread.
   static constexpr int kInFrame = 4;
 
   int n_;

@@ -20,8 +20,8 @@ Cut titleOf(std::string_view row) {
   if (linkEnd == std::string_view::npos) {
     return {};
   }
-  // Without a ">" of its own the link is taken to start after "</a>": the count wraps around then,
-  // and the title is the rest of the row.
+  // If the link has no ">", the next one after "</a>" is found: the count wraps around, and the
+  // title is the rest of the row.
   const std::size_t start = text.find('>') + 1;
   return cutAt(text, start, linkEnd - start);
 }

@@ -45,9 +45,9 @@ void readCast(std::string_view page, std::vector<std::string>& names,
   roles.clear();
   Cutter rows(Cutter(page).between("<table class=\"cast_list\">", "</table>").value_or(""));
   while (const Cut row = rows.between("<tr class=", "</tr>")) {
-    // A row without the marker gives a name all the same: the position wraps around, and the name
-    // starts one byte less than the marker's length into the row. A row shorter than that throws.
-    // Without an end the count wraps around, too: the name is the rest of the row.
+    // A row without the marker also has a name: the position wraps around, and the name starts at
+    // the marker's length minus one. A shorter row throws. If the end is missing, the count wraps
+    // around, and the name is the rest of the row.
     const std::size_t start = row->find(kName) + kName.size();
     const std::size_t end = row->find(kNameEnd, start);
     names.emplace_back(cutAt(*row, start, end - start));

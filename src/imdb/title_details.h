@@ -11,14 +11,14 @@
 
 namespace libquilp {
 
-/// The cut as removeEmptyChar leaves it.
+/// The cut after removeEmptyChar.
 std::optional<std::string> trimmed(Cut cut);
 
 /// Appends every name of the block.
 void appendNames(std::string_view block, std::vector<std::string>& names);
 
 /// Replaces the lists by the cast table's actors and their roles. `shorten` is applied to each
-/// trimmed role, which is then trimmed again. An actor whose row has no role has no entry in
+/// trimmed role, which is then trimmed again. An actor without a role has no entry in
 /// `roles`. A row that is too short to have a name throws std::out_of_range.
 void readCast(std::string_view page, std::vector<std::string>& names,
               std::vector<std::string>& roles, void (*shorten)(std::string& role) = nullptr);

@@ -10,7 +10,7 @@
 
 namespace libquilp {
 
-/// What one kind of title search is made of.
+/// The parts of one kind of title search.
 template <class Record>
 struct TitleSearch {
   PageFile& file;
@@ -23,7 +23,7 @@ struct TitleSearch {
   void (*release)(Record*, int);
 };
 
-/// Fills records from the rows of a find page. The first row is taken before `count` is looked at.
+/// Fills records from the rows of a find page. Reads the first row before it checks `count`.
 template <class Record>
 RecordArray<Record> readFindPage(std::string_view page, const TitleSearch<Record>& search,
                                  int count) {
@@ -39,8 +39,8 @@ RecordArray<Record> readFindPage(std::string_view page, const TitleSearch<Record
   return records;
 }
 
-/// Fetches a find page and gives its records, enriched. A page without results, or one that cannot
-/// be read, gives an empty record.
+/// Fetches a find page and returns its records, enriched. Returns one empty record for a page
+/// without results or one that cannot be read.
 template <class Record>
 Found<Record> searchTitles(const TitleSearch<Record>& search, const std::string& address, int count,
                            const Context& context) {

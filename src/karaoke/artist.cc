@@ -59,7 +59,7 @@ int parseArtist(const unsigned char* text, KTV_ExtraData_t* info) try {
     if (*text == '[') {
       add(getGender(text, &length));
       if (skipToNextArtist(text, &length) != 0) {
-        return 0;  // a name without a separator in front of it is lost
+        return 0;  // a name without a separator before it is lost
       }
     } else {
       length = separatorLength(text);

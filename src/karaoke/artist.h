@@ -2,11 +2,12 @@
 
 namespace libquilp {
 
-/// The code of the gender marker that `text` starts with, whose length is stored; 0, and nothing
-/// stored, when there is none.
+/// Returns the code of the gender marker at the start of `text` and stores its length. Returns 0
+/// and stores nothing if there is none.
 int getGender(const unsigned char* text, int* length);
 
-/// Looks for the next separator: 0, and the offset after it stored; 1 when there is none.
+/// Finds the next separator: returns 0 and stores the offset after it, or returns 1 if there is
+/// none.
 int skipToNextArtist(const unsigned char* text, int* length);
 
 }  // namespace libquilp

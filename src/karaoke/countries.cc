@@ -1,6 +1,6 @@
 #include "libquilp.h"
 
-// Sorted by name. Some names have lost a blank, on purpose.
+// Sorted by name. Some names lack a blank, on purpose.
 // clang-format off
 const CountryEntry g_CountryCode[250] = {
     {"AF", "AFG", 4, "Afghanistan"},

@@ -28,7 +28,8 @@ const char* textOf(const XMLNode& element) {
   return text != nullptr && *text != '\0' ? text : nullptr;
 }
 
-/// 0 for no text. What an int cannot hold becomes its nearest value, wherever a long is wider.
+/// 0 for no text. A value beyond the range of int becomes the nearest int, also where long is
+/// wider.
 int numberOf(const char* text) {
   const long number = text != nullptr ? std::strtol(text, nullptr, 10) : 0;
   return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));

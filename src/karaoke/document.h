@@ -5,8 +5,8 @@
 
 namespace libquilp {
 
-/// Fills the record from an add-on's document; what that does not tell stays as it was, lists are
-/// appended to.
+/// Fills the record from an add-on's document. Fields missing in the document stay unchanged; lists
+/// are appended to.
 void readSong(const XMLNode& document, KTV_ExtraData_t& info);
 
 }  // namespace libquilp

@@ -8,10 +8,10 @@
 
 namespace libquilp {
 
-/// Of a file name, of a title and of an artist's name, as much as fits with a terminator.
+/// Buffer size for a file name, a title or an artist's name, with the terminator.
 inline constexpr std::size_t kNameSize = 1024;
 
-/// The only kind of title pattern there is.
+/// The only kind of title pattern.
 inline constexpr int kTitlePattern = 1;
 
 inline const char* characters(const unsigned char* text) {
@@ -26,8 +26,8 @@ inline bool startsWith(const unsigned char* text, const char* marker, int length
   return std::strncmp(characters(text), marker, static_cast<std::size_t>(length)) == 0;
 }
 
-/// The code of the marker that `text` starts with, whose length is stored; 0, and nothing stored,
-/// when there is none.
+/// Returns the code of the marker at the start of `text` and stores its length. Returns 0 and
+/// stores nothing if there is none.
 inline int codeOf(const unsigned char* text, const KaraokeCodeEntry* row, int* length) {
   for (; row->length != 0; ++row) {
     if (startsWith(text, row->marker, row->length)) {

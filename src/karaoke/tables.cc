@@ -2,7 +2,7 @@
 
 #include "libquilp.h"
 
-// The layouts cross the boundary of the library.
+// The record layouts are part of the binary interface.
 constexpr std::size_t kWord = sizeof(char*);
 static_assert(sizeof(KaraokeLanguageEntry) == (kWord == 8 ? 7 : 8) * kWord,
               "KaraokeLanguageEntry has changed");

@@ -14,7 +14,7 @@ namespace {
 
 constexpr unsigned char kFirstLead = 0xC0;
 
-/// Behind the character that starts here, by its lead byte alone, but not beyond the end.
+/// Skips the character that starts here, by its lead byte alone, but not beyond the end.
 const unsigned char* pastCharacter(const unsigned char* text) {
   // 0xE0 counts as the lead of two bytes, on purpose.
   const std::size_t size = *text >= 0xF0 ? 4 : *text >= 0xE1 ? 3 : 2;
@@ -23,12 +23,12 @@ const unsigned char* pastCharacter(const unsigned char* text) {
 
 int lengthOf(const char* marker) { return static_cast<int>(std::strlen(marker)); }
 
-/// The first call fills the lengths in, any further one costs the look at a flag.
+/// The first call fills in the lengths; later calls only check a flag.
 void fillLanguageLengths() {
   static const bool filled = [] {
     KaraokeLanguageEntry* row = g_LanguageCode;
     if (row->length1 != 0) {
-      return true;  // a host has done it
+      return true;  // the host has filled them
     }
     for (; row->code > 0; ++row) {
       row->length1 = lengthOf(row->marker1);
@@ -63,7 +63,7 @@ int utf8_word(const unsigned char* text) {
       ++text;
     }
     if (*text >= kFirstLead) {
-      ++words;  // here only the lead byte is passed: continuation bytes count for nothing
+      ++words;  // skips only the lead byte: continuation bytes are not counted
     }
     if (*text != '\0') {
       ++text;
@@ -118,8 +118,9 @@ int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info) 
       info->language = getLanguage(text, &length);
       if (info->language > 0) {
         languageFound = true;
-        // A Chinese marker has left the length as it was: 0, so that its bracket is looked at once
-        // more, or that of a track's marker right before it, so that the scan goes on inside.
+        // A Chinese marker leaves the length unchanged. Either it is 0, and its bracket is read
+        // once more, or it is the length of a track marker right before, and the scan goes on
+        // inside.
         text += length;
         length = 0;
         continue;
@@ -130,7 +131,7 @@ int parseTitleAndLangAndVocal(const unsigned char* text, KTV_ExtraData_t* info) 
       if (info->audioTrack > 0) {
         trackFound = true;
         text += length;
-        continue;  // with the length as it is
+        continue;  // with the length unchanged
       }
     }
     ++text;

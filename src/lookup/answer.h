@@ -8,22 +8,22 @@
 
 namespace libquilp {
 
-/// How a lookup went. Which reason comes with what: see sentence().
+/// The outcome of a lookup. sentence() shows which members each reason uses.
 struct Answer {
-  std::optional<AddOn> addOn;  // the one that was asked; none for the built-in route
-  int status = 0;              // what the exported function gives, or stores as the error
+  std::optional<AddOn> addOn;  // the add-on that ran; none for the built-in route
+  int status = 0;              // result, or `error`, of the exported function
   Reason reason = Reason::kOk;
   int number = 0;       // an exit status, a signal, an HTTP status, a season or an episode
-  std::string subject;  // a host, a root element, or what keeps an add-on from being started
+  std::string subject;  // a host, a root element, or why an add-on could not be started
 };
 
-/// Says in one line for people why there is nothing; empty for kOk.
+/// One line for people that explains why nothing was found; empty for kOk.
 std::string sentence(const Answer& answer);
 
-/// What curl's exit status tells of a fetch from a host.
+/// The reason for curl's exit status after a fetch from a host.
 std::string curlSentence(int exit, const std::string& host);
 
-/// The reason as a word for programs, which does not change; see quilp(1).
+/// A stable word for the reason, for programs; see quilp(1).
 const char* codeOf(const Answer& answer);
 
 }  // namespace libquilp

@@ -17,7 +17,7 @@ std::string hostOf(const std::string& address) {
   return std::string(cutter.upToOrRest("/"));
 }
 
-/// Whether any entry's text, in CDATA or not, is more than blanks.
+/// Whether any entry has text, in CDATA or not, that is not blank.
 int filledIn(const XMLNode& list, const char* entry, const char* element) {
   int filled = 0;
   list.forEachChild(entry, [&filled, entry, element](const XMLNode& child) {
@@ -131,7 +131,7 @@ void Lookup::conclude(bool found, Reason known) {
   }
   const std::vector<Fetch>& fetches = recorder_.fetches();
   if (found) {
-    // A page for an error has a title as well.
+    // Error pages have a title, too.
     if (!fetches.empty() && (fetches[0].http >= kFirstError || fetches[0].http == kAccepted)) {
       setReason(fetches[0]);
     }

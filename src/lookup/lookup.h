@@ -13,7 +13,7 @@
 
 namespace libquilp {
 
-/// What is asked, on its way to an answer.
+/// One lookup in progress.
 class Lookup {
  public:
   Lookup(const Request& request, const Values& values, Use use, const Context& context,
@@ -25,20 +25,20 @@ class Lookup {
   bool isBuiltIn() const { return !answer_.addOn; }
   bool isObserved() const { return context_.observer != nullptr; }
 
-  /// Runs the add-on and gives the root of its document; empty, with a reason, when there is none.
+  /// Runs the add-on and returns the root of its document; on failure an empty node, with a reason.
   XMLNode document();
 
-  /// Runs the add-on and gives its document as it is.
+  /// Runs the add-on and returns its document unchanged.
   std::optional<std::string> copiedDocument(const std::vector<Element>& elements);
 
-  /// Adds the reason where nothing was found. `known` is what a scraper knows.
+  /// Adds the reason if nothing was found. `known` is the scraper's reason.
   void conclude(bool found, Reason known = Reason::kOk);
 
   template <class Record>
   void countFields(Table<Record> table, const Record* records, int count) const;
 
  private:
-  /// Keeps what was fetched and passes everything on.
+  /// Records the fetches and forwards every call.
   class Recorder : public Observer {
    public:
     explicit Recorder(Observer* next) : next_(next) {}
@@ -56,7 +56,7 @@ class Lookup {
    private:
     Observer* next_;
     std::mutex adding_;
-    std::vector<Fetch> fetches_;  // of several for one address in turn, the last
+    std::vector<Fetch> fetches_;  // only the last of several in a row for one address
   };
 
   bool runAddOn();

@@ -8,15 +8,15 @@
 #include "plugin/observer.h"
 #include "plugin/record_table.h"
 
-// A lookup is data: a constant Request, and the Values that it is made with.
+// A lookup is data: a constant Request and its Values.
 
 namespace libquilp {
 
-/// How the print functions of a kind of media work.
+/// How the print functions of a media type work.
 enum class Printing {
-  kNone,           // there are none
-  kRecords,        // they print what the record functions give
-  kAddOnDocument,  // they ask an add-on of any class, and copy its document as it is
+  kNone,           // no print functions
+  kRecords,        // print the records of the other functions
+  kAddOnDocument,  // copy the document of an add-on of any class
 };
 
 struct Media {
@@ -30,16 +30,16 @@ inline constexpr Media kMusicMedia = {"Music", Printing::kAddOnDocument};
 inline constexpr Media kKaraokeMedia = {"KTV", Printing::kNone};
 inline constexpr Media kAllMedia[] = {kMovieMedia, kTVMedia, kMusicMedia, kKaraokeMedia};
 
-/// Whether records are asked for or a document to print.
+/// Whether the caller wants records or a printed document.
 enum class Use { kRecords, kPrint };
 
-/// Whether only an add-on of the library's own class is asked.
+/// Whether only an add-on of the library's own class is used.
 constexpr bool asksOwnClassOnly(const Media& media, Use use) {
   return use == Use::kRecords || media.printing != Printing::kAddOnDocument;
 }
 
-/// What a lookup is made with. Texts are never null, but for `id` (then the lookup is refused) and
-/// `language` (then it is the one configured for the add-on).
+/// The arguments of a lookup. Only two texts may be null: `id` (the lookup is then refused) and
+/// `language` (then the language configured for the add-on is used).
 struct Values {
   const char* keyword = "";
   const char* id = "";
@@ -83,12 +83,12 @@ struct Element {
   bool needsRole = false;  // an actor without a role is an error
 };
 
-/// What a print function writes, if it writes anything.
+/// The output of a print function; no value if it prints nothing.
 struct PrintedAnswer : Answer {
   std::optional<std::string> document;
 };
 
-/// Writes the document to standard output, if there is one. Returns whether there was.
+/// Writes the document, if there is one, to standard output. Returns whether there was one.
 bool writeOut(const PrintedAnswer& answer);
 
 struct Request {
@@ -97,22 +97,22 @@ struct Request {
   const char* verb;
   Items<Option> options;  // in the add-on's order
   const char* root;       // of the add-on's document
-  const char* entry;      // the element of one result; null where the root is the one result
-  bool plainText;         // its values stand outside CDATA sections
+  const char* entry;      // the element of one result; null if the root is the only result
+  bool plainText;         // its values are outside CDATA sections
   bool printsCData;       // the printed document wraps each value, and is decoded afterwards
 
-  /// None where the entry itself holds the value.
+  /// Empty if the entry itself holds the value.
   std::vector<Element> (*elements)(const Request& request);
 
-  /// Makes the lookup and gives its document as the print function writes it. Null where there is
-  /// no print function.
+  /// Runs the lookup and returns the document that the print function writes. Null if there is no
+  /// print function.
   PrintedAnswer (*print)(const Request& request, const Values& values, const Context& context);
 };
 
-/// The add-on that a lookup asks; none for the built-in route.
+/// The add-on that a lookup runs; no value for the built-in route.
 std::optional<AddOn> addOnFor(const Request& request, Use use, const Context& context);
 
-/// Verb and options, as the add-on gets them.
+/// Verb and options, as passed to the add-on.
 std::vector<std::string> argumentsOf(const Request& request, const Values& values,
                                      const AddOn& addOn);
 

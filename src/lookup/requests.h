@@ -17,7 +17,7 @@ extern const ListRequest<velAlbum_> kArtistAlbums;
 extern const ListRequest<velThumb_> kArtistPictures;
 extern const RecordRequest<KTV_ExtraData_t> kSong;
 
-/// Whether a lookup filled anything of a record that the request did not bring.
+/// Whether a lookup filled any field of a record beyond the values of the request.
 template <class Record>
 bool tellsAnything(const RecordRequest<Record>& request, const Record& record) {
   for (const Field<Record>& field : request.printed) {

@@ -10,8 +10,8 @@
 #include "plugin/records.h"
 #include "plugin/result_document.h"
 
-// The one way to make a lookup. Only std::logic_error leaves it, where the exported function says
-// so; out of memory is an answer.
+// The only way to run a lookup. It throws only std::logic_error, where the exported function
+// documents it; running out of memory is an answer.
 
 namespace libquilp {
 
@@ -20,7 +20,7 @@ template <class Record>
 struct ListRequest : Request {
   Table<Record> fields;   // of an entry of the add-on's document
   Table<Record> printed;  // of an entry of the printed document
-  char* Record::*value;   // what the entry itself holds; null where it holds elements
+  char* Record::*value;   // value of the entry itself; null if it contains elements
   void (*release)(Record* records, int count);
   Found<Record> (*builtIn)(const Values& values, const Context& context);
 };
@@ -30,7 +30,7 @@ template <class Record>
 struct RecordRequest : Request {
   Table<Record> fields;
   Table<Record> printed;
-  void (*clear)(Record& record);  // what every lookup starts with
+  void (*clear)(Record& record);  // called at the start of every lookup
   void (*read)(const XMLNode& root, const Values& values, Record& record);
   Outcome (*builtIn)(const Values& values, const Context& context, Record& record);
   void (*complete)(const Values& values, Record& record);  // before printing; may be null
@@ -65,14 +65,14 @@ Found<Record> findBy(const ListRequest<Record>& request, const Values& values, L
   if (found.records.count() > 0 && found.reason == Reason::kOk) {
     found.reason = Reason::kEmptyRows;
   }
-  // The built-in searches give an empty record where there is nothing.
+  // The built-in searches return an empty record if the site has no results.
   const bool counts = any || found.reason == Reason::kEmptyRows;
   lookup.countFields(request.printed, found.records.begin(), counts ? found.records.count() : 0);
   lookup.conclude(any, found.reason);
   return found;
 }
 
-/// Makes a lookup for a list.
+/// Runs a lookup for a list.
 template <class Record>
 ListAnswer<Record> run(const ListRequest<Record>& request, const Values& values,
                        const Context& context) {
@@ -119,7 +119,7 @@ void fillBy(const RecordRequest<Record>& request, const Values& values, Lookup& 
   lookup.conclude(found, known);
 }
 
-/// Makes a lookup for one record, which the caller has constructed.
+/// Runs a lookup for one record, which the caller has constructed.
 template <class Record>
 Answer run(const RecordRequest<Record>& request, const Values& values, const Context& context,
            Record& record) {
@@ -212,10 +212,9 @@ std::vector<Element> recordElements(const Request& request) {
   return elementsOf(static_cast<const RecordRequest<Record>&>(request).fields);
 }
 
-// What the exported functions are made of: lookups that nothing observes.
+// The implementation of the exported functions: lookups without an observer.
 
-/// Stores the array and, where there is one, the add-on's exit status. Null for `records` is
-/// refused.
+/// Stores the array and, if there is one, the add-on's exit status. Refuses null `records`.
 template <class Record>
 int search(const ListRequest<Record>& request, const Values& values, Record** records,
            int* error = nullptr) {
@@ -229,7 +228,7 @@ int search(const ListRequest<Record>& request, const Values& values, Record** re
   return answer.found.giveTo(records);
 }
 
-/// Null for `record` is refused.
+/// Refuses a null `record`.
 template <class Record>
 int fill(const RecordRequest<Record>& request, const Values& values, Record* record) {
   return record != nullptr ? run(request, values, Context(), *record).status : 1;

@@ -16,12 +16,12 @@ char* decimal(int value) { return SafeStrdup(std::to_string(value).c_str()); }
 
 void readEpisode(const XMLNode& root, const Values& values, velTVEpisode& info) {
   readRecord<velTVEpisode>(root, kEpisodeFields, info);
-  // Unlike the built-in scraper, an add-on has no season and no episode 0.
+  // Unlike the built-in scraper, this leaves season 0 and episode 0 null.
   info.season_number = values.season != 0 ? decimal(values.season) : nullptr;
   info.episode_number = values.episode != 0 ? decimal(values.episode) : nullptr;
 }
 
-/// What was asked for is printed, whatever the record holds.
+/// Print the requested season and episode, not those of the record.
 void setNumbers(const Values& values, velTVEpisode& info) {
   std::free(info.season_number);
   info.season_number = decimal(values.season);

@@ -8,8 +8,8 @@
 #include "plugin/page_fetch.h"
 #include "text/entities.h"
 
-// A section or start marker that is missing gives null or an empty list; an end marker that is
-// missing makes the cut run to the end of its text.
+// A missing section or start marker gives null or an empty list. With a missing end marker, the cut
+// reaches to the end of its text.
 
 namespace libquilp {
 namespace {
@@ -163,7 +163,7 @@ void readCast(std::string_view page, velMovieInfo_& info) {
   Cutter cast(Cutter(page)
                   .betweenOrRest("<h3>Cast</h3>", "<form action=\"/character/create\"")
                   .value_or(""));
-  bool cellsLeft = true;  // without it, every actor after the last cell would look to the end
+  bool cellsLeft = true;  // avoids a search to the end of the page for every later actor
   while (cast.past(".src='/rg/castlist/position-")) {
     const Cut actor = cast.betweenOrRest("/';\">", "</a>");
     if (!actor) {

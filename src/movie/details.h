@@ -10,9 +10,9 @@
 
 namespace libquilp {
 
-/// What a combined page leaves to other pages.
+/// Fields of a combined page that are on other pages.
 struct MovieLinks {
-  bool plotSummary = false;  // the plot stands on the plot-summary page
+  bool plotSummary = false;  // the plot is on the plot-summary page
   Cut photoPath;             // of the page that holds the poster
 };
 
@@ -23,8 +23,8 @@ MovieLinks readCombinedPage(std::string_view page, const char* id, velMovieInfo_
 /// Address of the poster on a photo page.
 Cut primaryImageOf(std::string_view page);
 
-/// The built-in scraper. The text fields are null before; a page that cannot be fetched leaves the
-/// record untouched. The outcome has curl's exit status. Throws as readCombinedPage.
+/// The built-in scraper. Requires null text fields. If the page cannot be fetched, the record stays
+/// untouched. The outcome has curl's exit status. Throws like readCombinedPage.
 Outcome fetchMovie(const char* id, const Context& context, velMovieInfo_& info);
 
 }  // namespace libquilp

@@ -4,7 +4,7 @@
 
 #include "plugin/records.h"
 
-// The layouts cross the boundary of the library.
+// The record layouts are part of the binary interface.
 static_assert(sizeof(velMovie_) == 5 * sizeof(char*), "velMovie_ has changed");
 static_assert(sizeof(velMovieInfo_) == 9 * sizeof(char*) + 5 * sizeof(std::vector<std::string>),
               "velMovieInfo_ has changed");

@@ -10,7 +10,7 @@
 namespace libquilp {
 namespace {
 
-/// Identifiers go into the address as they are.
+/// Identifiers are inserted into the address unchanged.
 std::optional<Json::Value> fetchArtwork(const std::string& path, const Context& context) {
   ServiceDocument document(context);
   document.fetchOnce(std::string(FANART_WS_BASE) + "/v3/music/" + path +

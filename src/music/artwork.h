@@ -11,12 +11,11 @@
 
 namespace libquilp {
 
-/// Which pictures of an album will do.
+/// Which pictures of an album are accepted.
 enum class CoverKind { kFront, kFrontOrDisc };
 
-/// Fetches the artwork of an album and gives the address of its cover; empty when the service has
-/// none, and none when its answer cannot be parsed. Without an identifier (null) nothing is
-/// fetched.
+/// Fetches the artwork of an album and returns the address of its cover: empty if the service has
+/// none, no value if its document cannot be parsed. Fetches nothing for a null identifier.
 std::optional<std::string> fetchCover(const char* id, CoverKind kind, const Context& context);
 
 /// The address of a cover in an album's artwork document; empty when there is none.

@@ -12,7 +12,7 @@ namespace {
 // Some versions of JsonCpp mark their Reader as deprecated.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-/// Returns what the reader has to say; none when all is well.
+/// Returns the reader's error message; no value on success.
 std::optional<std::string> parse(const char* path, Json::Value& root) {
   Json::Reader reader;
   try {

@@ -7,12 +7,12 @@
 
 #include "plugin/observer.h"
 
-// Documents of the artwork service. What has not the expected shape counts as missing: nothing is
-// thrown.
+// Documents of the artwork service. A value of an unexpected type counts as missing. Nothing
+// throws.
 
 namespace libquilp {
 
-/// The document in a file; none when it cannot be parsed, which `context` is told.
+/// Parses the document in a file; on failure returns no value and reports to `context`.
 std::optional<Json::Value> readJson(const char* path, const Context& context);
 
 /// A member of an object; null when there is none, or when `value` is no object.

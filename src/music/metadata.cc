@@ -17,8 +17,8 @@ namespace {
 
 constexpr char kReleaseGroups[] = "/ws/2/release-group";
 
-/// A value for a query, encoded by the rule for whole addresses; the rule leaves the rest of the
-/// addresses here as it is. An ampersand would end the query.
+/// Encodes a value for a query by the rule for whole URLs, which leaves the rest of these addresses
+/// unchanged. Also encodes ampersands, which would end the query.
 std::string inQuery(std::string value) {
   const std::unique_ptr<char, decltype(&std::free)> encoded(url_encode(value.data()), &std::free);
   return replaced(orEmpty(encoded.get()), '&', "%26");
@@ -36,7 +36,7 @@ XMLNode listIn(const ServiceDocument& document, const char* list) {
   return XMLNode::openFileHelper(document.path(), &error, "metadata").getChildNode(list);
 }
 
-/// Why such a list has nothing.
+/// Why such a list is empty.
 Found<velAlbum_> nothingIn(const ServiceDocument& document) {
   Found<velAlbum_> nothing;
   int error = 0;
@@ -50,7 +50,7 @@ Found<velAlbum_> nothingIn(const ServiceDocument& document) {
   return nothing;
 }
 
-/// The service writes the identifier first, whatever it is called.
+/// The first attribute, of any name: the service writes the identifier first.
 const char* firstAttribute(const XMLNode& node) { return node.getAttribute(0).lpszValue; }
 
 struct ReleaseGroup {

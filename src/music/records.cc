@@ -2,7 +2,7 @@
 
 #include "plugin/records.h"
 
-// The layouts cross the boundary of the library.
+// The record layouts are part of the binary interface.
 static_assert(sizeof(velAlbum_) == 4 * sizeof(char*), "velAlbum_ has changed");
 static_assert(sizeof(velThumb_) == sizeof(char*), "velThumb_ has changed");
 

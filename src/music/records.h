@@ -21,7 +21,7 @@ inline constexpr Field<velAlbum_> kPrintedAlbumFields[] = {
     textField("image", &velAlbum_::image),
 };
 
-/// The albums of one artist, whose name is neither read nor printed.
+/// The albums of one artist; the artist's name is neither read nor printed.
 inline constexpr Field<velAlbum_> kArtistAlbumFields[] = {
     required(textField("name", &velAlbum_::name)),
     textField("releasedate", &velAlbum_::releasedate),

@@ -9,14 +9,14 @@
 
 namespace libquilp {
 
-/// The identifier without the five characters that stand before an add-on's own; empty when it is
-/// shorter.
+/// The identifier without its first five characters; empty if it is shorter. An add-on's
+/// identifiers carry such a prefix.
 const char* withoutPrefix(const char* id);
 
-/// One run of an add-on, and the document that it wrote. The destructor removes the document.
+/// One run of an add-on, and the document it wrote. The destructor removes the document.
 class AddOnCall {
  public:
-  /// Runs the add-on with the arguments and "-o" FILE after them.
+  /// Runs the add-on with the arguments, then "-o" FILE.
   AddOnCall(const AddOn& addOn, const std::vector<std::string>& arguments, const Context& context);
 
   const ProgramEnd& end() const { return end_; }

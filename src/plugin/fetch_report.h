@@ -9,19 +9,19 @@
 
 namespace libquilp {
 
-/// Tells the observer of one run of curl; does nothing without an observer.
+/// Reports one run of curl to the observer; does nothing without an observer.
 class FetchReport {
  public:
-  /// curl is to leave the headers in a file of this object's.
+  /// curl writes the headers to a temporary file of this object.
   FetchReport(const std::string& address, const Context& context);
-  /// curl leaves the headers in a file of the caller's anyway.
+  /// curl already writes the headers to a file of the caller.
   FetchReport(const std::string& address, const Context& context, std::string headers);
 
-  /// What to append to curl's command. The shell is not to complain that there is no curl: the
-  /// observer is told.
+  /// Text to append to curl's command. It silences the shell's message about a missing curl, since
+  /// the observer gets that report.
   std::string option() const;
 
-  /// To be called once curl has ended.
+  /// Call this after curl has ended.
   void finish(int exit, std::string_view page);
 
  private:

@@ -69,7 +69,7 @@ std::string readLines(std::FILE* stream) {
     if (std::fgets(piece, sizeof piece, stream) != nullptr) {
       text += piece;
     } else if (std::ferror(stream) != 0 && errno == EINTR) {
-      std::clearerr(stream);  // a signal of the host's is not the end of the page
+      std::clearerr(stream);  // a signal interrupted the read; the page goes on
     } else {
       break;
     }

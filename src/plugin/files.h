@@ -6,7 +6,7 @@
 
 namespace libquilp {
 
-/// Picks the name of a temporary file. Another program creates the file, the destructor removes it.
+/// Picks the name of a temporary file. Another program creates the file; the destructor removes it.
 class CTmpFile {
  public:
   CTmpFile() = default;
@@ -14,7 +14,7 @@ class CTmpFile {
   CTmpFile& operator=(const CTmpFile&) = delete;
   virtual ~CTmpFile();
 
-  /// Chooses a name under /tmp; it is empty when none can be had.
+  /// Chooses a name under /tmp; the name is empty on failure.
   void choose();
 
   const char* name() const { return name_; }
@@ -23,18 +23,18 @@ class CTmpFile {
   char name_[1024] = {};
 };
 
-/// The whole file; none when it cannot be read.
+/// Reads the whole file; no value on failure.
 std::optional<std::string> readFile(const char* path);
 
-/// The file as the print functions copy it: what follows a zero byte in a line is lost. None when
-/// it cannot be read.
+/// Reads the file as the print functions copy it: text after a zero byte in a line is lost. No
+/// value on failure.
 std::optional<std::string> readCopied(const char* path);
 
-/// All that is left in a stream, read line by line in pieces: what follows a zero byte in a piece
-/// is not kept. Ends early beyond kReadLimit.
+/// Reads the rest of a stream, line by line in pieces; text after a zero byte in a piece is lost.
+/// Stops after kReadLimit bytes.
 std::string readLines(std::FILE* stream);
 
-/// strdup, but null for null.
+/// Like strdup, but returns null for null.
 char* SafeStrdup(const char* text);
 
 inline const char* orEmpty(const char* text) { return text != nullptr ? text : ""; }

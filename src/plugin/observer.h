@@ -12,12 +12,12 @@ struct Fetch {
   std::string address;
   int exit = 0;              // curl's exit status
   int http = 0;              // HTTP status; 0 for no answer
-  bool isChallenge = false;  // the page, or its header, wants a browser to prove itself
+  bool isChallenge = false;  // the page or a header demands a browser
   long bytes = 0;
   double seconds = 0;
 };
 
-/// Is told how a lookup goes. Enrichment threads call pageFetched() concurrently.
+/// Receives the steps of a lookup. Enrichment threads call pageFetched() concurrently.
 class Observer {
  public:
   Observer() = default;
@@ -29,9 +29,9 @@ class Observer {
   virtual void addOnEnded(const ProgramEnd& /*end*/) {}
   virtual void pageFetched(const Fetch& /*fetch*/) {}
   virtual void rowsFound(int /*rows*/) {}
-  /// In how many rows the element of the printed document is filled.
+  /// The number of rows whose printed entry has this element filled.
   virtual void fieldFound(const char* /*element*/, int /*filled*/) {}
-  /// What an unobserved lookup writes to standard error.
+  /// A message that an unobserved lookup writes to standard error.
   virtual void message(const std::string& /*text*/) {}
 };
 

@@ -20,12 +20,12 @@ namespace libquilp {
 namespace {
 
 constexpr char kLimits[] = " -A Mozilla/5.0 --connect-timeout 15 --max-time 25";
-// What a shell answers to a command that it cannot read.
+// Exit status of a shell for a command that it cannot parse.
 constexpr int kUnreadableCommand = 2;
-// What curl answers when it cannot write a page.
+// Exit status of curl when it cannot write a page.
 constexpr int kUnwritablePage = 23;
 
-// What system() gives when it cannot start a shell.
+// Result of system() when it cannot start a shell.
 constexpr int kNotStarted = -1;
 
 struct ClosePipe {
@@ -37,7 +37,7 @@ bool canBeQuoted(const std::string& address) {
   return address.find_first_of(std::string_view("'\0", 2)) == std::string::npos;
 }
 
-/// curl makes several addresses out of one with braces or brackets, unless it is told not to.
+/// Without this option curl expands braces and brackets to several addresses.
 const char* globOption(const std::string& address) {
   return address.find_first_of("{}[]") != std::string::npos ? " -g" : "";
 }
@@ -49,8 +49,8 @@ std::string curlCommand(const std::string& address) {
 /// One word of a command.
 std::string quoted(const std::string& text) { return '\'' + replaced(text, '\'', "'\\''") + '\''; }
 
-/// Whether curl would write through what stands in the page's place: a link or a FIFO of a
-/// stranger, which the host may not remove.
+/// Whether curl would write through a link or FIFO in the page's place: another user's, which the
+/// host may not remove.
 bool isBlocked(const char* path) {
   struct stat status = {};
   return lstat(path, &status) == 0 && !S_ISREG(status.st_mode) && unlink(path) != 0;
@@ -69,7 +69,7 @@ std::optional<std::string> fetchPiped(const std::string& address, const char* op
     return {};
   }
   FetchReport report(address, context);
-  // "e": a program that another thread starts meanwhile does not inherit the pipe.
+  // "e": programs that other threads start concurrently do not inherit the pipe.
   Pipe pipe(popen((curlCommand(address) + options + report.option()).c_str(), "re"));
   if (!pipe) {
     report.finish(kNotStarted, {});

@@ -9,11 +9,11 @@
 #include "plugin/files.h"
 #include "plugin/observer.h"
 
-// The only places that know curl's command lines. A page's address that holds a single quote, or a
-// zero byte, would end its own quoting there: it is never fetched.
+// Only these functions know curl's command lines. A page address with a single quote or a zero byte
+// would end its own quoting: it is never fetched.
 //
-// The observer of a lookup is told of each fetch. To know the HTTP status, curl is then asked for
-// the headers as well ("-D FILE"); what a server sees stays the same.
+// Each fetch is reported to the observer of the lookup. An observed lookup also requests the
+// headers from curl ("-D FILE") to learn the HTTP status; servers see no difference.
 
 namespace libquilp {
 
@@ -30,35 +30,35 @@ inline PageFile tvShowSearchPage = {kTVShowSearchPage, {}};
 inline PageFile tvShowInfoPage = {kTVShowInfoPage, {}};
 
 struct FilePage {
-  int status;                       // curl's exit status; nothing else is set when not 0
+  int status;                       // curl's exit status; `text` is set only if it is 0
   std::optional<std::string> text;  // none when the file cannot be read
 };
 
-/// Whether a page's own text leads to a page of the same site: after the host's name anything else
-/// could name another host.
+/// Whether a path from a page starts with "/". Any other text after the host name could name
+/// another host.
 inline bool isSitePath(std::string_view path) { return path.substr(0, 1) == "/"; }
 
-/// Fetches a page into its file, which is removed before and left there afterwards. Nothing is
-/// fetched where another thing than a file stands in its place and cannot be removed.
+/// Removes the page file, then fetches the page into it; the file stays. Fetches nothing if
+/// something other than a regular file is in its place and cannot be removed.
 FilePage fetchToFile(const std::string& address, PageFile& file, const Context& context);
 
-/// Fetches a page through a pipe; none when curl could not be started. Safe in many threads.
+/// Fetches a page through a pipe; no value if curl could not be started. Thread-safe.
 std::optional<std::string> fetchThroughPipe(const std::string& address, const Context& context);
 
-/// The same, but curl names no user agent and has no time limits.
+/// The same, but without a user agent and without time limits.
 std::optional<std::string> fetchWithoutLimits(const std::string& address, const Context& context);
 
-/// A document of a web service, in a temporary file that goes with the object, as its headers do.
-/// Its address reaches curl as one argument, whatever it holds.
+/// A document of a web service. Document and headers are temporary files, which the destructor
+/// removes. curl always receives the address as one argument.
 class ServiceDocument {
  public:
   explicit ServiceDocument(const Context& context);
 
-  /// Tries up to three times while the service is overloaded. False when it still was in the end;
-  /// otherwise there may be a document, or none.
+  /// Tries up to three times while the service is overloaded. Returns false if it still is;
+  /// otherwise there may be a document or not.
   bool fetch(const std::string& address);
 
-  /// Tries once, whatever the service answers.
+  /// Tries once, also if the service is overloaded.
   void fetchOnce(const std::string& address);
 
   const char* path() const { return body_.name(); }

@@ -2,7 +2,7 @@
 
 namespace libquilp {
 
-/// Why a lookup gave nothing.
+/// Why a lookup found nothing.
 enum class Reason {
   kOk,
   kNothingFound,
@@ -19,7 +19,7 @@ enum class Reason {
   kWrongDocument,  // well-formed, but with another root element
   kNoRole,         // an actor without a role
 
-  kNoNetwork,  // or whatever else made curl fail
+  kNoNetwork,  // or any other failure of curl
   kHttpStatus,
   kChallenge,
   kNoPage,

@@ -11,14 +11,14 @@
 #include "plugin/result_document.h"
 #include "xml/xml_node.h"
 
-// A record is a table: each line says which element of a document stands for which member. Reading,
+// A record is a table: each line maps an element of a document to a member of the record. Reading,
 // printing and releasing are loops over such tables.
 
 namespace libquilp {
 
 using Strings = std::vector<std::string>;
 
-/// What becomes of a value that is not there.
+/// How a missing value is treated.
 enum class Missing {
   kEmptyElement,  // a null text is printed as an element without text
   kLeftOut,       // a null text is not printed
@@ -54,7 +54,7 @@ struct Field {
   Strings Record::*list = nullptr;   // repeated elements; with `roles`, the names of a cast
   Strings Record::*roles = nullptr;  // parallel to `list`
   Missing missing = Missing::kEmptyElement;
-  bool required = false;  // no result goes without it
+  bool required = false;  // every result must have it
 };
 
 template <class Record>
@@ -85,15 +85,15 @@ constexpr Field<Record> required(Field<Record> field) {
   return field;
 }
 
-/// An element's first CDATA section; `none` when it has none. Text outside CDATA does not count.
+/// An element's first CDATA section; `none` if it has none. Text outside CDATA is ignored.
 inline const char* firstClearOr(const XMLNode& element, const char* none) {
   return element.nClear() > 0 ? element.getClear(0).lpszValue : none;
 }
 
 inline const char* firstClear(const XMLNode& element) { return firstClearOr(element, nullptr); }
 
-/// Appends one actor. Unless what is missing counts as empty, one without a name is skipped, and
-/// one without a role is an add-on's error that leaves the call.
+/// Appends one actor. Unless missing values count as empty, an actor without a name is skipped, and
+/// an actor without a role throws std::logic_error.
 inline void readActor(const XMLNode& actor, Missing missing, Strings& names, Strings& roles) {
   const char* none = missing == Missing::kOneElement ? "" : nullptr;
   const char* name = firstClearOr(actor.getChildNode("name"), none);
@@ -108,8 +108,8 @@ inline void readActor(const XMLNode& actor, Missing missing, Strings& names, Str
   roles.emplace_back(role);
 }
 
-/// Fills the record from the children of `element`, in the table's order; lists are appended to. Of
-/// two lines for one text the later counts, unless it has no value.
+/// Fills the record from the children of `element`, in the table's order; appends to lists. If two
+/// lines fill the same text, the later one with a value counts.
 template <class Record>
 void readRecord(const XMLNode& element, Table<Record> table, Record& record) {
   for (const Field<Record>& field : table) {

@@ -6,7 +6,7 @@
 #include "plugin/reason.h"
 #include "plugin/record_table.h"
 
-// Who owns the records of a lookup, and how they are handed over.
+// Ownership of the records of a lookup, and its transfer to the caller.
 
 namespace libquilp {
 
@@ -37,7 +37,7 @@ class RecordArray {
   using Release = void (*)(Record*, int);
 
   RecordArray() = default;
-  /// Zeroed, with room for one even when none are asked for; false without memory.
+  /// Allocates zeroed records, at least one; false out of memory.
   RecordArray(Release release, int capacity)
       : release_(release),
         records_(static_cast<Record*>(
@@ -63,7 +63,7 @@ class RecordArray {
   /// The next record. Requires count() < capacity.
   Record& add() { return records_[count_++]; }
 
-  /// Stores the array, null without memory; stores nothing when there never was one.
+  /// Stores the array, or null out of memory; stores nothing if there never was an array.
   void giveTo(Record** records) {
     if (release_ != nullptr) {
       *records = std::exchange(records_, nullptr);
@@ -85,19 +85,19 @@ struct Found {
   explicit Found(RecordArray<Record> array) : records(std::move(array)), count(records.count()) {}
 
   RecordArray<Record> records;
-  int count = 0;  // what a caller is told, which may differ from the number of records
+  int count = 0;  // the caller's result, which may differ from the number of records
   Reason reason = Reason::kOk;
 
-  /// Stores the array and returns the number that a caller is told.
+  /// Stores the array and returns the caller's result.
   int giveTo(Record** place) {
     records.giveTo(place);
     return count;
   }
 };
 
-/// How filling one record went.
+/// The outcome of filling one record.
 struct Outcome {
-  int status = 0;               // what a caller is told
+  int status = 0;               // the caller's result
   Reason reason = Reason::kOk;  // if nothing was filled
 };
 

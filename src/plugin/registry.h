@@ -8,14 +8,14 @@
 
 namespace libquilp {
 
-/// The longest path of an add-on; the rest of a longer one is cut off.
+/// The longest path of an add-on; longer ones are truncated.
 inline constexpr std::size_t kProgramSize = 1024;
 
-/// The class of the library's own add-ons.
+/// The library's own class of add-ons.
 inline constexpr char kOwnClass[] = "Kestrawind";
 
-/// What a registry section says of an add-on: empty where it says nothing, none where the cut key
-/// of an overlong section name meets an entry without a value.
+/// An add-on's section in the registry. A missing key gives an empty text. A member has no value if
+/// the truncated key of an overlong section name matches a key without a value.
 struct RegistrySection {
   using Value = std::optional<std::string>;
 
@@ -29,17 +29,17 @@ struct RegistrySection {
   bool isOwnClass() const { return ownerClass == kOwnClass; }
 };
 
-/// The registry's sections in their order; none when the file cannot be read or parsed.
+/// The registry's sections in file order; no value if the file cannot be read or parsed.
 std::optional<std::vector<RegistrySection>> readRegistry();
 
-/// The first section whose add-on is enabled for the media type; null when there is none.
+/// The first section with an enabled add-on for the media type; null if there is none.
 const RegistrySection* firstEnabledSection(const std::vector<RegistrySection>& registry,
                                            const char* type, bool ownClassOnly);
 
-/// An add-on that serves a kind of media.
+/// An add-on for one media type.
 struct AddOn {
   std::string section;  // of the registry
-  std::string program;  // empty where the section names none
+  std::string program;  // empty if the section names none
 };
 
 /// The first enabled add-on of the media type ("Movie", "TV", "Music", "KTV").

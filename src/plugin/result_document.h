@@ -24,7 +24,7 @@ class ResultDocument {
   /// Adds an entry to a list document; `index` counts from 0, its rank from 1.
   XMLNode addEntry(const char* name, int index);
 
-  /// The document, a line feed after it.
+  /// The document with a final line feed.
   std::string text() const;
 
   /// The same, but with the character references of the whole document decoded.

@@ -49,7 +49,7 @@ bool anyProgram(const char* name, Attempt attempt) {
   }
 }
 
-/// Both outputs to /dev/null; as they are where that cannot be opened.
+/// Sends standard output and standard error to /dev/null; inherits them if it cannot be opened.
 class Redirection {
  public:
   Redirection() : null_(open("/dev/null", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644)) {
@@ -76,7 +76,7 @@ class Redirection {
 };
 
 /// Starts the program, or the system's shell with a script that has no interpreter line. Returns 0
-/// or an error as errno has it.
+/// or an errno value.
 int start(pid_t& child, const char* path, char** argv, const Redirection& redirection) {
   const int error = posix_spawn(&child, path, redirection.actions(), nullptr, argv, environ);
   if (error != ENOEXEC) {
@@ -108,9 +108,9 @@ ProgramEnd runProgram(char** argv) {
     return !triesNext(end.error);
   });
   if (!end.started()) {
-    return end;  // a wait would collect a child of the host
+    return end;  // without a pid, waiting could collect a child of the host
   }
-  // The child is collected also after an interruption.
+  // After an interrupted wait, still collect the child.
   while (waitpid(child, &end.waitStatus, 0) < 0 && errno == EINTR) {
     end.interrupted = true;
   }

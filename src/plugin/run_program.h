@@ -6,21 +6,20 @@ namespace libquilp {
 
 /// How a program ended.
 struct ProgramEnd {
-  int error = 0;             // why it could not be started, as errno has it
-  int waitStatus = 0;        // as waitpid gave it
+  int error = 0;             // errno if it could not be started
+  int waitStatus = 0;        // from waitpid
   bool interrupted = false;  // a signal of the host interrupted the wait
 
   bool started() const { return error == 0; }
   int signal() const { return WIFSIGNALED(waitStatus) ? WTERMSIG(waitStatus) : 0; }
   int exitStatus() const { return WIFSIGNALED(waitStatus) ? 1 : WEXITSTATUS(waitStatus); }
 
-  /// What callers of the library are told: 0 also when the program was not started or the wait was
+  /// The status for callers of the library: 0 also if the program was not started or the wait was
   /// interrupted.
   int reported() const { return interrupted ? 0 : exitStatus(); }
 };
 
-/// Runs argv[0] by the rules of execvp, its output going to /dev/null, and waits for it without a
-/// time limit.
+/// Runs argv[0], found like execvp does, with its output to /dev/null. Waits without a time limit.
 ProgramEnd runProgram(char** argv);
 
 /// Whether execvp would find the program, directly or along PATH.

@@ -4,8 +4,8 @@
 
 namespace libquilp {
 
-/// As long as it lives, the calling thread's C functions classify characters as in the "C" locale,
-/// whatever the host has set.
+/// While an object of this class exists, the calling thread's C functions classify characters as in
+/// the "C" locale, even if the host has set another one.
 class CLocale {
  public:
   CLocale() : own_(newlocale(LC_ALL_MASK, "C", nullptr)), hosts_(uselocale(own_)) {}

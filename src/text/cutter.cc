@@ -7,7 +7,7 @@
 namespace libquilp {
 namespace {
 
-constexpr std::size_t kContinuationBytes = 3;  // a character has no more of them
+constexpr std::size_t kContinuationBytes = 3;  // the most in one character
 
 bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
@@ -28,7 +28,7 @@ std::string_view atMost(std::string_view text, std::size_t size) {
   while (end > 0 && size - end < kContinuationBytes && isContinuation(text[end])) {
     --end;
   }
-  return text.substr(0, isContinuation(text[end]) ? size : end);  // stray bytes are no character
+  return text.substr(0, isContinuation(text[end]) ? size : end);  // not a UTF-8 character
 }
 
 bool Cutter::past(std::string_view marker) {

@@ -6,38 +6,38 @@
 
 namespace libquilp {
 
-/// A piece of a page; none when its markers are missing, which is not the same as an empty one.
+/// A piece of a page. No value means that a marker is missing; the piece itself may be empty.
 using Cut = std::optional<std::string_view>;
 
-/// As std::string::substr, without the copy: a count beyond the end, or one that wrapped around,
-/// runs to the end; a start beyond it throws std::out_of_range.
+/// Like std::string::substr, without the copy: a count beyond the end, or one that wrapped around,
+/// reaches to the end; a start beyond the end throws std::out_of_range.
 std::string_view cutAt(std::string_view text, std::size_t start, std::size_t count);
 
-/// As much of the text as `size` bytes hold, no part of a UTF-8 character at its end.
+/// The first `size` bytes of the text, or fewer, so that no UTF-8 character is split.
 std::string_view atMost(std::string_view text, std::size_t size);
 
-/// Walks one text from marker to marker and cuts out what stands between. A search that fails moves
-/// nothing, so that the next field is looked for from the same place.
+/// Walks one text from marker to marker and cuts out the pieces between them. A failed search does
+/// not move the position: the next search starts at the same place.
 class Cutter {
  public:
   explicit Cutter(std::string_view text) : text_(text) {}
 
-  /// Moves behind the next `marker`.
+  /// Moves after the next `marker`.
   bool past(std::string_view marker);
 
-  /// The text from here to the next `marker`, and moves behind that.
+  /// Returns the text up to the next `marker` and moves after the marker.
   Cut upTo(std::string_view marker);
 
-  /// The same, but without a marker it is all that is left.
+  /// The same, but returns the rest of the text if the marker is missing.
   std::string_view upToOrRest(std::string_view marker);
 
-  /// The text between the next `open` and the next `close` behind it, and moves behind that.
+  /// Returns the text between the next `open` and the `close` after it, and moves after `close`.
   Cut between(std::string_view open, std::string_view close);
 
-  /// The same, but without `close` it is all that is left.
+  /// The same, but returns the rest of the text if `close` is missing.
   Cut betweenOrRest(std::string_view open, std::string_view close);
 
-  /// The next `size` bytes, or as many as are left, and moves behind them.
+  /// Returns the next `size` bytes, or fewer at the end of the text, and moves after them.
   std::string_view take(std::size_t size);
 
   std::string_view rest() const { return text_.substr(at_); }
@@ -52,7 +52,7 @@ inline bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
-/// A copy for a record's field, allocated with malloc; null for none.
+/// Copies a cut for a record's field, with malloc; null for a missing one.
 char* duplicate(Cut cut);
 
 }  // namespace libquilp

@@ -37,8 +37,8 @@ char* putUtf8(char* out, std::uint32_t code) {
   return out;
 }
 
-/// `digits` stands behind the "#", `end` at the ";". Whatever strtoul takes counts: blanks and a
-/// sign in front, a second "0x", no digits at all.
+/// `digits` points after the "#", `end` at the ";". Accepts what strtoul accepts: leading blanks, a
+/// sign, a second "0x", no digits at all.
 bool numericCode(const char* digits, const char* end, std::uint32_t& code) {
   int base = 10;
   if (*digits == 'x' || *digits == 'X') {
@@ -50,7 +50,7 @@ bool numericCode(const char* digits, const char* end, std::uint32_t& code) {
     ++first;
   }
   if (static_cast<unsigned char>(*first) >= 0x80) {
-    return false;  // some locales have blanks up there
+    return false;  // in some locales these bytes are blanks
   }
   const int callersErrno = errno;
   errno = 0;
@@ -95,8 +95,8 @@ size_t decode_html_entities_utf8(char* dest, const char* src) {
     read = stop;
   };
 
-  // The next ";" is looked for only when the last one has been passed: text without one is walked
-  // once, however many "&" it holds.
+  // Search for the next ";" only after passing the last one: text without ";" is searched once,
+  // even if it contains many "&".
   const char* semicolon = read;
   const char* ampersand = strchrnul(read, '&');
   for (; *ampersand != '\0'; ampersand = strchrnul(read, '&')) {

@@ -5,7 +5,8 @@
 
 namespace libquilp {
 
-/// `text` with its character references decoded; it ends at a zero byte, also at a decoded one.
+/// Decodes the character references of `text`. The result ends at the first zero byte, original or
+/// decoded.
 std::string decoded(std::string_view text);
 
 }  // namespace libquilp

@@ -2,8 +2,8 @@
 
 namespace libquilp {
 
-// The names of HTML 4.01 and "apos". Not the standard's code points, on purpose: "nbsp" is an
-// ordinary blank, and the angle brackets "lang" and "rang" are the CJK ones.
+// The names of HTML 4.01 and "apos". Three code points differ from the standard, on purpose: "nbsp"
+// is an ordinary blank, and "lang" and "rang" are the CJK angle brackets.
 // clang-format off
 const Entity kEntities[kEntityCount] = {
     {"AElig", 0xC6}, {"Aacute", 0xC1}, {"Acirc", 0xC2}, {"Agrave", 0xC0}, {"Alpha", 0x391},

@@ -1,7 +1,7 @@
 #include "libquilp.h"
 
-// What replace_string puts for a code: no letters or digits, and from 144 on neighbours moved down,
-// four of them merged. The shifts are part of the data.
+// The text that replace_string inserts for each code: empty for letters and digits; from 144 on,
+// entries are shifted down and four are merged. The shifts are part of the data.
 // clang-format off
 const char* const html_utf8[256] = {
     "", "", "", "", "", "", "", "",  // 0

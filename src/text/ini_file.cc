@@ -10,8 +10,8 @@
 namespace libquilp {
 namespace {
 
-/// iniparser writes through null when it cannot have the tables of a dictionary. Whether there is
-/// room for them is found out before; another thread can still take it away.
+/// Out of memory, iniparser writes through null when it allocates a dictionary's tables. This
+/// checks for enough memory right before, but another thread may take it.
 bool hasRoom() {
   constexpr std::size_t kMoreThanItTakes = 16384;
   void* volatile room = std::malloc(kMoreThanItTakes);
@@ -20,7 +20,7 @@ bool hasRoom() {
   return has;
 }
 
-// A file that is not there is an ordinary case, of which iniparser would write a message.
+// A missing file is normal, but iniparser would write a message about it.
 dictionary* load(const char* path) {
   const bool readable = faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) == 0;
   return readable && hasRoom() ? iniparser_load(path) : nullptr;
@@ -28,7 +28,7 @@ dictionary* load(const char* path) {
 
 }  // namespace
 
-// Names are folded to lower case when they are read and when they are looked up.
+// Section names and keys are converted to lower case, in the file and in lookups.
 
 IniFile::IniFile(const char* path) : dictionary_(nullptr, &iniparser_freedict) {
   const CLocale letters;

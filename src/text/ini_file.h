@@ -6,7 +6,7 @@
 
 namespace libquilp {
 
-/// An INI file of the platform, read whole. Strings it gives live as long as it does.
+/// An INI file of the platform. The returned strings are valid as long as the object.
 class IniFile {
  public:
   explicit IniFile(const char* path);
@@ -14,7 +14,7 @@ class IniFile {
   bool loaded() const { return dictionary_ != nullptr; }
   int sections() const;
   const char* section(int i) const;
-  /// `fallback` for a key that is not there; null for one that stands without a value.
+  /// Returns `fallback` for a missing key, and null for a key without a value.
   const char* value(const char* key, const char* fallback) const;
 
  private:

@@ -14,12 +14,12 @@ constexpr char kBlank = ' ';
 constexpr int kFirstYear = 1900;
 constexpr int kLastYear = 2100;
 
-// The longer forms stand before "x264", so that they are blanked whole.
+// The longer forms come before "x264", so that they are blanked as a whole.
 constexpr std::string_view kReleaseTags[] = {
     "1080p", "1080i", "720p",   "BluRay", "x264-SPARKS", "x264-CHD", "x264-YYeTs", "x264",
     "YIFY",  "DTS",   "2Audio", "DD5.1",  "3AUDIO-WAF",  "HDTV",     "FoV"};
 
-/// Release tags as a set: a bit for each, in their order.
+/// A set of release tags: one bit for each, in the order of the table.
 using Tags = std::uint16_t;
 constexpr std::size_t kTagCount = std::size(kReleaseTags);
 constexpr Tags kAllTags = (1U << kTagCount) - 1;
@@ -56,7 +56,7 @@ void forEachTag(unsigned tags, Visit visit) {
 /// Tags of one piece of a name.
 struct FoundTags {
   unsigned tags = 0;
-  std::size_t end = 0;  // behind the last of them
+  std::size_t end = 0;  // after the last tag
 
   /// Looks which of `candidates` stand at a place.
   void look(std::string_view text, std::size_t at, unsigned candidates) {
@@ -71,8 +71,8 @@ struct FoundTags {
   }
 };
 
-/// Blanks every group, from the last opening bracket to the first closing one behind it and so on
-/// outwards, and openings that are never closed; a closing bracket without an opening stays.
+/// Blanks every bracketed group, innermost first, and every opening bracket that is never closed. A
+/// closing bracket without an opening one stays.
 void blankBrackets(std::string& text, char opening, char closing) {
   const std::size_t first = text.find(opening);
   if (first == std::string::npos) {
@@ -90,7 +90,7 @@ void blankBrackets(std::string& text, char opening, char closing) {
       }
     }
   }
-  // Every opening that is left has its closing now, so that a depth tells what is inside.
+  // Each remaining opening bracket has a closing one, so a depth counter finds the text inside.
   std::size_t depth = 0;
   for (std::size_t i = first; i < text.size(); ++i) {
     char& c = text[i];
@@ -114,7 +114,7 @@ std::size_t pastDigits(std::string_view text, std::size_t at) {
   return at;
 }
 
-/// Whether the word's leading number, as strtol reads it, is a year; no sign can stand in a word.
+/// Whether the word's leading number, as strtol reads it, is a year. A word contains no sign.
 bool startsWithYear(std::string_view word) {
   std::size_t at = 0;
   while (at < word.size() && isSpace(static_cast<unsigned char>(word[at]))) {
@@ -130,8 +130,8 @@ bool startsWithYear(std::string_view word) {
   return number >= kFirstYear;
 }
 
-/// Whether the word matches "^[sS][0-9]+[eE][0-9]+". That is compared by hand: a compiled pattern
-/// would cost more than all the rest, and compiling could fail.
+/// Whether the word matches "^[sS][0-9]+[eE][0-9]+". Compares by hand: a regular expression would
+/// cost more than the rest of the work, and compiling it could fail.
 bool startsWithEpisode(std::string_view word) {
   if (word[0] != 's' && word[0] != 'S') {
     return false;
@@ -144,9 +144,8 @@ bool startsWithEpisode(std::string_view word) {
 /// The title words of a name, joined by single blanks.
 class TitleWords {
  public:
-  /// Takes the words up to a year behind the first. The first occurrence of each tag is blanked,
-  /// in the tags' order; tags do not reach over the end of a piece, so that one piece after the
-  /// other may be looked at.
+  /// Takes the words up to the first year after the first word. Blanks the first occurrence of each
+  /// tag, in the tags' order. No tag crosses the end of a piece, so pieces are read one by one.
   void read(std::string_view text) {
     for (std::size_t at = 0; at < text.size() && !done_; ++at) {
       const std::size_t start = at;
@@ -164,7 +163,7 @@ class TitleWords {
   std::string& words() { return words_; }
 
  private:
-  /// The next separator that is in no tag.
+  /// The next separator outside any tag.
   std::size_t pieceEnd(std::string_view text, std::size_t at, FoundTags& found) const {
     const unsigned wanted = tags_ | kSeparator;
     for (; at < text.size(); ++at) {
@@ -182,7 +181,7 @@ class TitleWords {
   }
 
   void addBlanked(std::string_view text, unsigned found) {
-    if (text == kReleaseTags[firstTag(found)]) {  // as most are
+    if (text == kReleaseTags[firstTag(found)]) {  // the usual case
       tags_ &= ~(1U << firstTag(found));
       return;
     }
@@ -218,7 +217,7 @@ class TitleWords {
   }
 
   std::string words_;
-  unsigned tags_ = kAllTags;  // those that have not been met
+  unsigned tags_ = kAllTags;  // the tags not found so far
   bool done_ = false;
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
-/// Wider than a standard's unreserved set: a whole address keeps its structure.
+/// More than the unreserved characters of the standard, so that a whole URL keeps its structure.
 bool staysInAddress(unsigned char c) {
   return isAlnum(c) || (c != '\0' && std::strchr("-+_.~/:?&=\\\"", c) != nullptr);
 }
@@ -68,7 +68,7 @@ char* url_decode(char* text) {
     } else if (text[1] == '\0') {
       ++text;
     } else if (text[2] == '\0') {
-      *out++ = text[1];  // no pair follows: the character stays as it is, the "%" goes
+      *out++ = text[1];  // no pair follows: drop the "%", keep the character
       text += 2;
     } else {
       const int high = static_cast<unsigned char>(from_hex(text[1]));
@@ -102,7 +102,7 @@ int StringConvert2PercentString(char* source, int sourceLength, char* destinatio
     return -1;
   }
   for (int i = 0; i < sourceLength; ++i) {
-    // One digit below 0x10, and then the buffer's terminator: the text ends there, on purpose.
+    // Below 0x10 one digit, then the terminator of the buffer: the text ends there, on purpose.
     char digits[3] = {};
     std::snprintf(digits, sizeof digits, "%x", static_cast<unsigned char>(source[i]));
     *destination++ = '%';

@@ -8,8 +8,8 @@
 namespace libquilp {
 
 void removeAll(std::string& text, std::string_view pattern) {
-  // Kept bytes are written to the front; whenever they end in the pattern, it goes at once. The
-  // occurrence that ends first is also the one that starts first.
+  // Kept bytes move to the front; when they end with the pattern, it is removed at once. The
+  // occurrence that ends first also starts first.
   std::size_t kept = text.find(pattern);
   if (kept == std::string::npos) {
     return;

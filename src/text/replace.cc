@@ -8,9 +8,9 @@
 namespace libquilp {
 namespace {
 
-/// Replaces "&#x41;" or "&#41;" by the table's text and drops the forms with one digit. A text that
-/// was put is read again, as it can start a reference itself ("&#x26;#x41;"); it is no longer than
-/// its reference, so it is laid over that reference's end and the walk goes on there.
+/// Replaces "&#x41;" or "&#41;" by the table's text and drops the forms with one digit. The
+/// inserted text is read again, since it can start a reference ("&#x26;#x41;"). It is not longer
+/// than its reference, so it overwrites the end of the reference, and reading continues there.
 void replaceReferences(std::string& text, std::string_view start, int base) {
   const auto digit = [&text, base](std::size_t i) {
     const int value = i < text.size() ? char2hex(text[i]) : base;

@@ -9,8 +9,8 @@
 namespace libquilp {
 namespace {
 
-/// The text between `open` and `close`, both searched from the start of `marker`. Where `close`
-/// stands first the count wraps around, and the cut runs to the end of the page.
+/// The text between `open` and `close`, both searched from the start of `marker`. If `close` comes
+/// first, the count wraps around, and the cut reaches to the end of the page.
 Cut bothAfter(std::string_view page, std::string_view marker, std::string_view open,
               std::string_view close) {
   const std::size_t from = page.find(marker);
@@ -48,7 +48,7 @@ Cut directorsOf(std::string_view page) {
   if (!cutter.past("<h4 class=\"inline\">Director")) {
     return {};
   }
-  cutter.take(6);  // ":</h4>", also when something else stands there
+  cutter.take(6);  // skips ":</h4>", without checking it
   return cutter.upTo("</div>");
 }
 

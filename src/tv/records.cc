@@ -4,7 +4,7 @@
 
 #include "plugin/records.h"
 
-// The layouts cross the boundary of the library.
+// The record layouts are part of the binary interface.
 static_assert(sizeof(velTVShow) == 5 * sizeof(char*), "velTVShow has changed");
 static_assert(sizeof(velTVShowInfo) == 10 * sizeof(char*) + 6 * sizeof(std::vector<std::string>),
               "velTVShowInfo has changed");

@@ -23,7 +23,7 @@ inline constexpr Field<velTVShow> kPrintedShowFields[] = {
     textField("outline", &velTVShow::outline, Missing::kNoText),
 };
 
-/// A show's document. An add-on says "genres" and "network" where the printed one says "genre" and
+/// A show's document. Add-ons write "genres" and "network"; the printed document has "genre" and
 /// "networks".
 inline constexpr Field<velTVShowInfo> kShowInfoFields[] = {
     textField("id", &velTVShowInfo::id),
@@ -61,7 +61,7 @@ inline constexpr Field<velTVShowInfo> kPrintedShowInfoFields[] = {
               Missing::kOneElement),
 };
 
-/// An add-on's document of an episode, whose picture has two names.
+/// An add-on's document of an episode. Its picture may have two element names.
 inline constexpr Field<velTVEpisode> kEpisodeFields[] = {
     textField("id", &velTVEpisode::id),
     required(textField("title", &velTVEpisode::title)),

@@ -102,10 +102,10 @@ Cut bannerOf(std::string_view page) {
   return Cutter(page).between("<meta itemprop='image' content='", "'/>");
 }
 
-// The first match of "one of the word bytes, any byte, one or more word bytes or blanks", as far as
-// it goes. It is looked for by hand because regcomp reads bytes by the host's locale, where the
-// letters would be characters and half a letter no match; the run at the end is the only choice in
-// the pattern, so the first place that fits is the leftmost match and the whole run its longest.
+// Finds the leftmost, longest match of "a word byte, any byte, one or more word bytes or blanks".
+// regcomp would depend on the host's locale and might match characters instead of bytes. Only the
+// run at the end can vary in length, so the first place that fits is the leftmost match, and the
+// whole run its longest.
 void cutRole(std::string& role) {
   const auto isInRun = [&role](std::size_t i) { return role[i] == ' ' || isWordByte(role[i]); };
   const std::size_t size = std::strlen(role.c_str());

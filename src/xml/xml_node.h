@@ -36,7 +36,7 @@ class XMLNode {
   int nChildNode(const char* name) const;
   XMLNode getChildNode(int i) const;
   XMLNode getChildNode(const char* name, int i = 0) const;
-  /// The element behind this one, under the same parent.
+  /// The next element under the same parent.
   XMLNode getNextNode() const;
 
   /// Calls visit(child) for each child element of that name, in document order: one walk, where

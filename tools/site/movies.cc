@@ -42,7 +42,7 @@ Movies readMovies() {
     movie["id"] = "tt" + std::to_string(filler["first_id"].asInt() + i);
     movies.push_back(complete(movie));
   }
-  // Rows whose title pages have faults.
+  // Rows that link to faulty title pages.
   for (const std::string& fault : faultNames()) {
     Json::Value row;
     row["id"] = fault + "-" + movies.front()["id"].asString();

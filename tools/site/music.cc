@@ -106,7 +106,7 @@ bool refuses(Data& data, const Json::Value& artist) {
   return busy > 0 && data.refused++ % (busy + 1) < busy;
 }
 
-// The text between the quotes behind `mark`.
+// The text between the quotes after `mark`.
 std::string phrase(const std::string& query, const std::string& mark) {
   const size_t start = query.find(mark + '"');
   if (start == std::string::npos) {

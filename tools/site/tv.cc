@@ -30,7 +30,7 @@ Titles readShows(const Json::Value& data) {
        repeat(filler["show"], filler["count"].asInt(), filler["first_id"].asInt())) {
     shows.push_back(show);
   }
-  // Rows whose title pages have faults.
+  // Rows that link to faulty title pages.
   for (const std::string& fault : faultNames()) {
     Json::Value row;
     row["id"] = fault + "-" + shows.front()["id"].asString();
