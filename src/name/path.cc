@@ -84,6 +84,10 @@ PathParts partsOf(std::string_view path) {
   while (!path.empty() && (path.back() == '/' || path.back() == '\\')) {
     path.remove_suffix(1);
   }
+  if (path.find_first_of("/\\") == std::string_view::npos) {
+    result.part[result.count++] = path;
+    return result;
+  }
   // "Fate/Zero" alone is a title
   const std::size_t first = path.find('/');
   const bool single = first != std::string_view::npos && first != 0 &&

@@ -10,7 +10,12 @@ constexpr std::string_view kTopLevels[] = {
     "am",  "ag",  "lt",  "xyz", "biz",  "vip", "pw",  "ws",   "pro", "link", "site", "club", "bz",
     "cn",  "eu",  "us",  "nu",  "life", "top", "sbs", "lol",  "art", "wiki", "one",  "live"};
 
+constexpr std::size_t kLongestTopLevel = 4;
+
 bool isTopLevel(std::string_view word) {
+  if (word.size() > kLongestTopLevel || !isLetter(word[0])) {
+    return false;
+  }
   for (const std::string_view known : kTopLevels) {
     if (word.size() == known.size()) {
       bool same = true;

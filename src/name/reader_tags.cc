@@ -119,7 +119,7 @@ Match Reader::matchAt(std::size_t i) const {
     return resolution;
   }
   Match best = {};
-  WordHash hash;
+  WordHash hash = WordHash::none();
   for (std::size_t n = 1; n <= kMostWords && i + n <= tokens_.count; ++n) {
     const Token& word = token[i + n - 1];
     if (n > 1 && ((word.gap & ~kJoins) != 0 || word.bracket != token[i].bracket)) {

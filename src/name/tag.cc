@@ -17,7 +17,7 @@ struct Slot {
 };
 
 constexpr std::uint32_t hashOf(std::string_view words) {
-  WordHash hash;
+  WordHash hash = WordHash::none();
   for (const char c : words) {
     if (c != ' ') {
       hash.add(c);

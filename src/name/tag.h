@@ -25,8 +25,10 @@ struct Tag {
 
 /// A hash of letters and digits without regard to case, which can be extended word by word.
 struct WordHash {
-  std::uint32_t value = 0;
-  std::uint32_t factor = 1;
+  std::uint32_t value;
+  std::uint32_t factor;
+
+  static constexpr WordHash none() { return {0, 1}; }
 
   constexpr void add(char c) {
     value = value * kBase + static_cast<unsigned char>(c);

@@ -1,5 +1,7 @@
 #include "name/token.h"
 
+#include <array>
+
 #include "name/counter.h"
 
 namespace libquilp {
@@ -46,8 +48,7 @@ Sign wideSignAt(std::string_view text) {
   return {};
 }
 
-Sign signAt(std::string_view name, std::size_t i) {
-  const char c = name[i];
+constexpr Sign asciiSign(char c) {
   switch (c) {
     case ' ':
     case '\t':
@@ -97,9 +98,23 @@ Sign signAt(std::string_view name, std::size_t i) {
     default:
       break;
   }
-  const auto byte = static_cast<unsigned char>(c);
-  if (byte < ' ') {
-    return {kOtherGap};
+  return static_cast<unsigned char>(c) < ' ' ? Sign{kOtherGap} : Sign();
+}
+
+constexpr std::array<Sign, 128> makeAsciiSigns() {
+  std::array<Sign, 128> signs{};
+  for (std::size_t i = 0; i < signs.size(); ++i) {
+    signs[i] = asciiSign(static_cast<char>(i));
+  }
+  return signs;
+}
+
+constexpr std::array<Sign, 128> kAsciiSigns = makeAsciiSigns();
+
+Sign signAt(std::string_view name, std::size_t i) {
+  const auto byte = static_cast<unsigned char>(name[i]);
+  if (byte < kAsciiSigns.size()) {
+    return kAsciiSigns[byte];
   }
   return byte == 0xE3 || byte == 0xE2 || byte == 0xEF || byte == 0xC2 ? wideSignAt(name.substr(i))
                                                                       : Sign();
@@ -146,6 +161,11 @@ class Nesting {
 Tokens::Tokens(std::string_view text) : name(text) {
   bracket[0] = {0, static_cast<std::uint32_t>(name.size()), 0, false, false};
   Nesting nesting(*this);
+  // Every counter has a unit beyond ASCII.
+  bool counters = false;
+  for (const char c : name) {
+    counters = counters || static_cast<unsigned char>(c) >= 0x80;
+  }
   std::uint16_t gap = 0;
   std::size_t i = 0;
   while (i < name.size() && count < kMost) {
@@ -165,13 +185,21 @@ Tokens::Tokens(std::string_view text) : name(text) {
       continue;
     }
     Token& word = token[count++];
-    word = {
-        static_cast<std::uint32_t>(i), 0, {}, gap, nesting.current(), true, false, true, false, 0};
+    word = {static_cast<std::uint32_t>(i),
+            0,
+            WordHash::none(),
+            gap,
+            nesting.current(),
+            true,
+            false,
+            true,
+            false,
+            0};
     gap = 0;
     bool letters = false;
     std::size_t digits = 0;
     // A counter such as 第2季 is a word of its own, also where nothing parts it from others.
-    std::size_t counter = counterAt(name, i).size;
+    std::size_t counter = counters ? counterAt(name, i).size : 0;
     while (i < name.size()) {
       if (counter != 0) {
         for (const std::size_t end = i + counter; i < end; ++i) {
@@ -182,7 +210,7 @@ Tokens::Tokens(std::string_view text) : name(text) {
         break;
       }
       const Sign next = signAt(name, i);
-      if (next.gap != 0 || (i > word.begin && counterAt(name, i).size != 0)) {
+      if (next.gap != 0 || (counters && i > word.begin && counterAt(name, i).size != 0)) {
         break;
       }
       const std::size_t end = i + next.size;
@@ -225,7 +253,7 @@ bool Tokens::split(std::size_t i, std::size_t at) {
   token[i].end = token[i + 1].begin = whole.begin + static_cast<std::uint32_t>(at);
   token[i + 1].gap = kDotGap;
   for (Token* const part : {&token[i], &token[i + 1]}) {
-    part->hash = {};
+    part->hash = WordHash::none();
     part->digits = true;
     part->number = 0;
     for (const char c : name.substr(part->begin, part->end - part->begin)) {

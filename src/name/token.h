@@ -25,6 +25,7 @@ enum Gap : std::uint16_t {
 };
 
 /// A word of a name: letters and digits, and what does not part words.
+/// No member has an initializer: a name fills few of the tokens that there is room for.
 struct Token {
   std::uint32_t begin;
   std::uint32_t end;     // after the last byte
