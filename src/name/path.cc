@@ -84,7 +84,7 @@ PathParts partsOf(std::string_view path) {
   while (!path.empty() && (path.back() == '/' || path.back() == '\\')) {
     path.remove_suffix(1);
   }
-  if (path.find_first_of("/\\") == std::string_view::npos) {
+  if (path.find('/') == std::string_view::npos && path.find('\\') == std::string_view::npos) {
     result.part[result.count++] = path;
     return result;
   }

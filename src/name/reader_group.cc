@@ -77,7 +77,7 @@ void Reader::takeSites() {
       }
       continue;
     }
-    if (t[i + 1].gap != kDotGap || !isTopLevel(tokens_.text(i + 1)) ||
+    if (i != 0 || t[i + 1].gap != kDotGap || !isTopLevel(tokens_.text(i + 1)) ||
         t[i + 1].bracket != t[i].bracket) {
       continue;
     }

@@ -73,7 +73,7 @@ void Reader::splitGlued() {
   for (std::size_t i = 0; i < tokens_.count && tokens_.count < Tokens::kMost; ++i) {
     const Token& word = tokens_.token[i];
     const std::size_t size = word.end - word.begin;
-    if (word.digits || word.high || size < 3 || size > 20 || match_[i]) {
+    if (word.digits || !word.anyDigit || word.high || size < 3 || size > 20 || match_[i]) {
       continue;
     }
     const std::string_view text = tokens_.text(i);
@@ -154,6 +154,9 @@ Match Reader::matchAt(std::size_t i) const {
       }
     }
     hash.add(word.hash);
+    if (!mayBeginTag(hash.value)) {
+      break;
+    }
     const Tag* const tag = tagOfHash(hash.value);
     if (tag != nullptr && sameWords(bytes, tag->words)) {
       best = {tag, static_cast<std::uint8_t>(n), 0, 0};
@@ -165,6 +168,9 @@ Match Reader::matchAt(std::size_t i) const {
 // 1080p, 1080i50, R720p, 1920x1080
 Match Reader::resolutionAt(std::size_t i) const {
   std::string_view text = tokens_.text(i);
+  if (!isDigit(text[0]) && lower(text[0]) != 'r') {
+    return {};
+  }
   if (text.size() < 4 || text.size() > 10) {
     return {};
   }

@@ -46,7 +46,31 @@ constexpr std::array<Slot, kSlots> makeIndex() {
 
 constexpr std::array<Slot, kSlots> kIndex = makeIndex();
 
+constexpr std::size_t kBits = 65536;  // a power of two
+constexpr std::size_t bitOf(std::uint32_t hash) { return (hash ^ (hash >> 15)) & (kBits - 1); }
+
+/// A bit for the hash of every beginning of every tag.
+constexpr std::array<std::uint32_t, kBits / 32> makeBeginnings() {
+  std::array<std::uint32_t, kBits / 32> bits{};
+  for (const Tag& tag : kTags) {
+    WordHash hash = WordHash::none();
+    for (const char c : tag.words) {
+      if (c != ' ') {
+        hash.add(c);
+        bits[bitOf(hash.value) / 32] |= 1U << (bitOf(hash.value) % 32);
+      }
+    }
+  }
+  return bits;
+}
+
+constexpr std::array<std::uint32_t, kBits / 32> kBeginnings = makeBeginnings();
+
 }  // namespace
+
+bool mayBeginTag(std::uint32_t hash) {
+  return (kBeginnings[bitOf(hash) / 32] >> (bitOf(hash) % 32) & 1U) != 0;
+}
 
 const Tag* tagOfHash(std::uint32_t hash) {
   for (std::size_t slot = slotOf(hash); kIndex[slot].tag != 0; slot = (slot + 1) & (kSlots - 1)) {

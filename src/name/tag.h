@@ -42,6 +42,9 @@ struct WordHash {
   static constexpr std::uint32_t kBase = 0x01000193;
 };
 
+/// Whether a tag may begin with the letters of a hash. A few wrong hits cost a look at more words.
+bool mayBeginTag(std::uint32_t hash);
+
 /// The tag of a hash; null for none. The caller compares the letters.
 const Tag* tagOfHash(std::uint32_t hash);
 

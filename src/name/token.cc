@@ -192,6 +192,7 @@ Tokens::Tokens(std::string_view text) : name(text) {
             nesting.current(),
             true,
             false,
+            false,
             true,
             false,
             0};
@@ -217,6 +218,7 @@ Tokens::Tokens(std::string_view text) : name(text) {
       for (; i < end; ++i) {
         const char c = name[i];
         if (isDigit(c)) {
+          word.anyDigit = true;
           word.number = digits++ < 8 ? word.number * 10 + (c - '0') : kMostNumber;
           word.hash.add(c);
           continue;

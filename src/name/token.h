@@ -33,10 +33,11 @@ struct Token {
   std::uint16_t gap;     // what stands before it
   std::uint8_t bracket;  // index of the innermost one around it; 0 outside
   bool digits;           // nothing else
-  bool high;             // has bytes beyond ASCII
-  bool upper;            // has letters, all of them capital
-  bool taken;            // some field has it
-  int number;            // of digits: the value, at most kMostNumber
+  bool anyDigit;
+  bool high;   // has bytes beyond ASCII
+  bool upper;  // has letters, all of them capital
+  bool taken;  // some field has it
+  int number;  // of digits: the value, at most kMostNumber
 };
 
 struct Bracket {
