@@ -231,6 +231,13 @@ Marker seasonMarkerAt(std::string_view name, std::size_t at, char letter) {
   if (letter != 's') {
     return {};
   }
+  // S0615: both numbers in one
+  if (bytes.at() - at == 5 && !isYear(season) && season % 100 > 0 && bytes.atEnd()) {
+    marker.seasons = {{season / 100}, at, at + 3};
+    marker.episodes = {{season % 100}, at + 3, at + 5};
+    marker.end = at + 5;
+    return marker;
+  }
   Bytes disc = next;
   int number = 0;
   if (((disc.skip('d') && (isDigit(disc.peek()) || (disc.skip('v') && disc.skip('d')) ||

@@ -42,6 +42,18 @@ bool Reader::bareNumberAt(std::size_t i) {
       ++end;
     }
   }
+  // " - 5.01 - ": a season and an episode
+  else if (end < tokens_.count && t[i].digits && t[end].digits && t[end].gap == kDotGap &&
+           t[i].number < 40 && t[end].end - t[end].begin == 2 && name_.seasons.empty() &&
+           (t[i].gap & kSpacedDashGap) != 0 &&
+           (end + 1 == tokens_.count || (t[end + 1].gap & kSpacedDashGap) != 0)) {
+    Marker marker;
+    marker.seasons = {{t[i].number}, t[i].begin, t[i].end};
+    marker.episodes = {{t[end].number}, t[end].begin, t[end].end};
+    marker.end = t[end].end;
+    takeMarker(i, marker);
+    return true;
+  }
   // 12.5: between two episodes
   else if (end < tokens_.count && t[end].digits && t[end].gap == kDotGap && t[end].number == 5 &&
            t[end].end - t[end].begin == 1 && (t[i].gap & kSpacedDashGap) != 0) {

@@ -45,13 +45,45 @@ int ordinal(std::string_view word) {
   return i == 0 || !known ? 0 : number;
 }
 
+/// 1 to 12 for the English name of a month or its first three letters; 0 for any other word.
+int monthOf(std::string_view word) {
+  static constexpr std::string_view kMonths[] = {"january",   "february", "march",    "april",
+                                                 "may",       "june",     "july",     "august",
+                                                 "september", "october",  "november", "december"};
+  for (int month = 0; month < 12; ++month) {
+    const std::string_view name = kMonths[month];
+    bool same = word.size() == name.size() || word.size() == 3;
+    for (std::size_t i = 0; same && i < word.size(); ++i) {
+      same = lower(word[i]) == name[i];
+    }
+    if (same) {
+      return month + 1;
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 void Reader::findDate() {
   constexpr std::uint16_t kJoins = kBlankGap | kDotGap | kUnderscoreGap | kDashGap;
   const Token* const t = tokens_.token;
   for (std::size_t i = 0; i < tokens_.count && name_.airDate.empty(); ++i) {
-    if (!t[i].digits || t[i].taken) {
+    if (t[i].taken || !isDigit(text_[t[i].begin])) {
+      continue;
+    }
+    if (const int day = ordinal(tokens_.text(i)); day != 0 && i + 2 < tokens_.count) {
+      // 4th November 2020, 14 Feb 2021
+      const int month = monthOf(tokens_.text(i + 1));
+      if (t[i + 2].digits && !t[i + 2].taken && isDate(t[i + 2].number, month, day)) {
+        name_.airDate = dateText(t[i + 2].number, month, day);
+        take(NameField::kAirDate, i, i + 3);
+        marker_ = i;
+        markerEnd_ = i + 3;
+        return;
+      }
+    }
+    if (!t[i].digits) {
       continue;
     }
     const std::size_t size = t[i].end - t[i].begin;
