@@ -122,7 +122,7 @@ good 'o=/dev/stdout' KTV song:document
 good ': >"$o"; exit' TV search:document
 good 'mkdir "$o"; exit' KTV song:document
 good 'truncate -s 65M "$o"; exec sleep 61' KTV song:document
-filter "sed 's/Lamp/caf\xe9/'" KTV song:encoding
+filter "sed 's/Lamp/caf\xe9/'" KTV 'song:encoding song:well-formed'
 filter 'echo "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>"; cat' KTV song:encoding
 filter 'sed s:/actor:/cast:' Movie details:well-formed
 filter 'echo {}' KTV song:well-formed

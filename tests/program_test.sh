@@ -158,7 +158,7 @@ expect 1 'x y' karaoke x y
 says 1 'x: the add-on of \[a\] ' karaoke x
 expect 1 '.*{ *"file" : "x" *}.*' karaoke --format json x
 
-printf '#!/bin/sh\necho "<KtvInfo><Artist><Name Gender=\\"3\\">\351\235\222\355\240\200</Name></Artist></KtvInfo>" >"$5"\n' \
+printf '#!/bin/sh\necho "<?xml version=\\"1.0\\" encoding=\\"latin1\\"?><KtvInfo><Artist><Name Gender=\\"3\\">\351\235\222\355\240\200</Name></Artist></KtvInfo>" >"$5"\n' \
   >/etc/config/shell
 printf '[M,\377\340\200\257' >/tmp/list
 expect 0 '.*"gender" : "group", *"name" : "青���".*"file" : "\[M,����".*' \

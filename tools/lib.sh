@@ -3,13 +3,13 @@
 
 # The library, the program, and the box with its sample site.
 demo_packages=(
-  g++ cmake ninja-build pkg-config libpugixml-dev libjsoncpp-dev libiniparser-dev
-  libcli11-dev libcpp-httplib-dev libssl-dev bubblewrap ca-certificates curl openssl
+  g++ cmake ninja-build pkg-config libexpat1-dev libpugixml-dev libjsoncpp-dev
+  libiniparser-dev libcli11-dev libcpp-httplib-dev libssl-dev bubblewrap ca-certificates curl openssl
 )
 # Everything that the preset release builds, and what its tests run.
 build_packages=(
   "${demo_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev
-  dwarves fish groff-base iso-codes mandoc python3 zsh
+  dwarves fish groff-base iso-codes libxml2-utils mandoc python3 zsh
 )
 # What bench/compare compares with.
 bench_packages=(libxml2-dev python3-guessit)

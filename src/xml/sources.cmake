@@ -1,1 +1,2 @@
-target_sources(quilp_objects PRIVATE ${CMAKE_CURRENT_LIST_DIR}/xml_node.cc)
+target_sources(quilp_objects PRIVATE ${CMAKE_CURRENT_LIST_DIR}/well_formed.cc
+                                     ${CMAKE_CURRENT_LIST_DIR}/xml_node.cc)

@@ -1,12 +1,15 @@
 #include "xml/xml_node.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <optional>
 #include <string>
 
 #include "ascii.h"
 #include "readable.h"
+#include "xml/well_formed.h"
 
 namespace libquilp {
 namespace {
@@ -16,6 +19,35 @@ namespace {
 constexpr unsigned kParseOptions =
     pugi::parse_cdata | pugi::parse_escapes | pugi::parse_trim_pcdata;
 constexpr int kNoSuchElement = -1;
+
+std::optional<std::string> readDocument(const char* path) {
+  if (!isReadable(path)) {
+    return std::nullopt;
+  }
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path, "rbe"), &std::fclose);
+  if (!file || std::fseek(file.get(), 0, SEEK_END) != 0) {
+    return std::nullopt;
+  }
+  const long size = std::ftell(file.get());
+  if (size < 0 || static_cast<unsigned long>(size) > kReadLimit) {
+    return std::nullopt;
+  }
+  std::string text(static_cast<std::size_t>(size), '\0');
+  std::rewind(file.get());
+  if (std::fread(text.data(), 1, text.size(), file.get()) != text.size()) {
+    return std::nullopt;
+  }
+  return text;
+}
+
+/// Only a byte order mark tells UTF-16. Else the bytes are taken as they are, whatever encoding the
+/// document claims.
+pugi::xml_encoding encodingOf(const std::string& text) {
+  if (text.compare(0, 2, "\xFF\xFE") == 0) {
+    return pugi::encoding_utf16_le;
+  }
+  return text.compare(0, 2, "\xFE\xFF") == 0 ? pugi::encoding_utf16_be : pugi::encoding_utf8;
+}
 
 unsigned char folded(char c) { return toLower(static_cast<unsigned char>(c)); }
 
@@ -165,12 +197,18 @@ class Writer {
 }  // namespace
 
 XMLNode XMLNode::openFileHelper(const char* path, int* error, const char* tag) {
-  auto document = std::make_shared<pugi::xml_document>();
-  // The bytes are taken as they are, whatever encoding the document claims.
-  pugi::xml_parse_result result;
-  result.status = pugi::status_file_not_found;
-  if (isReadable(path)) {
-    result = document->load_file(path, kParseOptions, pugi::encoding_utf8);
+  *error = static_cast<int>(pugi::status_file_not_found);
+  std::optional<std::string> text = readDocument(path);
+  if (!text) {
+    return {};
+  }
+  const auto document = std::make_shared<pugi::xml_document>();
+  pugi::xml_parse_result result =
+      document->load_buffer(text->data(), text->size(), kParseOptions, encodingOf(*text));
+  // pugixml reads more than well-formed documents. It goes first since it needs less memory for
+  // elements without an end.
+  if (result && findXMLFault(*text).reason != nullptr) {
+    result.status = pugi::status_unrecognized_tag;
   }
   *error = static_cast<int>(result.status);
   if (!result) {

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <pugixml.hpp>
 #include <string_view>
 
@@ -12,6 +11,7 @@
 #include "output/utf8.h"
 #include "plugin/files.h"
 #include "plugin/record_table.h"
+#include "xml/well_formed.h"
 
 namespace quilp {
 namespace {
@@ -20,13 +20,9 @@ using libquilp::XMLNode;
 
 /// The reader tells only that it failed: this one tells where.
 std::string parseFault(const std::string& text) {
-  pugi::xml_document document;
-  const pugi::xml_parse_result result =
-      document.load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
-  const auto size = static_cast<std::ptrdiff_t>(text.size());
-  const auto end = text.begin() + std::min<std::ptrdiff_t>(result.offset, size);
-  const auto line = 1 + std::count(text.begin(), end, '\n');
-  return std::string(result.description()) + " at line " + std::to_string(line);
+  const libquilp::XMLFault fault = libquilp::findXMLFault(text);
+  return fault.reason == nullptr ? "it cannot be read"
+                                 : fault.reason + (" at line " + std::to_string(fault.line));
 }
 
 std::string topElements(const char* path) {
