@@ -175,7 +175,9 @@ serves TV print tvs tv search x
 expect 1 '\[tv' explain tv x
 
 echo 'no value' >>$conf
-expect 1 'zorp.conf is malformed .*Movie built-in' addon list
+expect 1 'zorp.conf is malformed at line [0-9]+ .*Movie built-in' addon list
+expect 1 '' movie search nosuchtitle
+[ "$(wc -l </tmp/errors)" = 1 ] || fail "more than one line: $(cat /tmp/errors)"
 serves Movie print null movie search x
 chmod 0 $conf
 expect 1 'cannot be read: Permission denied.*Movie built-in' addon list

@@ -8,14 +8,15 @@
 #include "command/commands.h"
 #include "output/exit_status.h"
 #include "output/utf8.h"
+#include "platform/registry_view.h"
 #include "usage/completion.h"
 #include "usage/parse.h"
 
 namespace quilp {
 namespace {
 
-/// In place of a closed standard descriptor, the next file that is opened would get what is meant
-/// for a person. To this one, writing fails as it should.
+/// Opens a file in place of each closed standard descriptor. Otherwise the next file that the
+/// program opens would receive its output. Writing to this one fails, as it should.
 void fillStandardDescriptors() {
   int file = 0;
   while ((file = open("/dev/null", O_RDONLY)) >= 0 && file <= STDERR_FILENO) {
@@ -66,6 +67,7 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   quilp::fillStandardDescriptors();
+  quilp::silenceIniParser();
   try {
     return quilp::run(argc, argv);
   } catch (const std::exception& error) {

@@ -16,8 +16,8 @@ inline constexpr Clause kVerb = {"verb", "the verb is understood"};
 inline constexpr Clause kStatus = {"status", "exit status 0 for a request that has an answer"};
 inline constexpr Clause kTime = {"time", "the end within the time limit"};
 inline constexpr Clause kInput = {"standard-input", "nothing is read from standard input"};
-inline constexpr Clause kProcesses = {"processes", "no process runs on behind the end"};
-inline constexpr Clause kLeftovers = {"leftovers", "no file stays behind but the document"};
+inline constexpr Clause kProcesses = {"processes", "no process runs on after the end"};
+inline constexpr Clause kLeftovers = {"leftovers", "no file is left but the document"};
 
 inline constexpr Clause kDocument = {"document", "a document in the file that -o names"};
 inline constexpr Clause kEncoding = {"encoding", "UTF-8, and no other encoding declared"};

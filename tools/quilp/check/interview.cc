@@ -353,10 +353,10 @@ std::string Interview::conduct(const Run& run) const {
     return "it read standard input";
   }
   if (!run.processes.empty() && !report_.failed(clause::kProcesses)) {
-    return "it left processes behind: " + listed(run.processes);
+    return "it left processes running: " + listed(run.processes);
   }
   if (!run.leftovers.empty() && !report_.failed(clause::kLeftovers)) {
-    return "it left files behind: " + listed(run.leftovers);
+    return "it left files: " + listed(run.leftovers);
   }
   return "";
 }

@@ -12,7 +12,7 @@ class Identifier {
  public:
   void addTo(Command& command, const std::string& description);
 
-  /// As the request takes it: an add-on's has five characters before it.
+  /// The identifier as the request takes it: with five characters before an add-on's.
   std::string forRequest(const libquilp::Request& request) const;
 
  private:

@@ -17,8 +17,8 @@ inline constexpr int kDefaultCount = 10;
 
 Take toText(std::string& text);
 
-/// A decimal number, whatever zeros it begins with: a release name's "08" is eight. `name` is what
-/// a message calls it.
+/// Reads a decimal number, also one with leading zeros, such as "08" of a release name. Messages
+/// call it `name`.
 Take toNumber(const std::string& name, int& number, int least, int most);
 
 /// "-n N", how many results are wanted.
@@ -27,14 +27,14 @@ void addCount(Command& command, int& count);
 /// "-l LANG" of TV.
 void addLanguage(Command& command, std::string& language);
 
-/// "--format", with the formats that a command knows; the first is what `format` starts with.
+/// "--format", with the formats that a command knows, the default first.
 void addFormat(Command& command, Format& format,
                const std::vector<Format>& known = {Format::kXml, Format::kJson, Format::kTable});
 
 bool equalsWithoutCase(const std::string& a, const std::string& b);
 
-/// The values of an option by name, without regard to case; names with the same value are spellings
-/// of one, and messages give the first.
+/// The values of an option and their names. Case does not matter. Of several names for one value,
+/// messages use the first.
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 

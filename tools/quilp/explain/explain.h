@@ -5,7 +5,7 @@
 
 namespace quilp {
 
-/// Makes the lookup that the program's command of that kind makes, and watches it.
+/// Makes a lookup and records how it goes.
 Explanation explain(const libquilp::Request& request, const libquilp::Values& values);
 
 }  // namespace quilp

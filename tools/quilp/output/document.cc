@@ -13,11 +13,11 @@
 namespace quilp {
 namespace {
 
-/// What the elements of a kind of document do not tell of themselves.
+/// What a document itself does not show.
 struct Kind {
   const char* root;
   const char* entry;                  // of a list; null for the document of one record
-  std::vector<const char*> repeated;  // elements that may be there several times
+  std::vector<const char*> repeated;  // elements that may occur several times
   Table::Row columns;
 };
 
@@ -88,7 +88,7 @@ Json::Value jsonOfElement(const Kind& kind, pugi::xml_node element) {
   return value;
 }
 
-/// The entries that tell anything: a search without results has one that does not.
+/// The entries with any text: a search without results prints one that has none.
 std::vector<pugi::xml_node> entriesOf(const Document& document) {
   std::vector<pugi::xml_node> entries;
   for (const pugi::xml_node entry : document.root().children(document.kind().entry)) {

@@ -6,7 +6,7 @@ struct PrintedAnswer;
 
 namespace quilp {
 
-// Exit statuses of the program that are its own; another one is an add-on's or curl's.
+// The program's own exit statuses. All others are an add-on's or curl's.
 inline constexpr int kNothingFound = 1;
 inline constexpr int kWrongUsage = 2;
 

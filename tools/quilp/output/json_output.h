@@ -6,10 +6,10 @@
 
 namespace quilp {
 
-/// A string; null for an empty one. JSON is UTF-8: a byte that is no part of it becomes U+FFFD.
+/// A string, or null for an empty one. A byte that is not UTF-8 becomes U+FFFD.
 Json::Value jsonText(std::string_view bytes);
 
-/// Prints a value, a line feed behind it; false when it could not be written.
+/// Prints a value and a line feed. Returns false when standard output cannot be written.
 bool printJson(const Json::Value& value);
 
 /// Prints a value on a line of its own; what is printed may stay in the stream's buffer.

@@ -6,8 +6,8 @@
 
 namespace quilp {
 
-/// Rows of text under headings, in columns as wide as their cells. A cell is printed on one line.
-/// On a terminal, the widest columns are cut to its width.
+/// Rows of text under headings, in columns as wide as their cells, one line a row. On a terminal,
+/// the widest columns are cut so that a row fits.
 class Table {
  public:
   using Row = std::vector<std::string>;
@@ -17,17 +17,17 @@ class Table {
   /// A row has as many cells as there are headings.
   void addRow(Row cells);
 
-  /// Prints to standard output; false when that could not be written.
+  /// Returns false when standard output cannot be written.
   bool print() const;
 
  private:
   std::vector<Row> rows_;
 };
 
-/// The width of the terminal that a descriptor is; 0 for anything else.
+/// The width of a terminal; 0 when the descriptor is something else.
 std::size_t terminalColumns(int descriptor);
 
-/// Prints "label  value", the value in its column; nothing for an empty value.
+/// Prints a label and, in the next column, its value; nothing when the value is empty.
 void printLine(const std::string& label, const std::string& value);
 
 }  // namespace quilp

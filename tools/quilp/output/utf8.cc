@@ -20,7 +20,7 @@ std::size_t characterLength(std::string_view text) {
   if (lead < 0xC2 || lead > 0xF4) {
     return 0;
   }
-  // Overlong forms, surrogates and what lies beyond the last code are told by the second byte.
+  // The second byte shows overlong forms, surrogates and codes that are too large.
   const unsigned lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   const unsigned highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
   if (byte(1) < lowest || byte(1) > highest) {

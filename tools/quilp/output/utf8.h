@@ -6,16 +6,16 @@
 
 namespace quilp {
 
-/// UTF-8 whatever the bytes are: each that is no part of a character becomes U+FFFD.
+/// The bytes as UTF-8: each byte that is not part of a character becomes U+FFFD.
 std::string validUtf8(std::string_view bytes);
 
-/// The same on one line: a control character becomes "?".
+/// The same, with "?" for each control character, so that it stays on one line.
 std::string lineText(std::string_view bytes);
 
-/// How many columns of a terminal a text of lineText takes.
+/// The width of a text of lineText, in columns of a terminal.
 std::size_t columnsOf(std::string_view text);
 
-/// A text of lineText, or as much of its start and its end as `columns` hold with "…" between.
+/// A text of lineText; one that is wider than `columns` has "…" for its middle.
 std::string fitted(const std::string& text, std::size_t columns);
 
 }  // namespace quilp

@@ -1,9 +1,12 @@
 #include "platform/registry_view.h"
 
 #include <fcntl.h>
+#include <iniparser.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdarg>
+#include <cstdio>
 #include <cstring>
 
 #include "platform.h"
@@ -14,9 +17,29 @@ namespace {
 
 using libquilp::RegistrySection;
 
+// What this thread read last.
+thread_local std::string parserMessage;
+
+int keepParserMessage(const char* format, ...) {
+  char text[256];
+  va_list values;
+  va_start(values, format);
+  const int size = std::vsnprintf(text, sizeof text, format, values);
+  va_end(values);
+  parserMessage = text;
+  return size;
+}
+
+/// From "iniparser: syntax error in FILE (LINE): ...".
+std::string lineOfMessage() {
+  const std::size_t start = parserMessage.find(" (") + 2;
+  const std::size_t end = parserMessage.find(')', start);
+  return start < 2 || end == std::string::npos ? "" : parserMessage.substr(start, end - start);
+}
+
 std::string problemOfFile() {
   if (faccessat(AT_FDCWD, libquilp::kRegistryFile, R_OK, AT_EACCESS) == 0) {
-    return "is malformed";  // the parser has told where
+    return "is malformed at line " + lineOfMessage();
   }
   return errno == ENOENT ? "is missing" : std::string("cannot be read: ") + std::strerror(errno);
 }
@@ -24,6 +47,8 @@ std::string problemOfFile() {
 std::string quoted(const RegistrySection::Value& value) { return '"' + value.value_or("") + '"'; }
 
 }  // namespace
+
+void silenceIniParser() { iniparser_set_error_callback(&keepParserMessage); }
 
 RegistryView::RegistryView() {
   if (auto sections = libquilp::readRegistry()) {

@@ -11,26 +11,28 @@ namespace quilp {
 using libquilp::Media;
 using libquilp::Use;
 
-/// The registry file as the library's lookups read it. It is read once: the parser complains of a
-/// malformed one each time.
+/// iniparser would write a message about a malformed file at each lookup. To be called first.
+void silenceIniParser();
+
+/// The registry file as lookups read it.
 class RegistryView {
  public:
   static const RegistryView& get();
 
-  /// Why there are no sections to look at; empty when the file was read.
+  /// Why the file could not be read; empty when it could.
   const std::string& problem() const { return problem_; }
   const std::vector<libquilp::RegistrySection>& sections() const { return sections_; }
 
-  /// The section whose add-on is asked; null when the library does the work itself.
+  /// The section whose add-on is asked; null for the built-in route.
   const libquilp::RegistrySection* serving(const Media& media, Use use) const;
 
-  /// Why a section is not the one that serves; empty when it is.
+  /// Why the add-on of a section is not asked; empty when it is.
   std::string obstacle(const libquilp::RegistrySection& section, Use use) const;
 
-  /// What keeps an add-on that is asked from answering; empty for nothing.
+  /// Why the add-on of a section cannot be started; empty when it can.
   static std::string defect(const libquilp::RegistrySection& section);
 
-  /// Why no section of the type serves, in one line.
+  /// Says in one line why no add-on of the type is asked.
   std::string whyNone(const Media& media, Use use) const;
 
  private:

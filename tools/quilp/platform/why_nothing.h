@@ -6,8 +6,8 @@
 
 namespace quilp {
 
-/// Why a lookup gave nothing, and what the platform lacks for it, in one line; empty when it gave
-/// something.
+/// Says in one line why a lookup found nothing, and what the platform lacks for it. Empty when the
+/// lookup found something.
 std::string whyNothing(const libquilp::Answer& answer, const libquilp::Media& media);
 
 }  // namespace quilp

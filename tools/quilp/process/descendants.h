@@ -5,16 +5,16 @@
 
 namespace quilp {
 
-/// From now on, a process whose parent has ended becomes a child of this program: none escapes.
+/// From now on, a process whose parent has ended becomes a child of this program.
 void adoptDescendants();
 
-/// Waits a moment for all children to end by themselves; the names of those that do not.
+/// Waits half a second for all children to end. Returns the names of those that still run.
 std::vector<std::string> lingeringDescendants();
 
-/// Sends SIGKILL to all children, and collects none of them.
+/// Sends SIGKILL to all children, without waiting for them.
 void killChildren();
 
-/// Ends all children, and theirs.
+/// Kills all children and their descendants, and waits for them.
 void endDescendants();
 
 }  // namespace quilp

@@ -6,16 +6,15 @@
 
 namespace quilp {
 
-/// Tells which files a run leaves behind in its working folder and in the folders for temporary
-/// files. Those are everybody's: what another user made there is not counted, nor are the documents
-/// of other calls.
+/// Finds the files that a run leaves in its working folder and in the folders for temporary files.
+/// The latter are shared: files of other users, and documents of other calls, do not count.
 class Leftovers {
  public:
   /// `document` is the one file that may stay.
   Leftovers(std::string workingFolder, std::string document);
 
-  /// What is there now and was not before. The working folder is emptied, and what is named after
-  /// the document removed; the rest stays.
+  /// Returns the files that are new. Empties the working folder and removes files whose names begin
+  /// with the document's; all others stay.
   std::vector<std::string> collect() const;
 
  private:

@@ -37,7 +37,7 @@ constexpr int kMostPieces = 64;
 constexpr std::array<int, 3> kEndingSignals = {SIGHUP, SIGINT, SIGTERM};
 volatile std::sig_atomic_t endingSignal = 0;
 
-/// While an add-on runs, a signal must not leave it, or files, behind.
+/// While an add-on runs, a signal ends it first and removes its files.
 class SignalWatch {
  public:
   SignalWatch() {
@@ -89,11 +89,11 @@ class Pipe {
   std::array<int, 2> ends_ = {-1, -1};
 };
 
-/// One run, from the start to the end of all that belongs to it.
+/// One run, from the start of the add-on to the end of all its processes.
 class Watch {
  public:
   Watch(const std::vector<std::string>& command, const std::string& folder, Run& run) : run_(run) {
-    // The input never ends, and how much is left in it tells whether it was read.
+    // The input stays open; how much is left in it shows whether the add-on read it.
     if (write(input_.writing(), kInput.data(), kInput.size()) < 0) {
       throw std::system_error(errno, std::generic_category(), "cannot write to a pipe");
     }
@@ -169,7 +169,7 @@ class Watch {
     if (!run_.readInput && ioctl(input_.reading(), FIONREAD, &left) == 0 &&
         static_cast<std::size_t>(left) < kInput.size()) {
       run_.readInput = true;
-      input_.closeWriting();  // an end of the input lets the rest of the request be seen
+      input_.closeWriting();  // at the end of its input, the add-on goes on
       input_.closeReading();
     }
   }
@@ -178,7 +178,7 @@ class Watch {
     pollfd wanted = {output_.reading(), POLLIN, 0};
     poll(&wanted, 1, milliseconds);
     char piece[4096];
-    // One that never stops writing must not keep the time limit from being seen.
+    // An add-on that never stops writing must still meet the time limit.
     for (int i = 0; output_.reading() >= 0 && i < kMostPieces; ++i) {
       const ssize_t size = read(output_.reading(), piece, sizeof piece);
       if (size < 0) {

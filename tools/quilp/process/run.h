@@ -9,7 +9,7 @@
 
 namespace quilp {
 
-/// A signal asked this program to end.
+/// Thrown when a signal asks this program to end.
 struct Interrupted {
   int signal;
 };
@@ -19,12 +19,12 @@ struct Run {
   int status = 0;                            // as the library sees it
   int signal = 0;                            // that ended it; 0 for none
   int startError = 0;                        // why it could not be started; 0 if it was
-  bool timedOut = false;                     // and was ended for it
-  bool tooLong = false;                      // its document grew without end, and it was ended
-  bool readInput = false;                    // it took something from standard input
-  std::vector<std::string> processes;        // that ran on behind its end, and were ended
-  std::vector<std::string> leftovers;        // files that it left behind
-  std::string output;                        // how what it wrote beside the document begins
+  bool timedOut = false;                     // and was killed
+  bool tooLong = false;                      // its document grew too long, and it was killed
+  bool readInput = false;                    // it read standard input
+  std::vector<std::string> processes;        // that ran on after its end, and were killed
+  std::vector<std::string> leftovers;        // files that it did not remove
+  std::string output;                        // the start of what it wrote to its outputs
   std::shared_ptr<libquilp::CTmpFile> file;  // where the document was to be
 };
 
@@ -37,10 +37,10 @@ class Runner {
   Runner(const Runner&) = delete;
   Runner& operator=(const Runner&) = delete;
 
-  /// `arguments` are those in front of "-o FILE".
+  /// `arguments` are those before "-o FILE".
   Run run(const std::vector<std::string>& arguments);
 
-  /// The same, with a file that cannot be made.
+  /// The same, with a file that cannot be created.
   Run runUnwritable(const std::vector<std::string>& arguments);
 
   const std::string& program() const { return program_; }

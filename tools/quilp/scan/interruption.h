@@ -10,9 +10,9 @@
 
 namespace quilp {
 
-/// Watches for Ctrl-C: the first asks for an end after the lookups under way, the second ends what
-/// these wait for, the third ends the program. Made before other threads are started, so that none
-/// of them gets the signal: while the library fetches a page, it would be lost.
+/// Watches for Ctrl-C: the first ends the scan after the current lookups, the second kills the
+/// add-ons that these wait for, the third ends the program. Create it before other threads: a
+/// thread that fetches a page would lose the signal.
 class Interruption {
  public:
   explicit Interruption(const Messages& messages);

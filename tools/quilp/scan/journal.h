@@ -9,15 +9,15 @@
 
 namespace quilp {
 
-/// The file that a scan can be resumed with: a line for each file that was looked up, added as soon
-/// as it was. Without a path it keeps nothing.
+/// The file of --resume: a line for each file that was looked up, added at once. Without a path it
+/// keeps nothing.
 class Journal {
  public:
-  /// Reads what is there. Throws std::system_error when the file cannot be opened, and
-  /// std::runtime_error when it belongs to another request, or is something else.
+  /// Reads the file. Throws std::system_error when it cannot be opened, and std::runtime_error when
+  /// it is not the journal of the same request.
   Journal(const std::string& path, const std::string& request);
 
-  /// What an earlier scan found; null when it did not get to the file, or failed.
+  /// The result of an earlier scan; null when there is none, or the lookup failed.
   const ScanRow* find(const std::string& file) const;
 
   /// Throws std::system_error when the row cannot be written.

@@ -10,14 +10,14 @@ namespace quilp {
 
 const libquilp::Request& requestOf(MediaType type);
 
-/// Whether an add-on answers for the type. Without one, two lookups must not overlap.
+/// Whether an add-on is asked for the type. Built-in lookups must not overlap.
 bool hasAddOn(MediaType type);
 
 /// Looks media files up by their names.
 struct Lookup {
   MediaType type;
   bool byAddOn;
-  int candidates;  // of so many, the one whose year stands in the name is the match, or the first
+  int candidates;  // of these, the match is the one whose year is in the name, or else the first
 
   ScanRow operator()(const std::string& file) const;
 };

@@ -10,12 +10,11 @@ enum class MediaType { kMovie, kTV, kKaraoke };
 struct MediaFiles {
   std::vector<std::string> paths;     // in the order of their names
   std::vector<std::string> failures;  // paths that could not be read, and why
-  bool nothingRead = true;            // each path that was given is among the failures
+  bool nothingRead = true;            // none of the given paths could be read
 };
 
-/// The files that are given and the media files of the folders that are given, and of those below
-/// them, told by their extensions. What is hidden is passed over, and links to folders are not
-/// followed.
+/// The given files, and the media files in the given folders and all folders below, which are known
+/// by their extensions. Skips hidden files and folders, and does not follow links to folders.
 MediaFiles mediaFilesOf(const std::vector<std::string>& paths, MediaType type);
 
 }  // namespace quilp

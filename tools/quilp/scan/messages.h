@@ -4,13 +4,13 @@
 
 namespace quilp {
 
-/// What a scan tells on standard error: messages and, on a terminal, one line of progress.
+/// Writes messages and, on a terminal, one line of progress to standard error.
 class Messages {
  public:
   Messages();
 
   void say(const std::string& message) const;
-  /// Takes the place of the line before; an empty text takes it away.
+  /// Replaces the line of progress; an empty text removes it.
   void showProgress(const std::string& text) const;
 
  private:

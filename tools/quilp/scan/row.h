@@ -6,12 +6,12 @@
 
 namespace quilp {
 
-/// Whether another scan may find something.
+/// Whether another scan may find more.
 inline bool isUnsettled(const libquilp::Answer& answer) {
   return answer.reason != libquilp::Reason::kOk && answer.reason != libquilp::Reason::kNothingFound;
 }
 
-/// What a scan tells of one media file.
+/// The result for one media file.
 struct ScanRow {
   std::string file;
   std::string keyword;  // what was looked for

@@ -8,11 +8,11 @@
 
 namespace quilp {
 
-/// Prints the rows of a scan to standard output. CSV and JSON come row by row, a table at its end.
+/// Prints the rows of a scan to standard output: CSV and JSON row by row, a table at the end.
 class RowWriter {
  public:
   virtual ~RowWriter() = default;
-  /// False, as the end is, when something could not be written.
+  /// Both return false when standard output cannot be written.
   virtual bool add(const ScanRow& row) = 0;
   virtual bool end() = 0;
 };

@@ -26,7 +26,7 @@ constexpr int kFailures = 100;  // the exit status for one failure is one more
 constexpr std::size_t kMostFailures = 25;
 constexpr int kInterrupted = 130;  // as a shell has it
 
-/// Looks the files up, several at a time, and passes the rows on in the order of the files.
+/// Looks the files up concurrently and prints the rows in the order of the files.
 class Scan {
  public:
   Scan(const ScanRequest& request, std::vector<std::string> files)
@@ -97,7 +97,7 @@ class Scan {
     rows_[i] = std::move(row);
     for (; written_ < rows_.size() && rows_[written_]; ++written_) {
       if (!writer_->add(*rows_[written_])) {
-        throw std::runtime_error("cannot write");  // nobody would see what else is found
+        throw std::runtime_error("cannot write");  // further results could not be seen
       }
     }
   }
@@ -116,7 +116,7 @@ class Scan {
   std::size_t written_ = 0;
   std::size_t failures_ = 0;
   std::size_t matches_ = 0;
-  libquilp::Answer firstAnswer_;  // that tells more than that nothing was found, or any
+  libquilp::Answer firstAnswer_;  // the first that says more than "nothing found", or any
   std::string error_;
 };
 
@@ -139,8 +139,7 @@ int scan(const ScanRequest& request) {
   if (scan.interrupted()) {
     return kInterrupted;
   }
-  const auto failures =
-      static_cast<int>(std::min(scan.failures() + failedPaths, kMostFailures));
+  const auto failures = static_cast<int>(std::min(scan.failures() + failedPaths, kMostFailures));
   if (failures == 0) {
     scan.sayWhy();
   }

@@ -17,8 +17,8 @@ struct ScanRequest {
   std::string journal;
 };
 
-/// Looks media files up and prints a row for each. Returns the program's exit status. Throws std::runtime_error when the only path
-/// cannot be read, or something cannot be written.
+/// Looks media files up and prints a row for each. Returns the program's exit status. Throws
+/// std::runtime_error when the only path cannot be read, or something cannot be written.
 int scan(const ScanRequest& request);
 
 }  // namespace quilp

@@ -9,13 +9,13 @@
 
 namespace quilp {
 
-/// The command line is wrong; what() names the word.
+/// The command line is wrong. what() names the wrong word.
 class WrongUsage : public std::runtime_error {
  public:
   explicit WrongUsage(const std::string& message, std::string command = "quilp")
       : std::runtime_error(message), command_(std::move(command)) {}
 
-  /// The command that was meant, as far as that is known: "quilp movie".
+  /// The command as far as it was understood: "quilp movie".
   const std::string& command() const { return command_; }
 
  private:
@@ -43,12 +43,12 @@ struct Operand {
   std::string description;
   Take take;
   bool required = true;
-  bool repeated = false;  // the last one may be
+  bool repeated = false;  // only the last one may be
 };
 
-/// What may be typed after the program's name. Either it has commands of its own, or it is run.
+/// The program or one of its commands. It has commands of its own, or a function to run.
 struct Command {
-  std::string name;  // with those of the commands above: "quilp movie search"
+  std::string name;  // in full: "quilp movie search"
   std::string description;
   std::vector<Option> options{};
   std::vector<Operand> operands{};

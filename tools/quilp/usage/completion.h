@@ -7,9 +7,9 @@
 
 namespace quilp {
 
-/// Prints what the last of the words after the program's name may become, for completion by a
-/// shell: each on a line, with a tab and its description where there is one. A line of ":" stands
-/// for the names of files. False when that could not be written.
+/// Prints the completions of the last word, for a shell. `words` are those after the program's
+/// name. Each line is a word, or a word, a tab and its description. A line ":" stands for file
+/// names. Returns false when standard output cannot be written.
 bool printCompletions(const Command& program, const std::vector<std::string>& words);
 
 }  // namespace quilp

@@ -4,7 +4,7 @@
 
 namespace quilp {
 
-/// Prints how a command is used to standard output; false when that could not be written.
+/// Prints the help of a command to standard output. Returns false when that cannot be written.
 bool printHelp(const Command& program, const Command& command);
 
 }  // namespace quilp

@@ -4,11 +4,11 @@
 
 namespace quilp {
 
-/// Reads a command line and hands its values over. Returns what is left to do, which gives the exit
-/// status. Throws WrongUsage.
+/// Reads a command line and passes its values to the command's options and operands. Returns the
+/// function to call next, which returns the exit status. Throws WrongUsage.
 ///
 /// Options may stand anywhere, also before the command; after "--" all words are operands. "help"
-/// in front of a command is like its option --help.
+/// before a command means the same as --help.
 std::function<int()> parse(const Command& program, int argc, char** argv);
 
 }  // namespace quilp

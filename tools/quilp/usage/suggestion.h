@@ -5,8 +5,8 @@
 
 namespace quilp {
 
-/// A message that there is no such command, option or value: with the nearest of those that there
-/// are, or all of them when none is near.
+/// A message that there is no such command, option or value. It suggests the most similar known
+/// word, or lists all of them when none is similar.
 std::string noSuch(const std::string& kind, const std::string& word,
                    const std::vector<std::string>& known);
 
