@@ -103,7 +103,9 @@ int describe(const std::vector<std::string>& files, Format format) {
     const bool read = answer.status == 0;
     failed = failed || !read;
     const std::string why = whyNothing(answer, libquilp::kSong.media);
-    tell(why.empty() ? "" : argument + ": " + why);
+    if (!why.empty()) {
+      tell(std::string(argument).append(": ").append(why));
+    }
     if (format == Format::kJson) {
       Json::Value song = read ? jsonOf(info) : Json::Value();
       song["file"] = jsonText(file);

@@ -20,10 +20,11 @@ using libquilp::RegistrySection;
 // What this thread read last.
 thread_local std::string parserMessage;
 
-int keepParserMessage(const char* format, ...) {
+int keepParserMessage(const char* format, ...) {  // NOLINT(cert-dcl50-cpp): iniparser's type
   char text[256];
   va_list values;
   va_start(values, format);
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start is above
   const int size = std::vsnprintf(text, sizeof text, format, values);
   va_end(values);
   parserMessage = text;
