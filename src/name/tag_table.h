@@ -965,7 +965,6 @@ inline constexpr Tag kTags[] = {
     {"frenchdub", NameField::kLanguage, "fr", TagUse::kMayBeTitle},
     {"gerdub", NameField::kLanguage, "de"},
     {"gerjapdub", NameField::kLanguage, "de"},
-    {"germandl", NameField::kLanguage, "de"},
     {"allemand", NameField::kLanguage, "de", TagUse::kMayBeTitle},
     {"tedesco", NameField::kLanguage, "de", TagUse::kMayBeTitle},
     {"englisch", NameField::kLanguage, "en", TagUse::kMayBeTitle},
