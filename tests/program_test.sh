@@ -176,6 +176,7 @@ done
 
 # A table is as wide as the terminal, and decoded.
 rm /etc/config/zorp.conf
+says 1 'the show has no season 9$' tv episode tt8000001 9 1
 script -qec "stty cols 40; '$QUILP_PROGRAM' movie search Lighthouse -n 1 --format table" /dev/null \
   >/tmp/output
 grep -q '^1     tt9000001  The Pape…ghthouse  2011' /tmp/output || {

@@ -38,18 +38,18 @@ std::string lineOfMessage() {
   return start < 2 || end == std::string::npos ? "" : parserMessage.substr(start, end - start);
 }
 
-std::string problemOfFile() {
-  if (faccessat(AT_FDCWD, libquilp::kRegistryFile, R_OK, AT_EACCESS) == 0) {
-    return "is malformed at line " + lineOfMessage();
-  }
-  return errno == ENOENT ? "is missing" : std::string("cannot be read: ") + std::strerror(errno);
-}
-
 std::string quoted(const RegistrySection::Value& value) { return '"' + value.value_or("") + '"'; }
 
 }  // namespace
 
 void silenceIniParser() { iniparser_set_error_callback(&keepParserMessage); }
+
+std::string RegistryView::problemOfFile() {
+  if (faccessat(AT_FDCWD, libquilp::kRegistryFile, R_OK, AT_EACCESS) == 0) {
+    return "is malformed at line " + lineOfMessage();
+  }
+  return errno == ENOENT ? kMissing : std::string("cannot be read: ") + std::strerror(errno);
+}
 
 RegistryView::RegistryView() {
   if (auto sections = libquilp::readRegistry()) {

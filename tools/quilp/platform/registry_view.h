@@ -21,6 +21,7 @@ class RegistryView {
 
   /// Why the file could not be read; empty when it could.
   const std::string& problem() const { return problem_; }
+  bool isMissing() const { return problem_ == kMissing; }
   const std::vector<libquilp::RegistrySection>& sections() const { return sections_; }
 
   /// The section whose add-on is asked; null for the built-in route.
@@ -36,7 +37,10 @@ class RegistryView {
   std::string whyNone(const Media& media, Use use) const;
 
  private:
+  static constexpr char kMissing[] = "is missing";
+
   RegistryView();
+  static std::string problemOfFile();
 
   std::string problem_;
   std::vector<libquilp::RegistrySection> sections_;

@@ -34,8 +34,11 @@ std::string whyNothing(const libquilp::Answer& answer, const libquilp::Media& me
   } else if (!isSong) {
     text += lackOfFolder(libquilp::kMovieSearchPage);
   }
-  const std::string& problem = RegistryView::get().problem();
-  if (!problem.empty() && !isSong) {
+  const RegistryView& registry = RegistryView::get();
+  const std::string& problem = registry.problem();
+  // Without add-ons the file may be missing: another reason explains the failure.
+  const bool isOther = registry.isMissing() && answer.reason != libquilp::Reason::kNothingFound;
+  if (!problem.empty() && !isSong && !isOther) {
     text += std::string("; the registry ") + libquilp::kRegistryFile + ' ' + problem;
   }
   return text;
