@@ -3,6 +3,7 @@
 #include <expat.h>
 
 #include <memory>
+#include <string_view>
 #include <type_traits>
 
 namespace libquilp {
@@ -35,6 +36,16 @@ void countEntity(void* data, const XML_Char* /*name*/, int /*isParameter*/,
   }
 }
 
+// Expat takes any word as a version.
+void checkVersion(void* data, const XML_Char* version, const XML_Char* /*encoding*/,
+                  int /*standalone*/) {
+  const std::string_view number = version;
+  if (number.size() < 3 || number.substr(0, 2) != "1." ||
+      number.find_first_not_of("0123456789", 2) != std::string_view::npos) {
+    XML_StopParser(static_cast<State*>(data)->parser, XML_FALSE);
+  }
+}
+
 void ignore(void* /*data*/, const XML_Char* /*text*/, int /*length*/) {}
 
 }  // namespace
@@ -49,6 +60,7 @@ XMLFault findXMLFault(const std::string& document) {
   XML_SetUserData(parser.get(), &state);
   XML_SetUnknownEncodingHandler(parser.get(), takeBytesAsLetters, nullptr);
   XML_SetEntityDeclHandler(parser.get(), countEntity);
+  XML_SetXmlDeclHandler(parser.get(), checkVersion);
   XML_SetDefaultHandler(parser.get(), ignore);  // with it, entities in text are not expanded
   // In one piece: in several, a long token would be read anew for each.
   if (XML_Parse(parser.get(), document.data(), static_cast<int>(document.size()), XML_TRUE) ==
