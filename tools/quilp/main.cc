@@ -43,6 +43,7 @@ Command makeProgram() {
   addNameCommand(program);
   addScanCommand(program);
   addExplainCommands(program);
+  addCatalogueCommands(program);
   addAddonCommands(program);
   return program;
 }

@@ -14,10 +14,17 @@ void addKeywordCommand(Command& program);
 void addNameCommand(Command& program);
 void addScanCommand(Command& program);
 void addExplainCommands(Command& program);
+void addCatalogueCommands(Command& program);
 void addAddonCommands(Command& program);
 
 // Parts of the "addon" command.
 void addAddonCheck(Command& addon);
 void addAddonList(Command& addon);
+
+// Parts of the "catalogue" command.
+void addCatalogueImport(Command& catalogue);
+void addCatalogueInfo(Command& catalogue);
+void addCatalogueSearch(Command& catalogue);
+void addCatalogueShow(Command& catalogue);
 
 }  // namespace quilp

@@ -26,9 +26,10 @@ const Kind& kindOf(std::string_view root) {
       {"movielist", "movie", {}, {"rank", "id", "title", "year"}},
       {"tvshowlist", "tvshow", {}, {"rank", "id", "title", "first_air_date"}},
       {"albumlist", "album", {}, {"rank", "artist", "name", "releasedate"}},
+      {"titlelist", "entry", {}, {"id", "title", "year", "type", "rating", "votes"}},
       {"artistthumbnail", "url", {}, {"url"}},
       {"movie", nullptr, {"director", "genre", "actor"}, {}},
-      {"tvshow", nullptr, {"networks", "creator", "genre", "actor"}, {}},
+      {"tvshow", nullptr, {"networks", "creator", "genre", "genres", "actor"}, {}},
       {"tvepisode", nullptr, {"genre", "actor", "director"}, {}},
   };
   for (const Kind& kind : kKinds) {

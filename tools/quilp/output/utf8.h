@@ -4,12 +4,13 @@
 #include <string>
 #include <string_view>
 
+#include "text/utf8.h"
+
 namespace quilp {
 
-/// The bytes as UTF-8: each byte that is not part of a character becomes U+FFFD.
-std::string validUtf8(std::string_view bytes);
+using libquilp::validUtf8;
 
-/// The same, with "?" for each control character, so that it stays on one line.
+/// The bytes as UTF-8, with "?" for each control character, so that it stays on one line.
 std::string lineText(std::string_view bytes);
 
 /// The width of a text of lineText, in columns of a terminal.

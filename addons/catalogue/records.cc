@@ -1,0 +1,107 @@
+#include "records.h"
+
+#include <cstdio>
+
+namespace quilp::catalogue {
+namespace {
+
+void add(Elements& to, const char* name, std::string text) {
+  if (!text.empty()) {
+    to.push_back({name, std::move(text)});
+  }
+}
+
+std::string yearText(unsigned year) { return year == 0 ? "" : std::to_string(year); }
+
+/// 78 gives "7.8".
+std::string ratingText(unsigned tenths) {
+  return tenths == 0 ? "" : std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10);
+}
+
+std::string minutesText(unsigned minutes) {
+  return minutes == 0 ? "" : std::to_string(minutes) + " min";
+}
+
+void addPeople(Store& store, const char* name, const std::vector<Person>& people, Elements& to) {
+  for (const Person& person : people) {
+    add(to, name, store.person(person.id));
+  }
+}
+
+void addCast(Store& store, const Title& title, Elements& to) {
+  for (const Person& person : title.cast) {
+    std::string name = store.person(person.id);
+    if (!name.empty()) {
+      to.push_back({"actor", "", {{"name", std::move(name)}, {"role", person.role}}});
+    }
+  }
+}
+
+/// The page of a title, for people.
+std::string page(std::uint32_t id) { return "https://www.imdb.com/title/" + idText(id) + '/'; }
+
+}  // namespace
+
+Elements movieHit(const Title& title, std::string_view language) {
+  Elements elements;
+  add(elements, "id", idText(title.id));
+  add(elements, "title", title.in(language));
+  add(elements, "url", page(title.id));
+  add(elements, "year", yearText(title.year));
+  return elements;
+}
+
+Elements showHit(const Title& title, std::string_view language) {
+  Elements elements;
+  add(elements, "id", idText(title.id));
+  add(elements, "title", title.in(language));
+  add(elements, "first_air_date", yearText(title.year));
+  return elements;
+}
+
+Elements movie(Store& store, const Title& title, std::string_view language) {
+  Elements elements;
+  add(elements, "title", title.in(language));
+  add(elements, "year", yearText(title.year));
+  add(elements, "rating", ratingText(title.rating));
+  add(elements, "id", idText(title.id));
+  addPeople(store, "director", title.directors, elements);
+  add(elements, "mpaa", title.adult ? "Adult" : "");
+  for (const std::string& genre : title.genres) {
+    add(elements, "genre", genre);
+  }
+  addCast(store, title, elements);
+  add(elements, "runtime", minutesText(title.minutes));
+  return elements;
+}
+
+Elements show(Store& store, const Title& title, std::string_view language) {
+  Elements elements;
+  add(elements, "title", title.in(language));
+  add(elements, "id", idText(title.id));
+  add(elements, "first_air_date", yearText(title.year));
+  add(elements, "last_air_date", yearText(title.endYear));
+  add(elements, "rating", ratingText(title.rating));
+  addCast(store, title, elements);
+  for (const std::string& genre : title.genres) {
+    add(elements, "genres", genre);
+  }
+  add(elements, "duration", minutesText(title.minutes));
+  add(elements, "content_rating", title.adult ? "Adult" : "");
+  addPeople(store, "creator", title.creators, elements);
+  return elements;
+}
+
+Elements episode(const Title& show, const Episode& episode) {
+  Elements elements;
+  add(elements, "title", episode.title);
+  add(elements, "id", idText(episode.id));
+  add(elements, "air_date", yearText(episode.year));
+  for (const std::string& genre : show.genres) {
+    add(elements, "genre", genre);
+  }
+  add(elements, "rating", ratingText(episode.rating));
+  return elements;
+}
+
+}  // namespace quilp::catalogue

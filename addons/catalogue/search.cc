@@ -1,0 +1,263 @@
+#include "search.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <unordered_map>
+
+#include "bytes.h"
+#include "layout.h"
+#include "normalise.h"
+#include "score.h"
+#include "words.h"
+
+namespace quilp::catalogue {
+namespace {
+
+constexpr std::size_t kLongestQuery = 250;
+constexpr std::size_t kMostWords = 12;
+constexpr std::size_t kCompared = 60;         // names of one round
+constexpr std::size_t kPostingBytes = 24576;  // of a word: the best known names that have it
+constexpr std::size_t kRarest = 3;            // words whose names are looked at
+constexpr double kSimilarEnough = .85;
+constexpr double kSame = .96;
+
+/// The readings of one word of a query.
+struct QueryWord {
+  std::string_view text;
+  std::vector<Reading> readings;
+
+  std::uint64_t names() const {
+    std::uint64_t sum = 0;
+    for (const Reading& reading : readings) {
+      sum += reading.names;
+    }
+    return sum;
+  }
+};
+
+class Search {
+ public:
+  Search(Store& store, const Query& query)
+      : store_(store), query_(query), vocabulary_(store),
+        text_(normalise(std::string_view(query.words).substr(0, kLongestQuery))),
+        similarity_(text_), allNames_(static_cast<double>(store.metaNumber("names")) + 1) {}
+
+  std::vector<Hit> run();
+
+ private:
+  void compareSameWords();
+  void compareWords(std::vector<QueryWord>& words);
+  void correctUnknown(std::vector<QueryWord>& words);
+  void correctKnown(std::vector<QueryWord>& words);
+  void splitAndJoin(const std::vector<QueryWord>& words);
+  void compare(std::uint32_t name);
+  void compareText(const std::string& text);
+  std::vector<Hit> best() const;
+
+  Store& store_;
+  const Query& query_;
+  Vocabulary vocabulary_;
+  std::string text_;
+  Similarity similarity_;
+  double allNames_;
+  std::unordered_map<std::uint32_t, Hit> hits_;      // by rank
+  std::unordered_map<std::uint32_t, bool> compared_;  // names
+  double bestSimilarity_ = 0;  // of the hits whose year fits
+};
+
+/// Reads one name and takes the titles that are called so.
+void Search::compare(std::uint32_t name) {
+  if (!compared_.emplace(name, true).second) {
+    return;
+  }
+  const auto row = store_.row("name", name);
+  if (!row) {
+    throw Damaged("a name is missing");
+  }
+  Unpacker from(*row);
+  const std::uint64_t count = from.number();
+  if (count > row->size()) {
+    throw Damaged("a name has too many titles");
+  }
+  std::vector<Reference> references(static_cast<std::size_t>(count));
+  std::uint32_t rank = 0;
+  for (Reference& reference : references) {
+    rank += from.number32();
+    const unsigned year = from.byte();
+    const unsigned flags = from.byte();
+    reference = {rank, year == 0 ? 0 : year + kFirstYear, (flags & 1) != 0, (flags & 2) != 0,
+                 flags >> 2};
+  }
+  const double similarity = similarity_.to(from.rest());
+  for (const Reference& reference : references) {
+    if (query_.kind && (*query_.kind == Kind::kShow) != reference.isShow) {
+      continue;
+    }
+    Fit fit{similarity, reference.votesLog, reference.isAlternative, -1};
+    if (query_.year != 0 && reference.year != 0) {
+      fit.yearGap = std::abs(static_cast<int>(query_.year) - static_cast<int>(reference.year));
+    }
+    const double score = scoreOf(fit);
+    Hit& hit = hits_[reference.rank];
+    if (hit.similarity == 0 || score > hit.score) {
+      hit = {reference.rank, score, similarity};
+    }
+    if (fit.yearGap <= 1) {
+      bestSimilarity_ = std::max(bestSimilarity_, similarity);
+    }
+  }
+}
+
+/// Names of the same words, in any order.
+void Search::compareText(const std::string& text) {
+  const std::uint32_t hash = hashOf(sortedWords(text));
+  const std::uint64_t buckets = store_.metaNumber("exact_buckets");
+  const auto row = store_.row("exact", std::uint64_t{hash} * buckets >> 32);
+  if (!row) {
+    return;
+  }
+  for (Unpacker from(*row); !from.atEnd();) {
+    const unsigned check = from.byte();
+    const std::uint32_t name = from.number32();
+    if (check == (hash & 0xff)) {
+      compare(name);
+    }
+  }
+}
+
+/// Names that share the rarest words, the more and the rarer the better.
+void Search::compareWords(std::vector<QueryWord>& words) {
+  std::vector<const QueryWord*> known;
+  for (const QueryWord& word : words) {
+    if (!word.readings.empty()) {
+      known.push_back(&word);
+    }
+  }
+  std::stable_sort(known.begin(), known.end(), [](const QueryWord* a, const QueryWord* b) {
+    return a->names() < b->names();
+  });
+  std::unordered_map<std::uint32_t, double> weights;
+  for (std::size_t i = 0; i < known.size() && i < kRarest; ++i) {
+    std::unordered_map<std::uint32_t, double> ofWord;
+    for (const Reading& reading : known[i]->readings) {
+      const double weight = std::log(allNames_ / (reading.names + 1.0)) / (1 + reading.wrong * .5);
+      const std::string row = store_.rowStart("posting", reading.number, kPostingBytes);
+      Unpacker from(row);
+      const std::uint32_t count = from.number32();
+      from.text();
+      std::uint32_t name = 0;
+      // The end of a row that was cut off may be half a number.
+      for (std::uint32_t n = 0; n < count && from.rest().size() > 5; ++n) {
+        name += from.number32();
+        double& held = ofWord[name];
+        held = std::max(held, weight);
+      }
+      for (std::uint32_t n = 0; row.size() < kPostingBytes && !from.atEnd() && n < 6; ++n) {
+        name += from.number32();
+        double& held = ofWord[name];
+        held = std::max(held, weight);
+      }
+    }
+    for (const auto& [name, weight] : ofWord) {
+      if (i == 0 || weights.size() < 20000 || weights.count(name) != 0) {
+        weights[name] += weight;
+      }
+    }
+  }
+  std::vector<std::pair<double, std::uint32_t>> order;
+  order.reserve(weights.size());
+  for (const auto& [name, weight] : weights) {
+    order.emplace_back(weight, name);
+  }
+  const auto better = [](const auto& a, const auto& b) {
+    return a.first != b.first ? a.first > b.first : a.second < b.second;
+  };
+  const std::size_t count = std::min(order.size(), kCompared);
+  std::partial_sort(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(count), order.end(),
+                    better);
+  for (std::size_t i = 0; i < count; ++i) {
+    compare(order[i].second);
+  }
+}
+
+void Search::correctUnknown(std::vector<QueryWord>& words) {
+  for (QueryWord& word : words) {
+    if (word.readings.empty()) {
+      word.readings = vocabulary_.corrected(word.text);
+    }
+  }
+  QueryWord& last = words.back();
+  const std::vector<Reading> begun = vocabulary_.begun(last.text);
+  last.readings.insert(last.readings.end(), begun.begin(), begun.end());
+}
+
+/// A wrong letter may have made another word of it.
+void Search::correctKnown(std::vector<QueryWord>& words) {
+  for (QueryWord& word : words) {
+    const std::vector<Reading> more = vocabulary_.corrected(word.text);
+    word.readings.insert(word.readings.end(), more.begin(), more.end());
+  }
+}
+
+/// "lamp light" for "lamplight", and the other way.
+void Search::splitAndJoin(const std::vector<QueryWord>& words) {
+  for (const QueryWord& word : words) {
+    const auto start = static_cast<std::size_t>(word.text.data() - text_.data());
+    if (start > 0 && text_[start - 1] == ' ') {
+      compareText(std::string(text_).erase(start - 1, 1));
+    }
+    for (std::size_t i = 2; word.readings.empty() && i + 2 <= word.text.size(); ++i) {
+      compareText(std::string(text_).insert(start + i, 1, ' '));
+    }
+  }
+}
+
+std::vector<Hit> Search::best() const {
+  std::vector<Hit> all;
+  all.reserve(hits_.size());
+  for (const auto& [rank, hit] : hits_) {
+    if (hit.similarity >= .4) {
+      all.push_back(hit);
+    }
+  }
+  std::sort(all.begin(), all.end(), [](const Hit& a, const Hit& b) {
+    return a.score != b.score ? a.score > b.score : a.rank < b.rank;
+  });
+  if (all.size() > query_.count) {
+    all.resize(query_.count);
+  }
+  return all;
+}
+
+std::vector<Hit> Search::run() {
+  if (text_.empty()) {
+    return {};
+  }
+  compareText(text_);
+  if (bestSimilarity_ >= kSame) {
+    return best();
+  }
+  std::vector<QueryWord> words;
+  for (const std::string_view word : wordsOf(text_)) {
+    if (words.size() < kMostWords) {
+      words.push_back({word, vocabulary_.known(word)});
+    }
+  }
+  correctUnknown(words);
+  compareWords(words);
+  if (bestSimilarity_ < kSimilarEnough) {
+    splitAndJoin(words);
+  }
+  if (bestSimilarity_ < kSimilarEnough) {
+    correctKnown(words);
+    compareWords(words);
+  }
+  return best();
+}
+
+}  // namespace
+
+std::vector<Hit> search(Store& store, const Query& query) { return Search(store, query).run(); }
+
+}  // namespace quilp::catalogue

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "store.h"
+#include "title.h"
+
+namespace quilp::catalogue {
+
+struct Query {
+  std::string words{};         // as the user wrote them
+  unsigned year = 0;           // 0 for any
+  std::optional<Kind> kind{};  // none for any
+  std::size_t count = 10;
+};
+
+struct Hit {
+  std::uint32_t rank = 0;
+  double score = 0;       // to compare hits of one search
+  double similarity = 0;  // 1: the same
+};
+
+/// The titles that fit best, the best one first. Finds titles with letters wrong, words missing or in
+/// another order. Throws Damaged.
+std::vector<Hit> search(Store& store, const Query& query);
+
+}  // namespace quilp::catalogue

@@ -1,0 +1,126 @@
+#include "words.h"
+
+#include <algorithm>
+
+#include "bytes.h"
+#include "layout.h"
+#include "score.h"
+
+namespace quilp::catalogue {
+namespace {
+
+constexpr std::size_t kMostReadings = 8;
+constexpr std::size_t kMostChecked = 400;
+constexpr std::size_t kLongEnoughForTwo = 6;
+constexpr std::size_t kMostBegun = 64;
+constexpr std::size_t kWordRoom = 48;  // bytes that hold a posting's count and word
+
+std::vector<std::string> shortened(std::string_view word) {
+  std::vector<std::string> all;
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    if (i == 0 || word[i] != word[i - 1]) {
+      all.emplace_back(word).erase(i, 1);
+    }
+  }
+  return all;
+}
+
+/// The nearest first, then the most frequent.
+void keepBest(std::vector<Reading>& readings) {
+  std::sort(readings.begin(), readings.end(), [](const Reading& a, const Reading& b) {
+    return a.wrong != b.wrong ? a.wrong < b.wrong : a.number < b.number;
+  });
+  if (readings.size() > kMostReadings) {
+    readings.resize(kMostReadings);
+  }
+}
+
+}  // namespace
+
+Vocabulary::Vocabulary(Store& store)
+    : store_(store), buckets_(store.metaNumber("deletion_buckets")) {}
+
+std::vector<Reading> Vocabulary::known(std::string_view word) {
+  const auto found = store_.word(word);
+  return found ? std::vector<Reading>{{found->number, found->names, 0}} : std::vector<Reading>();
+}
+
+void Vocabulary::lookUp(std::string_view deletion, std::vector<std::uint32_t>& numbers) {
+  const std::uint32_t hash = hashOf(deletion);
+  const auto row = store_.row("deletion", std::uint64_t{hash} * buckets_ >> 32);
+  if (!row) {
+    return;
+  }
+  for (Unpacker from(*row); !from.atEnd();) {
+    const unsigned check = from.byte();
+    const std::uint32_t number = from.number32();
+    if (check == (hash & 0xff)) {
+      numbers.push_back(number);
+    }
+  }
+}
+
+void Vocabulary::check(std::string_view word, std::vector<std::uint32_t>& numbers, unsigned limit,
+                       std::vector<Reading>& readings) {
+  std::sort(numbers.begin(), numbers.end());
+  numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+  if (numbers.size() > kMostChecked) {
+    numbers.resize(kMostChecked);
+  }
+  for (const std::uint32_t number : numbers) {
+    const std::string start = store_.rowStart("posting", number, kWordRoom);
+    Unpacker from(start);
+    const std::uint32_t names = from.number32();
+    const unsigned wrong = distance(word, from.text(), limit);
+    if (wrong > 0 && wrong <= limit) {
+      readings.push_back({number, names, wrong});
+    }
+  }
+}
+
+std::vector<Reading> Vocabulary::corrected(std::string_view word) {
+  std::vector<Reading> readings;
+  if (word.size() < kShortestCorrected || word.size() > kLongestCorrected) {
+    return readings;
+  }
+  const std::vector<std::string> once = shortened(word);
+  std::vector<std::uint32_t> numbers;
+  lookUp(word, numbers);  // words with one letter more
+  for (const std::string& shorter : once) {
+    if (const auto found = store_.word(shorter)) {
+      numbers.push_back(found->number);
+    }
+    lookUp(shorter, numbers);
+  }
+  check(word, numbers, 1, readings);
+  if (readings.empty() && word.size() >= kLongEnoughForTwo) {
+    // One letter fewer in the vocabulary, two in the query: a word of theirs, or one of both.
+    for (const std::string& shorter : once) {
+      for (const std::string& shortest : shortened(shorter)) {
+        if (const auto found = store_.word(shortest)) {
+          numbers.push_back(found->number);
+        }
+        lookUp(shortest, numbers);
+      }
+    }
+    check(word, numbers, 2, readings);
+  }
+  keepBest(readings);
+  return readings;
+}
+
+std::vector<Reading> Vocabulary::begun(std::string_view word) {
+  std::vector<Reading> readings;
+  if (word.size() < 2) {
+    return readings;
+  }
+  for (const Store::FoundWord& found : store_.wordsFrom(word, kMostBegun)) {
+    if (found.text != word) {
+      readings.push_back({found.word.number, found.word.names, 1});
+    }
+  }
+  keepBest(readings);
+  return readings;
+}
+
+}  // namespace quilp::catalogue

@@ -1,0 +1,42 @@
+#include "serve.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+
+namespace quilp::kit {
+namespace {
+
+constexpr int kNoAnswer = 1;
+constexpr int kWrong = 2;
+
+int complain(const char* program, const std::string& text, int status) {
+  std::fprintf(stderr, "%s: %s\n", program, text.c_str());
+  return status;
+}
+
+}  // namespace
+
+int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs) {
+  try {
+    const Call call = readCall(argc, argv);
+    const Verb* const verb = std::find_if(verbs.begin(), verbs.end(), [&](const Verb& each) {
+      return call.verb == each.name;
+    });
+    if (verb == verbs.end()) {
+      return complain(program, "no verb \"" + call.verb + '"', kWrong);
+    }
+    Document document(verb->root);
+    if (!verb->answer(call, document)) {
+      return complain(program, "nothing found", kNoAnswer);
+    }
+    document.write(call.output);
+    return 0;
+  } catch (const WrongCall& error) {
+    return complain(program, error.what(), kWrong);
+  } catch (const std::exception& error) {
+    return complain(program, error.what(), kNoAnswer);
+  }
+}
+
+}  // namespace quilp::kit

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <initializer_list>
+
+#include "call.h"
+#include "document.h"
+
+namespace quilp::kit {
+
+/// A verb of an add-on.
+struct Verb {
+  const char* name;
+  const char* root;  // of the document
+
+  /// Fills the document. Returns false where there is nothing to tell. May throw std::exception.
+  bool (*answer)(const Call& call, Document& document);
+};
+
+/// The main function of an add-on: answers one call, and returns the exit status: 0 for a document, 1
+/// for none, 2 for a wrong call. What went wrong is one line on standard error.
+int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs);
+
+}  // namespace quilp::kit

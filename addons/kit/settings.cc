@@ -1,0 +1,30 @@
+#include "settings.h"
+
+#include <cstdlib>
+
+#include "platform.h"
+
+namespace quilp::kit {
+namespace {
+
+const char* settingsFile() {
+  const char* const named = std::getenv("QUILP_CONFIG");
+  return named != nullptr && *named != '\0' ? named : libquilp::kSettingsFile;
+}
+
+}  // namespace
+
+Settings::Settings() : file_(settingsFile()) {}
+
+std::string Settings::get(const std::string& section, const std::string& key,
+                          const std::string& fallback) const {
+  const char* const value =
+      file_.loaded() ? file_.value((section + ':' + key).c_str(), nullptr) : nullptr;
+  return value != nullptr && *value != '\0' ? value : fallback;
+}
+
+std::string catalogueFile() {
+  return Settings().get("catalogue", "path", libquilp::kOfflineCatalogue);
+}
+
+}  // namespace quilp::kit

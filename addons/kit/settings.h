@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include "text/ini_file.h"
+
+namespace quilp::kit {
+
+/// The settings of stock add-ons: an INI file. $QUILP_CONFIG names another one than the usual.
+class Settings {
+ public:
+  Settings();
+
+  /// Returns `fallback` where the file, the section or the key is absent.
+  std::string get(const std::string& section, const std::string& key,
+                  const std::string& fallback) const;
+
+ private:
+  libquilp::IniFile file_;
+};
+
+/// Where the offline catalogue is.
+std::string catalogueFile();
+
+}  // namespace quilp::kit
