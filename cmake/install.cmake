@@ -43,6 +43,8 @@ install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quilp/examp
                                       GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 if(QUILP_BUILD_TOOLS)
   install(TARGETS quilp_cli COMPONENT program)
+  install(TARGETS quilp_addon_catalogue DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quilp
+          COMPONENT catalogue)
   set(QUILP_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
       CACHE STRING "Where zsh looks for completions")
   install(FILES completions/quilp.bash RENAME quilp

@@ -4,7 +4,8 @@
 # The library, the program, and the box with its sample site.
 demo_packages=(
   g++ cmake ninja-build pkg-config libexpat1-dev libpugixml-dev libjsoncpp-dev
-  libiniparser-dev libcli11-dev libcpp-httplib-dev libssl-dev bubblewrap ca-certificates curl openssl
+  libiniparser-dev libsqlite3-dev libutf8proc-dev zlib1g-dev libcli11-dev libcpp-httplib-dev libssl-dev
+  bubblewrap ca-certificates curl openssl
 )
 # Everything that the preset release builds, and what its tests run.
 build_packages=(

@@ -10,7 +10,8 @@ namespace quilp::catalogue {
 /// The catalogue file does not hold what it should.
 class Damaged : public std::runtime_error {
  public:
-  explicit Damaged(const std::string& what) : std::runtime_error("the catalogue is damaged: " + what) {}
+  explicit Damaged(const std::string& what)
+      : std::runtime_error("the catalogue is damaged: " + what) {}
 };
 
 /// Appends numbers of seven bits a byte, and texts after their length.

@@ -42,8 +42,7 @@ void forEachLine(const std::string& path, Take take) {
 void writeLine(std::FILE* file, std::string_view line) {
   if (std::fwrite(line.data(), 1, line.size(), file) != line.size() ||
       std::fputc('\n', file) == EOF) {
-    throw std::runtime_error(std::string("cannot write a temporary file: ") +
-                             std::strerror(errno));
+    throw std::runtime_error(std::string("cannot write a temporary file: ") + std::strerror(errno));
   }
 }
 
@@ -107,7 +106,8 @@ void DataSets::sort(const std::string& path, std::uint64_t memory, const std::st
   if (std::fclose(file) != 0) {
     throw std::runtime_error(name + ": " + std::strerror(errno));
   }
-  for (std::string* each : {&basics_, &akas_, &episode_, &ratings_, &crew_, &principals_, &names_}) {
+  for (std::string* each :
+       {&basics_, &akas_, &episode_, &ratings_, &crew_, &principals_, &names_}) {
     if (*each == path) {
       *each = "/proc/self/fd/" + std::to_string(descriptor);
     }
@@ -119,8 +119,8 @@ void addBroken(const std::string& path, const Broken& broken, Imported& result) 
   result.brokenRows.insert(result.brokenRows.end(), broken.samples.begin(), broken.samples.end());
   if (broken.count > kToleratedRows && broken.count * 100 > broken.rows) {
     throw std::runtime_error(path + ": " + std::to_string(broken.count) + " of " +
-                             std::to_string(broken.rows) + " rows are broken, the first: " +
-                             broken.samples.front());
+                             std::to_string(broken.rows) +
+                             " rows are broken, the first: " + broken.samples.front());
   }
 }
 

@@ -281,21 +281,21 @@ void Gatherer::tell() {
 
 void Gatherer::gather() {
   basics_ = std::make_unique<Joined>(
-      sets_.basics(), std::vector<std::string_view>{"tconst", "titleType", "primaryTitle",
-                                                    "originalTitle", "isAdult", "startYear",
-                                                    "endYear", "runtimeMinutes", "genres"});
+      sets_.basics(),
+      std::vector<std::string_view>{"tconst", "titleType", "primaryTitle", "originalTitle",
+                                    "isAdult", "startYear", "endYear", "runtimeMinutes", "genres"});
   akas_ = std::make_unique<Joined>(
       sets_.akas(), std::vector<std::string_view>{"titleId", "title", "region", "language"});
   ratings_ = std::make_unique<Joined>(
       sets_.ratings(), std::vector<std::string_view>{"tconst", "averageRating", "numVotes"});
-  crew_ = std::make_unique<Joined>(sets_.crew(),
-                                   std::vector<std::string_view>{"tconst", "directors"});
+  crew_ =
+      std::make_unique<Joined>(sets_.crew(), std::vector<std::string_view>{"tconst", "directors"});
   principals_ = std::make_unique<Joined>(
       sets_.principals(),
       std::vector<std::string_view>{"tconst", "nconst", "category", "job", "characters"});
   parents_ = std::make_unique<Joined>(
-      sets_.episode(), std::vector<std::string_view>{"tconst", "parentTconst", "seasonNumber",
-                                                     "episodeNumber"});
+      sets_.episode(),
+      std::vector<std::string_view>{"tconst", "parentTconst", "seasonNumber", "episodeNumber"});
   while (basics_->next()) {
     Rows& row = basics_->rows();
     if (row.broken().rows % kRowsATell == 0) {

@@ -15,8 +15,8 @@
 
 namespace quilp::catalogue {
 
-/// The first pass of an import: puts the rows of all data sets together, title by title. All of them
-/// are in the order of their identifiers as text, so one pass over all of them does it.
+/// The first pass of an import: puts the rows of all data sets together, title by title. All of
+/// them are in the order of their identifiers as text, so one pass over all of them does it.
 class Gatherer {
  public:
   Gatherer(const ImportOptions& options, const DataSets& sets, const OnProgress& progress,
@@ -32,7 +32,8 @@ class Gatherer {
   Sorter& titles() { return titles_; }
   /// Key: show, season, number, identifier. Value: the episode.
   Sorter& episodes() { return episodes_; }
-  /// Key: identifier. Value: as in the table "ident", without its first byte. Titles are added later.
+  /// Key: identifier. Value: as in the table "ident", without its first byte. Titles are added
+  /// later.
   Sorter& idents() { return idents_; }
   People& people() { return people_; }
 

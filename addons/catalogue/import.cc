@@ -98,13 +98,13 @@ class Import {
   NewStore store_;
   Imported result_;
   std::unique_ptr<Gatherer> gathered_;
-  std::unique_ptr<Sorter> names_;      // key: name; value: reference
-  std::unique_ptr<Sorter> ranked_;     // key: best rank, name; value: references
-  std::unique_ptr<Sorter> exact_;      // key: hash of sorted words; value: number of a name
-  std::unique_ptr<Sorter> words_;      // key: word; value: number of a name
-  std::unique_ptr<Sorter> postings_;   // key: how rare, word; value: numbers of names
-  std::unique_ptr<Sorter> vocabulary_; // key: word; value: number, how many names
-  std::unique_ptr<Sorter> deletions_;  // key: hash of a word without a letter; value: number
+  std::unique_ptr<Sorter> names_;       // key: name; value: reference
+  std::unique_ptr<Sorter> ranked_;      // key: best rank, name; value: references
+  std::unique_ptr<Sorter> exact_;       // key: hash of sorted words; value: number of a name
+  std::unique_ptr<Sorter> words_;       // key: word; value: number of a name
+  std::unique_ptr<Sorter> postings_;    // key: how rare, word; value: numbers of names
+  std::unique_ptr<Sorter> vocabulary_;  // key: word; value: number, how many names
+  std::unique_ptr<Sorter> deletions_;   // key: hash of a word without a letter; value: number
 };
 
 void Import::gather() {
@@ -172,7 +172,8 @@ void Import::writeTitles() {
     Packer(bytes).number(rank);
     gathered_->idents().add(key, bytes);
     if (rank % kRowsATell == 0) {
-      tell("writing titles", kReadingShare + kTitlesShare * rank / static_cast<double>(result_.titles));
+      tell("writing titles",
+           kReadingShare + kTitlesShare * rank / static_cast<double>(result_.titles));
     }
   }
   rows.flush();
@@ -196,7 +197,7 @@ void Import::writePeople() {
   const People& people = gathered_->people();
   const std::unique_ptr<Sorter> sorted = sorter(3);
   std::string key;
-  Rows rows(sets_.names(), {"nconst", "primaryName"});
+  Rows rows(sets_.names(), {"nconst", "primaryName"}, Rows::Order::kAny);
   while (rows.next()) {
     const std::string_view text = rows.id();
     const std::uint32_t id = text.substr(0, 2) == "nm" ? idOf(text.substr(2)) : 0;
@@ -308,8 +309,7 @@ void Import::writeNames() {
 }
 
 void Import::writeExact() {
-  const std::uint32_t buckets =
-      static_cast<std::uint32_t>(result_.names / kNamesABucket) + 1;
+  const std::uint32_t buckets = static_cast<std::uint32_t>(result_.names / kNamesABucket) + 1;
   store_.meta("exact_buckets", std::to_string(buckets));
   exact_->sort();
   // The bucket is the hash's place among all hashes, so buckets come in order.

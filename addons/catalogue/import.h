@@ -9,10 +9,10 @@
 namespace quilp::catalogue {
 
 struct ImportOptions {
-  std::string from{};              // the folder of the data sets
-  std::string to{};                // the catalogue file
+  std::string from{};  // the folder of the data sets
+  std::string to{};    // the catalogue file
   bool adult = true;
-  unsigned cast = 10;              // members kept of each title
+  unsigned cast = 10;                             // members kept of each title
   std::uint64_t memory = std::uint64_t{1} << 30;  // bytes
 };
 
@@ -33,9 +33,9 @@ inline constexpr double kReadingShare = 0.6;
 /// The folder of a file, where temporary files may be.
 std::string folderOf(const std::string& path);
 
-/// Imports the data sets of a folder into a new catalogue file, which takes the old one's place when
-/// it is complete. Throws std::runtime_error; the old file is untouched then.
-/// Of the same input comes the same file, whatever the memory.
+/// Imports the data sets of a folder into a new catalogue file, which takes the old one's place
+/// when it is complete. Throws std::runtime_error; the old file is untouched then. Of the same
+/// input comes the same file, whatever the memory.
 Imported importCatalogue(const ImportOptions& options, const OnProgress& progress);
 
 }  // namespace quilp::catalogue

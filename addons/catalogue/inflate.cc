@@ -32,7 +32,9 @@ struct ByteSource::Gzip {
 };
 
 ByteSource::ByteSource(std::string path)
-    : path_(std::move(path)), file_(open(path_.c_str(), O_RDONLY | O_CLOEXEC)), input_(kInput, '\0') {
+    : path_(std::move(path)),
+      file_(open(path_.c_str(), O_RDONLY | O_CLOEXEC)),
+      input_(kInput, '\0') {
   if (file_ < 0) {
     throw std::runtime_error(path_ + ": " + std::strerror(errno));
   }

@@ -8,8 +8,8 @@
 
 namespace quilp::catalogue {
 
-/// Bytes of a plain or gzip file. Throws std::runtime_error, which names the file, where it cannot be
-/// read or ends early.
+/// Bytes of a plain or gzip file. Throws std::runtime_error, which names the file, where it cannot
+/// be read or ends early.
 class ByteSource {
  public:
   explicit ByteSource(std::string path);

@@ -12,8 +12,8 @@
 //   name      number of a normalised name -> its references and its text; the best known name is 0
 //   exact     hash of the sorted words / names a bucket -> numbers of names
 //   word      the words in order, with their number
-//   posting   number of a word -> its text and the numbers of names that have it; the most frequent is 0
-//   deletion  hash of a word without one letter -> numbers of words
+//   posting   number of a word -> its text and the numbers of names that have it; the most frequent
+//   is 0 deletion  hash of a word without one letter -> numbers of words
 
 namespace quilp::catalogue {
 

@@ -41,8 +41,8 @@ void write(const Elements& elements, Document& document) {
   }
 }
 
-/// The user's own words say more than the keyword that was made of them: a year, or numbers that were
-/// taken for one.
+/// The user's own words say more than the keyword that was made of them: a year, or numbers that
+/// were taken for one.
 std::vector<Hit> find(Store& store, const Call& call, Kind kind) {
   Query query;
   query.kind = kind;
@@ -52,9 +52,8 @@ std::vector<Hit> find(Store& store, const Call& call, Kind kind) {
   if (call.name.empty()) {
     return search(store, query);
   }
-  const libquilp::Name name =
-      libquilp::readName(call.name, kind == Kind::kShow ? libquilp::NameKind::kEpisode
-                                                        : libquilp::NameKind::kMovie);
+  const libquilp::Name name = libquilp::readName(
+      call.name, kind == Kind::kShow ? libquilp::NameKind::kEpisode : libquilp::NameKind::kMovie);
   if (query.year == 0 && name.year > 0) {
     query.year = static_cast<unsigned>(name.year);
   }

@@ -71,8 +71,8 @@ NewStore::NewStore(const std::string& path) : path_(path), new_(path + ".new") {
     failSystem(new_);
   }
   sqlite3* opened = nullptr;
-  const int result = sqlite3_open_v2(
-      new_.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, "unix-none");
+  const int result = sqlite3_open_v2(new_.c_str(), &opened,
+                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, "unix-none");
   database_.reset(opened);
   if (result != SQLITE_OK) {
     fail(result);

@@ -14,31 +14,40 @@ struct Numeral {
   std::string_view digits;
 };
 constexpr std::array kNumerals = {
-    Numeral{"ii", "2"},    Numeral{"iii", "3"},   Numeral{"iv", "4"},    Numeral{"v", "5"},
-    Numeral{"vi", "6"},    Numeral{"vii", "7"},   Numeral{"viii", "8"},  Numeral{"ix", "9"},
-    Numeral{"x", "10"},    Numeral{"xi", "11"},   Numeral{"xii", "12"},  Numeral{"xiii", "13"},
-    Numeral{"two", "2"},   Numeral{"three", "3"}, Numeral{"four", "4"},  Numeral{"five", "5"},
-    Numeral{"six", "6"},   Numeral{"seven", "7"}, Numeral{"eight", "8"}, Numeral{"nine", "9"},
+    Numeral{"ii", "2"},   Numeral{"iii", "3"},   Numeral{"iv", "4"},    Numeral{"v", "5"},
+    Numeral{"vi", "6"},   Numeral{"vii", "7"},   Numeral{"viii", "8"},  Numeral{"ix", "9"},
+    Numeral{"x", "10"},   Numeral{"xi", "11"},   Numeral{"xii", "12"},  Numeral{"xiii", "13"},
+    Numeral{"two", "2"},  Numeral{"three", "3"}, Numeral{"four", "4"},  Numeral{"five", "5"},
+    Numeral{"six", "6"},  Numeral{"seven", "7"}, Numeral{"eight", "8"}, Numeral{"nine", "9"},
     Numeral{"ten", "10"},
 };
 
 constexpr std::array<std::string_view, 19> kArticles = {
-    "the", "a", "an", "le", "la", "les", "l'", "un",  "une", "der",
-    "die", "das", "el", "los", "las", "il", "lo", "de", "het"};
+    "the", "a",   "an", "le",  "la",  "les", "l'", "un", "une", "der",
+    "die", "das", "el", "los", "las", "il",  "lo", "de", "het"};
 
 /// Letters that have no decomposition.
 std::string_view plainLetter(std::int32_t c) {
   switch (c) {
-    case 0xdf: return "ss";
-    case 0xe6: return "ae";
-    case 0x153: return "oe";
-    case 0xf8: return "o";
-    case 0x142: return "l";
+    case 0xdf:
+      return "ss";
+    case 0xe6:
+      return "ae";
+    case 0x153:
+      return "oe";
+    case 0xf8:
+      return "o";
+    case 0x142:
+      return "l";
     case 0x111:
-    case 0xf0: return "d";
-    case 0xfe: return "th";
-    case 0x131: return "i";
-    default: return {};
+    case 0xf0:
+      return "d";
+    case 0xfe:
+      return "th";
+    case 0x131:
+      return "i";
+    default:
+      return {};
   }
 }
 
@@ -64,8 +73,10 @@ bool isWordCharacter(std::int32_t c) {
     case UTF8PROC_CATEGORY_MC:
     case UTF8PROC_CATEGORY_ND:
     case UTF8PROC_CATEGORY_NL:
-    case UTF8PROC_CATEGORY_NO: return true;
-    default: return false;
+    case UTF8PROC_CATEGORY_NO:
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -183,9 +194,8 @@ void addText(Line& line, std::string_view text) {
       continue;
     }
     utf8proc_int32_t c = 0;
-    const auto size =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()) + i,
-                         static_cast<utf8proc_ssize_t>(text.size() - i), &c);
+    const auto size = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()) + i,
+                                       static_cast<utf8proc_ssize_t>(text.size() - i), &c);
     if (size <= 0) {
       line.gap();  // a byte that is not UTF-8
       ++i;

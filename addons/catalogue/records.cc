@@ -71,7 +71,6 @@ Elements movie(Store& store, const Title& title, std::string_view language) {
     add(elements, "genre", genre);
   }
   addCast(store, title, elements);
-  add(elements, "runtime", minutesText(title.minutes));
   return elements;
 }
 

@@ -32,8 +32,11 @@ struct Broken {
 /// Throws std::runtime_error, which names the file.
 class Rows {
  public:
+  enum class Order { kChecked, kAny };
+
   /// Gives the named columns, in this order. The first one is the identifier.
-  Rows(const std::string& path, const std::vector<std::string_view>& columns);
+  Rows(const std::string& path, const std::vector<std::string_view>& columns,
+       Order order = Order::kChecked);
   ~Rows();
   Rows(const Rows&) = delete;
   Rows& operator=(const Rows&) = delete;
@@ -69,6 +72,7 @@ class Rows {
   ByteSource source_;
   std::vector<std::string_view> values_;
   std::vector<int> places_;  // of each column of the file: which value, or -1
+  Order order_;
   std::string lastId_;
   std::uint64_t line_ = 0;
   Broken broken_;

@@ -24,8 +24,7 @@ double ratio(std::string_view a, std::string_view b, double least) {
   if (longest == 0) {
     return 0;
   }
-  const auto limit =
-      static_cast<unsigned>(std::ceil((1 - least) * static_cast<double>(longest)));
+  const auto limit = static_cast<unsigned>(std::ceil((1 - least) * static_cast<double>(longest)));
   const unsigned found = distance(a, b, limit);
   return found > limit ? 0 : 1 - static_cast<double>(found) / static_cast<double>(longest);
 }
@@ -104,7 +103,9 @@ unsigned distance(std::string_view a, std::string_view b, unsigned limit) {
 }
 
 Similarity::Similarity(std::string_view query)
-    : query_(query), sorted_(sortedWords(query_)), words_(wordsOf(query_)),
+    : query_(query),
+      sorted_(sortedWords(query_)),
+      words_(wordsOf(query_)),
       number_(numberAtEnd(words_)) {}
 
 double Similarity::to(std::string_view name) const {

@@ -39,9 +39,12 @@ struct QueryWord {
 class Search {
  public:
   Search(Store& store, const Query& query)
-      : store_(store), query_(query), vocabulary_(store),
+      : store_(store),
+        query_(query),
+        vocabulary_(store),
         text_(normalise(std::string_view(query.words).substr(0, kLongestQuery))),
-        similarity_(text_), allNames_(static_cast<double>(store.metaNumber("names")) + 1) {}
+        similarity_(text_),
+        allNames_(static_cast<double>(store.metaNumber("names")) + 1) {}
 
   std::vector<Hit> run();
 
@@ -61,9 +64,9 @@ class Search {
   std::string text_;
   Similarity similarity_;
   double allNames_;
-  std::unordered_map<std::uint32_t, Hit> hits_;      // by rank
+  std::unordered_map<std::uint32_t, Hit> hits_;       // by rank
   std::unordered_map<std::uint32_t, bool> compared_;  // names
-  double bestSimilarity_ = 0;  // of the hits whose year fits
+  double bestSimilarity_ = 0;                         // of the hits whose year fits
 };
 
 /// Reads one name and takes the titles that are called so.
@@ -134,9 +137,8 @@ void Search::compareWords(std::vector<QueryWord>& words) {
       known.push_back(&word);
     }
   }
-  std::stable_sort(known.begin(), known.end(), [](const QueryWord* a, const QueryWord* b) {
-    return a->names() < b->names();
-  });
+  std::stable_sort(known.begin(), known.end(),
+                   [](const QueryWord* a, const QueryWord* b) { return a->names() < b->names(); });
   std::unordered_map<std::uint32_t, double> weights;
   for (std::size_t i = 0; i < known.size() && i < kRarest; ++i) {
     std::unordered_map<std::uint32_t, double> ofWord;

@@ -23,8 +23,8 @@ struct Hit {
   double similarity = 0;  // 1: the same
 };
 
-/// The titles that fit best, the best one first. Finds titles with letters wrong, words missing or in
-/// another order. Throws Damaged.
+/// The titles that fit best, the best one first. Finds titles with letters wrong, words missing or
+/// in another order. Throws Damaged.
 std::vector<Hit> search(Store& store, const Query& query);
 
 }  // namespace quilp::catalogue

@@ -27,9 +27,7 @@ Sizes sizesOf(const char* record) {
   return sizes;
 }
 
-std::string_view keyOf(const char* record) {
-  return {record + sizeof(Sizes), sizesOf(record).key};
-}
+std::string_view keyOf(const char* record) { return {record + sizeof(Sizes), sizesOf(record).key}; }
 
 std::string_view valueOf(const char* record) {
   const Sizes sizes = sizesOf(record);

@@ -20,9 +20,9 @@ constexpr std::size_t kMostWords = 256;
 std::string_view blobOf(sqlite3_stmt* statement, int column) {
   const void* const bytes = sqlite3_column_blob(statement, column);
   const int size = sqlite3_column_bytes(statement, column);
-  return bytes == nullptr ? std::string_view()
-                          : std::string_view(static_cast<const char*>(bytes),
-                                             static_cast<std::size_t>(size));
+  return bytes == nullptr
+             ? std::string_view()
+             : std::string_view(static_cast<const char*>(bytes), static_cast<std::size_t>(size));
 }
 
 /// Percent-encoded: the name of a file as SQLite's addresses take it.

@@ -31,8 +31,8 @@ struct Season {
 /// What an identifier stands for.
 struct Ident {
   bool isEpisode = false;
-  std::uint32_t rank = 0;    // of a title
-  std::uint32_t show = 0;    // of an episode: the show's identifier
+  std::uint32_t rank = 0;  // of a title
+  std::uint32_t show = 0;  // of an episode: the show's identifier
   unsigned season = 0;
 };
 

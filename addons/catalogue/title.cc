@@ -10,10 +10,10 @@ namespace quilp::catalogue {
 namespace {
 
 constexpr std::array kTypes = {
-    TitleType{"movie", Kind::kMovie},      TitleType{"tvMovie", Kind::kMovie},
-    TitleType{"short", Kind::kMovie},      TitleType{"video", Kind::kMovie},
-    TitleType{"tvSpecial", Kind::kMovie},  TitleType{"tvShort", Kind::kMovie},
-    TitleType{"tvSeries", Kind::kShow},    TitleType{"tvMiniSeries", Kind::kShow},
+    TitleType{"movie", Kind::kMovie},     TitleType{"tvMovie", Kind::kMovie},
+    TitleType{"short", Kind::kMovie},     TitleType{"video", Kind::kMovie},
+    TitleType{"tvSpecial", Kind::kMovie}, TitleType{"tvShort", Kind::kMovie},
+    TitleType{"tvSeries", Kind::kShow},   TitleType{"tvMiniSeries", Kind::kShow},
     TitleType{"tvPilot", Kind::kShow},
 };
 

@@ -30,13 +30,13 @@ struct LocalTitle {
 
 /// A movie or a show.
 struct Title {
-  std::uint32_t id = 0;    // of "tt0000001"
-  unsigned type = 0;       // index of a TitleType
+  std::uint32_t id = 0;  // of "tt0000001"
+  unsigned type = 0;     // index of a TitleType
   bool adult = false;
-  unsigned year = 0;       // 0: unknown, as below
+  unsigned year = 0;  // 0: unknown, as below
   unsigned endYear = 0;
   unsigned minutes = 0;
-  unsigned rating = 0;     // tenths
+  unsigned rating = 0;  // tenths
   std::uint32_t votes = 0;
   std::string title{};
   std::string originalTitle{};  // empty where it is the title

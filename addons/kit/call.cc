@@ -36,17 +36,40 @@ Call readCall(int argc, char** argv) {
     }
     const std::string value = argv[i + 1];
     switch (std::strlen(option) == 2 && option[0] == '-' ? option[1] : '\0') {
-      case 't': call.keyword = value; break;
-      case 'i': call.id = value; break;
-      case 'b': call.album = value; break;
-      case 'a': call.artist = value; break;
-      case 'f': call.path = value; break;
-      case 'l': call.language = value; break;
-      case 'o': call.output = value; break;
-      case 'n': call.count = toNumber(option, value); break;
-      case 's': call.season = toNumber(option, value); hasSeason = true; break;
-      case 'e': call.episode = toNumber(option, value); call.hasEpisode = hasSeason; break;
-      default: throw WrongCall(std::string("no option \"") + option + '"');
+      case 't':
+        call.keyword = value;
+        break;
+      case 'i':
+        call.id = value;
+        break;
+      case 'b':
+        call.album = value;
+        break;
+      case 'a':
+        call.artist = value;
+        break;
+      case 'f':
+        call.path = value;
+        break;
+      case 'l':
+        call.language = value;
+        break;
+      case 'o':
+        call.output = value;
+        break;
+      case 'n':
+        call.count = toNumber(option, value);
+        break;
+      case 's':
+        call.season = toNumber(option, value);
+        hasSeason = true;
+        break;
+      case 'e':
+        call.episode = toNumber(option, value);
+        call.hasEpisode = hasSeason;
+        break;
+      default:
+        throw WrongCall(std::string("no option \"") + option + '"');
     }
   }
   if (call.output.empty()) {

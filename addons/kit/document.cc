@@ -70,10 +70,17 @@ void Document::plain(const std::string& name, std::string_view bytes) {
   text_.append("<").append(name).append(">");
   for (const char c : allowed(bytes)) {
     switch (c) {
-      case '&': text_ += "&amp;"; break;
-      case '<': text_ += "&lt;"; break;
-      case '>': text_ += "&gt;"; break;
-      default: text_ += c;
+      case '&':
+        text_ += "&amp;";
+        break;
+      case '<':
+        text_ += "&lt;";
+        break;
+      case '>':
+        text_ += "&gt;";
+        break;
+      default:
+        text_ += c;
     }
   }
   text_.append("</").append(name).append(">\n");

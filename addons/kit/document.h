@@ -7,8 +7,8 @@
 namespace quilp::kit {
 
 /// The document of an add-on. It is always well-formed: bytes that are not UTF-8 become U+FFFD,
-/// characters that XML does not allow are left out, and "]]>" becomes "]] >", as a value has to be one
-/// CDATA section.
+/// characters that XML does not allow are left out, and "]]>" becomes "]] >", as a value has to be
+/// one CDATA section.
 class Document {
  public:
   explicit Document(std::string root);

@@ -20,9 +20,8 @@ int complain(const char* program, const std::string& text, int status) {
 int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs) {
   try {
     const Call call = readCall(argc, argv);
-    const Verb* const verb = std::find_if(verbs.begin(), verbs.end(), [&](const Verb& each) {
-      return call.verb == each.name;
-    });
+    const Verb* const verb = std::find_if(verbs.begin(), verbs.end(),
+                                          [&](const Verb& each) { return call.verb == each.name; });
     if (verb == verbs.end()) {
       return complain(program, "no verb \"" + call.verb + '"', kWrong);
     }

@@ -16,8 +16,8 @@ struct Verb {
   bool (*answer)(const Call& call, Document& document);
 };
 
-/// The main function of an add-on: answers one call, and returns the exit status: 0 for a document, 1
-/// for none, 2 for a wrong call. What went wrong is one line on standard error.
+/// The main function of an add-on: answers one call, and returns the exit status: 0 for a document,
+/// 1 for none, 2 for a wrong call. What went wrong is one line on standard error.
 int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs);
 
 }  // namespace quilp::kit

@@ -1,5 +1,5 @@
-// Writes data sets of the shape that "quilp catalogue import" reads, with invented titles and people.
-// The same seed and number give the same bytes on every machine.
+// Writes data sets of the shape that "quilp catalogue import" reads, with invented titles and
+// people. The same seed and number give the same bytes on every machine.
 
 #include <algorithm>
 #include <array>
@@ -34,20 +34,22 @@ class Random {
   std::uint32_t skewed(std::uint32_t limit) {
     const std::uint64_t part = below(limit) + std::uint64_t{1};
     const std::uint32_t zoom = below(4);
-    return static_cast<std::uint32_t>(zoom == 0 ? part - 1 : part * below(1U << 16) >> 16 >> 2 * zoom);
+    return static_cast<std::uint32_t>(zoom == 0 ? part - 1
+                                                : part * below(1U << 16) >> 16 >> 2 * zoom);
   }
 
  private:
   std::uint64_t state_;
 };
 
-constexpr std::array kOnsets = {"b", "br", "d", "dr", "f", "g",  "gr", "h", "j",  "k",
-                                "l", "m",  "n", "p",  "r", "s",  "sh", "t", "th", "v",
-                                "w", "st", "tr", "c", "cl", "z", "qu", "fl"};
+constexpr std::array kOnsets = {"b", "br", "d",  "dr", "f",  "g", "gr", "h", "j",  "k",
+                                "l", "m",  "n",  "p",  "r",  "s", "sh", "t", "th", "v",
+                                "w", "st", "tr", "c",  "cl", "z", "qu", "fl"};
 constexpr std::array kVowels = {"a", "e", "i", "o", "u", "ea", "ai", "ou", "y"};
 constexpr std::array kCodas = {"", "n", "r", "l", "s", "m", "t", "nd", "rk", "ll", "", "x"};
 constexpr std::array kCyrillic = {"ба", "ро", "ми", "на", "лет", "ска", "вод", "ны", "тор", "зем"};
-constexpr std::array kHan = {"山", "水", "光", "海", "城", "夜", "星", "花", "王", "路", "风", "心"};
+constexpr std::array kHan = {"山", "水", "光", "海", "城", "夜",
+                             "星", "花", "王", "路", "风", "心"};
 constexpr std::array kGenres = {"Drama", "Comedy", "Mystery", "Action", "Documentary", "Romance"};
 constexpr std::array kRegions = {"DE", "FR", "ES", "IT", "RU", "CN", "US", "GB", "PL", "SE"};
 
@@ -84,13 +86,24 @@ std::string titleOf(Random& random) {
     title += (title.empty() ? "" : " ") + capital(wordOf(random.skewed(60000)));
   }
   switch (random.below(24)) {
-    case 0: title += " II"; break;
-    case 1: title += " 2"; break;
-    case 2: title += " & " + capital(wordOf(random.skewed(60000))); break;
-    case 3: title += ": " + capital(wordOf(random.skewed(60000))) + " of " +
-                     capital(wordOf(random.skewed(60000))); break;
-    case 4: title += "é"; break;
-    default: break;
+    case 0:
+      title += " II";
+      break;
+    case 1:
+      title += " 2";
+      break;
+    case 2:
+      title += " & " + capital(wordOf(random.skewed(60000)));
+      break;
+    case 3:
+      title += ": " + capital(wordOf(random.skewed(60000))) + " of " +
+               capital(wordOf(random.skewed(60000)));
+      break;
+    case 4:
+      title += "é";
+      break;
+    default:
+      break;
   }
   return title;
 }
@@ -124,13 +137,18 @@ std::string id(const char* prefix, std::uint32_t number) {
 
 struct Files {
   explicit Files(const std::string& folder)
-      : basics(folder, "title.basics", "tconst\ttitleType\tprimaryTitle\toriginalTitle\tisAdult\tstartYear\tendYear\truntimeMinutes\tgenres"),
-        akas(folder, "title.akas", "titleId\tordering\ttitle\tregion\tlanguage\ttypes\tattributes\tisOriginalTitle"),
+      : basics(folder, "title.basics",
+               "tconst\ttitleType\tprimaryTitle\toriginalTitle\tisAdult\tstartYear\tendYear\truntim"
+               "eMinutes\tgenres"),
+        akas(folder, "title.akas",
+             "titleId\tordering\ttitle\tregion\tlanguage\ttypes\tattributes\tisOriginalTitle"),
         episode(folder, "title.episode", "tconst\tparentTconst\tseasonNumber\tepisodeNumber"),
         ratings(folder, "title.ratings", "tconst\taverageRating\tnumVotes"),
         crew(folder, "title.crew", "tconst\tdirectors\twriters"),
-        principals(folder, "title.principals", "tconst\tordering\tnconst\tcategory\tjob\tcharacters"),
-        names(folder, "name.basics", "nconst\tprimaryName\tbirthYear\tdeathYear\tprimaryProfession\tknownForTitles") {}
+        principals(folder, "title.principals",
+                   "tconst\tordering\tnconst\tcategory\tjob\tcharacters"),
+        names(folder, "name.basics",
+              "nconst\tprimaryName\tbirthYear\tdeathYear\tprimaryProfession\tknownForTitles") {}
   File basics, akas, episode, ratings, crew, principals, names;
 };
 
@@ -145,8 +163,10 @@ void writeFilmOrShow(Files& files, std::uint32_t number, bool show, std::uint32_
   const std::uint32_t year = 1925 + random.below(100);
   const std::string original = random.once(6) ? titleOf(random) : title;
   files.basics.row("%s\t%s\t%s\t%s\t0\t%u\t\\N\t%u\t%s,%s\n", tt.c_str(),
-                   show ? "tvSeries" : random.once(3) ? "short" : "movie", title.c_str(),
-                   original.c_str(), year, 60 + random.below(90),
+                   show             ? "tvSeries"
+                   : random.once(3) ? "short"
+                                    : "movie",
+                   title.c_str(), original.c_str(), year, 60 + random.below(90),
                    kGenres[random.below(3)], kGenres[3 + random.below(3)]);
   if (!random.once(3)) {
     const std::uint32_t votes = 5 + (random.skewed(2000) * random.skewed(1000) >> random.below(8));
@@ -155,9 +175,10 @@ void writeFilmOrShow(Files& files, std::uint32_t number, bool show, std::uint32_
   const std::uint32_t akas = 1 + random.skewed(30);
   for (std::uint32_t i = 1; i <= akas; ++i) {
     const std::uint32_t region = random.below(kRegions.size());
-    const std::string aka = region == 4   ? foreign(random, false)
-                            : region == 5 ? foreign(random, true)
-                            : random.once(2) ? titleOf(random) : title;
+    const std::string aka = region == 4      ? foreign(random, false)
+                            : region == 5    ? foreign(random, true)
+                            : random.once(2) ? titleOf(random)
+                                             : title;
     files.akas.row("%s\t%u\t%s\t%s\t\\N\timdbDisplay\t\\N\t0\n", tt.c_str(), i, aka.c_str(),
                    kRegions[region]);
   }
@@ -173,7 +194,8 @@ void writeFilmOrShow(Files& files, std::uint32_t number, bool show, std::uint32_
 void writeEpisode(Files& files, std::uint32_t number, std::uint32_t show, std::uint32_t place) {
   Random random(number * 2654435761U + 23);
   const std::string tt = id("tt", number);
-  const std::string title = random.once(3) ? "Episode #1." + std::to_string(place) : titleOf(random);
+  const std::string title =
+      random.once(3) ? "Episode #1." + std::to_string(place) : titleOf(random);
   files.basics.row("%s\ttvEpisode\t%s\t%s\t0\t%u\t\\N\t45\tDrama\n", tt.c_str(), title.c_str(),
                    title.c_str(), 1990 + show % 30);
   files.episode.row("%s\t%s\t%u\t%u\n", tt.c_str(), id("tt", show).c_str(), 1 + place / 10,

@@ -49,8 +49,10 @@ class Teller {
     const double seconds = std::chrono::duration<double>(Clock::now() - start_).count();
     std::string line = std::string(progress.stage) + ", " + std::to_string(progress.rows) + " rows";
     if (seconds > 1) {
-      line += ", " + std::to_string(static_cast<std::uint64_t>(
-                         static_cast<double>(progress.rows) / seconds)) + " a second";
+      line +=
+          ", " +
+          std::to_string(static_cast<std::uint64_t>(static_cast<double>(progress.rows) / seconds)) +
+          " a second";
     }
     if (progress.fraction > .02) {
       const double left = seconds / progress.fraction - seconds;
@@ -59,9 +61,7 @@ class Teller {
     }
     messages_.showProgress(line);
   }
-  double seconds() const {
-    return std::chrono::duration<double>(Clock::now() - start_).count();
-  }
+  double seconds() const { return std::chrono::duration<double>(Clock::now() - start_).count(); }
   void clear() { messages_.showProgress(""); }
 
  private:
@@ -110,14 +110,14 @@ void addCatalogueImport(Command& catalogue) {
   Command& command = catalogue.add("import", "Make the catalogue from downloaded data sets");
   command.operands.push_back(
       {"DIR", "Folder with title.basics.tsv.gz and the others", toText(options.from)});
-  command.options.push_back({0, "to", "FILE", "The catalogue file (default: as configured)",
-                             toText(options.to)});
+  command.options.push_back(
+      {0, "to", "FILE", "The catalogue file (default: as configured)", toText(options.to)});
   command.options.push_back({0, "no-adult", "", "Leave adult titles out",
                              [](const std::string&) { withoutAdult = true; }});
   command.options.push_back({0, "cast", "N", "Cast members kept of each title (default: 10)",
                              toNumber("--cast", cast, 0, 1000)});
-  command.options.push_back({0, "memory", "SIZE", "Memory to use, such as 256M (default: 1G)",
-                             toSize(options.memory)});
+  command.options.push_back(
+      {0, "memory", "SIZE", "Memory to use, such as 256M (default: 1G)", toSize(options.memory)});
   command.run = [] {
     options.adult = !withoutAdult;
     options.cast = static_cast<unsigned>(cast);

@@ -65,8 +65,8 @@ Elements listed(const Title& title) {
     elements.push_back({"year", std::to_string(title.year)});
   }
   if (title.votes != 0) {
-    elements.push_back({"rating", std::to_string(title.rating / 10) + '.' +
-                                      std::to_string(title.rating % 10)});
+    elements.push_back(
+        {"rating", std::to_string(title.rating / 10) + '.' + std::to_string(title.rating % 10)});
     elements.push_back({"votes", std::to_string(title.votes)});
   }
   return elements;
@@ -121,7 +121,9 @@ pugi::xml_document describe(Store& store, std::uint32_t id) {
       addTo(root, catalogue::show(store, title, ""));
       addTo(root, {{"seasons", std::to_string(store.seasonsOf(title.id).size())}});
     } else {
-      addTo(document.append_child("movie"), catalogue::movie(store, title, ""));
+      pugi::xml_node root = document.append_child("movie");
+      addTo(root, catalogue::movie(store, title, ""));
+      addTo(root, {{"runtime", title.minutes == 0 ? "" : std::to_string(title.minutes) + " min"}});
     }
   }
   return document;
@@ -130,8 +132,7 @@ pugi::xml_document describe(Store& store, std::uint32_t id) {
 int show(const std::string& text, Format format) {
   const std::uint32_t id = catalogue::idOf(text);
   if (id == 0) {
-    throw WrongUsage("\"" + text + "\" is no identifier such as tt0000001",
-                     "quilp catalogue show");
+    throw WrongUsage("\"" + text + "\" is no identifier such as tt0000001", "quilp catalogue show");
   }
   Store store(catalogueFile());
   const pugi::xml_document document = describe(store, id);
@@ -149,9 +150,11 @@ int info() {
   stat(file.c_str(), &status);
   printLine("file", file);
   printLine("size", std::to_string(static_cast<long long>(status.st_size) / 1000000) + " MB");
-  const std::pair<const char*, const char*> kLines[] = {
-      {"date", "data of"},     {"titles", "titles"}, {"episodes", "episodes"},
-      {"names", "names"}, {"people", "people"}};
+  const std::pair<const char*, const char*> kLines[] = {{"date", "data of"},
+                                                        {"titles", "titles"},
+                                                        {"episodes", "episodes"},
+                                                        {"names", "names"},
+                                                        {"people", "people"}};
   for (const auto& [key, label] : kLines) {
     const auto found = store.meta().find(key);
     printLine(label, found == store.meta().end() ? "" : found->second);
@@ -173,15 +176,16 @@ void addCatalogueSearch(Command& catalogue) {
   static int year = 0;
   static int count = kDefaultCount;
   Command& command = catalogue.add("search", "Search the catalogue");
-  command.operands.push_back({"WORDS", "What to look for", [](const std::string& word) {
-                                query.words += (query.words.empty() ? "" : " ") + word;
-                              }, true, true});
-  command.options.push_back({0, "year", "Y", "The year of the title",
-                             toNumber("--year", year, 1800, 2200)});
+  command.operands.push_back(
+      {"WORDS", "What to look for",
+       [](const std::string& word) { query.words += (query.words.empty() ? "" : " ") + word; },
+       true, true});
+  command.options.push_back(
+      {0, "year", "Y", "The year of the title", toNumber("--year", year, 1800, 2200)});
   static std::optional<Kind> kind;
-  command.options.push_back(choice("type", kind, "What to look for (default: both)",
-                                   Choices<std::optional<Kind>>{{"movie", Kind::kMovie},
-                                                                {"tv", Kind::kShow}}));
+  command.options.push_back(
+      choice("type", kind, "What to look for (default: both)",
+             Choices<std::optional<Kind>>{{"movie", Kind::kMovie}, {"tv", Kind::kShow}}));
   addCount(command, count);
   addFormat(command, format, {Format::kTable, Format::kJson, Format::kXml});
   command.run = [] {
