@@ -174,7 +174,7 @@ cmp /tmp/many.db /tmp/other.db || fail "another order, another file"
 
 # Killed at any moment: the old file stays in use, and the next import works.
 for delay in 0.02 0.1 0.2 0.3; do
-  catalogue import /tmp/many >/dev/null &
+  "$QUILP_PROGRAM" catalogue import /tmp/many >/dev/null 2>&1 &
   sleep "$delay"
   kill -9 $! 2>/dev/null
   wait $! 2>/dev/null
