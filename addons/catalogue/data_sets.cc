@@ -59,9 +59,8 @@ DataSets::DataSets(const std::string& folder)
   if (basics_.empty()) {
     throw std::runtime_error(folder + ": there is no title.basics.tsv or title.basics.tsv.gz");
   }
-  const std::time_t seconds = newest_;
   std::tm day{};
-  gmtime_r(&seconds, &day);
+  gmtime_r(&newest_, &day);
   std::array<char, 32> text{};
   std::strftime(text.data(), text.size(), "%Y-%m-%d", &day);
   date_ = text.data();
@@ -73,7 +72,7 @@ std::string DataSets::find(const std::string& folder, const std::string& name) {
     struct stat file {};
     if (stat(path.c_str(), &file) == 0) {
       bytes_ += static_cast<std::uint64_t>(file.st_size);
-      newest_ = std::max<std::int64_t>(newest_, file.st_mtime);
+      newest_ = std::max(newest_, file.st_mtime);
       return path;
     }
   }
@@ -81,7 +80,7 @@ std::string DataSets::find(const std::string& folder, const std::string& name) {
   return "";
 }
 
-void DataSets::sort(const std::string& path, std::uint64_t memory, const std::string& folder) {
+void DataSets::sort(const std::string& path, std::size_t memory, const std::string& folder) {
   Sorter sorter(memory / 2, folder);
   std::string header;
   forEachLine(path, [&](std::string_view line) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -33,14 +34,14 @@ class DataSets {
   const std::string& date() const { return date_; }
 
   /// Puts a copy in order in place of a file whose rows are not.
-  void sort(const std::string& path, std::uint64_t memory, const std::string& folder);
+  void sort(const std::string& path, std::size_t memory, const std::string& folder);
 
  private:
   std::string find(const std::string& folder, const std::string& name);
 
   std::vector<std::string> missing_;
   std::uint64_t bytes_ = 0;
-  std::int64_t newest_ = 0;
+  std::time_t newest_ = 0;
   std::string basics_, akas_, episode_, ratings_, crew_, principals_, names_;
   std::string date_;
 };

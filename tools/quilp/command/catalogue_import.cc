@@ -1,5 +1,8 @@
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <string>
 
 #include "catalogue/import.h"
@@ -20,7 +23,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int kLeastMegabytes = 64;
 
 /// "256M" or "2G", in bytes.
-Take toSize(std::uint64_t& bytes) {
+Take toSize(std::size_t& bytes) {
   return [&bytes](const std::string& text) {
     const char unit = text.empty() ? '\0' : text.back();
     const bool hasUnit = unit == 'M' || unit == 'G';
@@ -29,8 +32,9 @@ Take toSize(std::uint64_t& bytes) {
     if (!hasUnit) {
       throw WrongUsage("--memory: \"" + text + "\" has no unit: 256M or 2G");
     }
-    bytes = static_cast<std::uint64_t>(number) << (unit == 'G' ? 30 : 20);
-    if (bytes < std::uint64_t{kLeastMegabytes} << 20) {
+    const std::uint64_t wanted = static_cast<std::uint64_t>(number) << (unit == 'G' ? 30 : 20);
+    bytes = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, SIZE_MAX / 2));
+    if (wanted < std::uint64_t{kLeastMegabytes} << 20) {
       throw WrongUsage("--memory: " + text + " is less than " + std::to_string(kLeastMegabytes) +
                        'M');
     }
