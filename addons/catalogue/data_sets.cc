@@ -68,7 +68,8 @@ DataSets::DataSets(const std::string& folder)
 
 std::string DataSets::find(const std::string& folder, const std::string& name) {
   for (const char* const extension : {".tsv.gz", ".tsv"}) {
-    const std::string path = folder + '/' + name + extension;
+    std::string path = folder;
+    path.append("/").append(name).append(extension);
     struct stat file {};
     if (stat(path.c_str(), &file) == 0) {
       bytes_ += static_cast<std::uint64_t>(file.st_size);

@@ -270,11 +270,10 @@ void Import::writeNames() {
       name = names_->key();
       list.clear();
       count = 0;
-      best = last = rank;
-      Packer(list).number(rank);
-    } else {
-      Packer(list).number(rank - last);
+      best = rank;
+      last = 0;
     }
+    Packer(list).number(rank - last);
     list += names_->value().substr(5);  // after the rank, and the 0 in place of a difference
     last = rank;
     ++count;

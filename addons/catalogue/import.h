@@ -12,7 +12,7 @@ struct ImportOptions {
   std::string from{};  // the folder of the data sets
   std::string to{};    // the catalogue file
   bool adult = true;
-  unsigned cast = 10;                             // members kept of each title
+  unsigned cast = 10;                         // members kept of each title
   std::size_t memory = std::size_t{1} << 30;  // bytes
 };
 

@@ -133,12 +133,9 @@ bool Rows::nextLine(std::string_view& line) {
       return false;
     }
   }
-  const char* const start = block_.text.data() + position_;
-  const std::size_t rest = block_.text.size() - position_;
-  const void* const end = std::memchr(start, '\n', rest);
-  const std::size_t size =
-      end == nullptr ? rest : static_cast<std::size_t>(static_cast<const char*>(end) - start);
-  line = {start, size};
+  const std::string_view rest = std::string_view(block_.text).substr(position_);
+  const std::size_t size = std::min(rest.find('\n'), rest.size());
+  line = rest.substr(0, size);
   position_ += size + 1;
   ++line_;
   if (!line.empty() && line.back() == '\r') {

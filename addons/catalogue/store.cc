@@ -192,7 +192,7 @@ std::optional<Season> Store::season(std::uint32_t show, unsigned number) {
 
 std::vector<unsigned> Store::seasonsOf(std::uint32_t show) {
   sqlite3_stmt* const rows = statement("SELECT k FROM season WHERE k >= ? AND k < ? ORDER BY k");
-  const auto first = static_cast<sqlite3_int64>(std::uint64_t{show} * kSeasons);
+  const sqlite3_int64 first = sqlite3_int64{show} * kSeasons;
   sqlite3_bind_int64(rows, 1, first);
   sqlite3_bind_int64(rows, 2, first + kSeasons);
   std::vector<unsigned> seasons;

@@ -76,7 +76,7 @@ Call readCall(int argc, char** argv) {
     throw WrongCall("-o: no file for the document");
   }
   call.name = environment("QUILP_NAME");
-  call.year = std::atoi(environment("QUILP_YEAR").c_str());
+  call.year = static_cast<int>(std::strtol(environment("QUILP_YEAR").c_str(), nullptr, 10));
   if (call.language.empty()) {
     call.language = environment("QUILP_LANGUAGE");
   }

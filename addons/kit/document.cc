@@ -36,7 +36,8 @@ std::string allowed(std::string_view bytes) {
 
 }  // namespace
 
-Document::Document(std::string root) : text_("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") {
+Document::Document(const std::string& root)
+    : text_("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") {
   open(root);
 }
 

@@ -11,7 +11,7 @@ namespace quilp::kit {
 /// one CDATA section.
 class Document {
  public:
-  explicit Document(std::string root);
+  explicit Document(const std::string& root);
 
   /// Elements up to close() are inside this one.
   void open(const std::string& name);

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <functional>
@@ -42,7 +43,7 @@ Take toSize(std::size_t& bytes) {
 }
 
 std::string minutesAndSeconds(double seconds) {
-  const auto whole = static_cast<long>(seconds + .5);
+  const auto whole = std::lround(seconds);
   const std::string rest = std::to_string(whole % 60);
   return std::to_string(whole / 60) + ':' + (rest.size() < 2 ? "0" : "") + rest;
 }
