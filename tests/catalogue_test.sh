@@ -133,6 +133,12 @@ if [ ${#emulator[@]} -eq 0 ]; then
   grep 'passed' /tmp/out | grep -q ' 0 failed, 0 with a warning' || fail "TV: $(cat /tmp/out)"
 fi
 
+echo "no section and no value" >/tmp/etc/broken.conf
+QUILP_CONFIG=/tmp/etc/broken.conf ask getmovieinfobyid -i tt0000001 && fail "settings that cannot be read"
+grep -q 'settings cannot be read' /tmp/errors || fail "settings: $(cat /tmp/errors)"
+ask $'a\nb' && fail "a verb of two lines"
+[ "$(wc -l </tmp/errors)" -eq 1 ] || fail "a message of two lines"
+
 # Broken files: the catalogue stays as it is.
 cp /tmp/catalogue.db /tmp/before.db
 mkdir /tmp/bad

@@ -66,12 +66,13 @@ Call readCall(int argc, char** argv) {
         break;
       case 'e':
         call.episode = toNumber(option, value);
-        call.hasEpisode = hasSeason;
+        call.hasEpisode = true;
         break;
       default:
         throw WrongCall(std::string("no option \"") + option + '"');
     }
   }
+  call.hasEpisode = call.hasEpisode && hasSeason;
   if (call.output.empty()) {
     throw WrongCall("-o: no file for the document");
   }

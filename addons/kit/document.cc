@@ -1,6 +1,7 @@
 #include "document.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -95,21 +96,25 @@ void Document::write(const std::string& path) {
   if (file < 0) {
     throw std::runtime_error(path + ": " + std::strerror(errno));
   }
+  struct stat status {};
+  const bool isFile = fstat(file, &status) == 0 && S_ISREG(status.st_mode);
   std::string_view rest = text_;
   int error = 0;
   while (error == 0 && !rest.empty()) {
     const ssize_t written = ::write(file, rest.data(), rest.size());
     if (written > 0) {
       rest.remove_prefix(static_cast<std::size_t>(written));
-    } else if (errno != EINTR) {
-      error = errno;
+    } else if (written == 0 || errno != EINTR) {
+      error = written == 0 ? EIO : errno;
     }
   }
   if (::close(file) != 0 && error == 0) {
     error = errno;
   }
   if (error != 0) {
-    unlink(path.c_str());
+    if (isFile) {
+      unlink(path.c_str());
+    }
     throw std::runtime_error(path + ": " + std::strerror(error));
   }
 }

@@ -10,7 +10,9 @@ namespace {
 constexpr int kNoAnswer = 1;
 constexpr int kWrong = 2;
 
-int complain(const char* program, const std::string& text, int status) {
+int complain(const char* program, std::string text, int status) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, '?');
   std::fprintf(stderr, "%s: %s\n", program, text.c_str());
   return status;
 }

@@ -1,6 +1,9 @@
 #include "settings.h"
 
+#include <sys/stat.h>
+
 #include <cstdlib>
+#include <stdexcept>
 
 #include "platform.h"
 
@@ -14,7 +17,12 @@ const char* settingsFile() {
 
 }  // namespace
 
-Settings::Settings() : file_(settingsFile()) {}
+Settings::Settings() : file_(settingsFile()) {
+  struct stat status {};
+  if (!file_.loaded() && stat(settingsFile(), &status) == 0) {
+    throw std::runtime_error(std::string(settingsFile()) + ": the settings cannot be read");
+  }
+}
 
 std::string Settings::get(const std::string& section, const std::string& key,
                           const std::string& fallback) const {

@@ -9,6 +9,7 @@ namespace quilp::kit {
 /// The settings of stock add-ons: an INI file. $QUILP_CONFIG names another one than the usual.
 class Settings {
  public:
+  /// Throws std::runtime_error where there is a file that cannot be read.
   Settings();
 
   /// Returns `fallback` where the file, the section or the key is absent.
