@@ -27,6 +27,31 @@ void addSpans(Name& name, const Name& folder, std::initializer_list<NameField> f
   }
 }
 
+void dropTitle(Name& name) {
+  name.title.clear();
+  name.alternativeTitles.clear();
+  name.spans.erase(std::remove_if(name.spans.begin(), name.spans.end(),
+                                  [](const NameSpan& span) {
+                                    return span.field == NameField::kTitle ||
+                                           span.field == NameField::kAlternativeTitle;
+                                  }),
+                   name.spans.end());
+}
+
+/// 201 in the folder of season 2 is its episode 1.
+void splitSeason(Name& name) {
+  if (name.seasons.size() != 1 || name.episodes.size() != 1 || name.episodes[0] < 100 ||
+      name.episodes[0] / 100 != name.seasons[0] || name.episodes[0] % 100 == 0) {
+    return;
+  }
+  name.episodes[0] %= 100;
+  for (NameSpan& span : name.spans) {
+    if (span.field == NameField::kEpisode && span.end - span.begin > 2) {
+      span.begin = span.end - 2;
+    }
+  }
+}
+
 /// Whether a folder has the release's name, and the file in it only letters at random or a short
 /// form.
 bool namesRelease(const Name& folder, const Name& file) {
@@ -60,6 +85,11 @@ Name readName(std::string_view nameOrPath, NameKind hint) {
   surroundings.inFolder = parts.count > 1;
   Name name = readComponent(parts.part[parts.count - 1], surroundings);
   if (parts.count == 1) {
+    if (name.kind == NameKind::kMovie && hint == NameKind::kUnknown && name.year == 0 &&
+        isWeakTitle(name)) {
+      dropTitle(name);
+      name.kind = NameKind::kUnknown;
+    }
     return name;
   }
   Surroundings folderSurroundings;
@@ -88,20 +118,16 @@ Name readName(std::string_view nameOrPath, NameKind hint) {
         }
       }
       name.kind = NameKind::kEpisode;
+      splitSeason(name);
     }
     if (seasonFolder && folder.title.empty()) {
       continue;
     }
     if (name.title.empty() || isWeakTitle(name)) {
       if (!folder.title.empty()) {
+        dropTitle(name);
         name.title = folder.title;
         name.alternativeTitles = folder.alternativeTitles;
-        name.spans.erase(std::remove_if(name.spans.begin(), name.spans.end(),
-                                        [](const NameSpan& span) {
-                                          return span.field == NameField::kTitle ||
-                                                 span.field == NameField::kAlternativeTitle;
-                                        }),
-                         name.spans.end());
         addSpans(name, folder, {NameField::kTitle, NameField::kAlternativeTitle});
         if (name.year == 0) {
           name.year = folder.year;

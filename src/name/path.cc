@@ -168,7 +168,8 @@ bool isWeakTitle(const Name& name) {
   if (!letters) {
     return name.kind == NameKind::kEpisode || title.size() >= 5;
   }
-  return title.substr(0, 4) == "VTS " || title == "VIDEO TS" || title == "index";
+  return title.substr(0, 4) == "VTS " || title == "VIDEO TS" || title == "index" ||
+         (name.year == 0 && (title == "movie" || title == "video" || title == "film"));
 }
 
 }  // namespace libquilp

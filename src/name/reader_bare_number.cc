@@ -101,7 +101,8 @@ bool Reader::bareNumberAt(std::size_t i) {
     accepted = (surroundings_.inSeasonFolder && digits <= 3) ||
                (surroundings_.inFolder && digits >= 2 && digits <= 3 && (beforeDash || atEnd));
   } else {
-    const bool padded = text_[t[i].begin] == '0' && digits >= 2 && digits <= 4 && number != 7;
+    const bool padded = text_[t[i].begin] == '0' && digits >= 2 && digits <= 4 &&
+                        !(number == 7 && digits == 3);  // agent 007
     const bool dashed = spacedDash && digits <= 4 && (digits >= 2 || fansub_);
     const bool inFansub = fansub_ && (parted || isRange || beforeDash) && (digits >= 2 || isRange);
     const bool afterSeason = !name_.seasons.empty() && name_.episodes.empty() && digits >= 2 &&

@@ -141,6 +141,10 @@ void Reader::findYear() {
   }
   std::size_t bracketed = kNone;
   std::size_t plain = kNone;
+  const bool leads = start_ + 1 < end && t[start_].digits && isYear(t[start_].number) &&
+                     t[start_].end - t[start_].begin == 4 && t[start_].bracket == 0 &&
+                     !t[start_].taken && !t[start_ + 1].digits &&
+                     (t[start_ + 1].gap & kSpacedDashGap) != 0;
   for (std::size_t i = start_; i < end; ++i) {
     if (!t[i].digits || !isYear(t[i].number) || t[i].taken || t[i].end - t[i].begin != 4) {
       continue;
@@ -168,6 +172,10 @@ void Reader::findYear() {
   if (year_ != kNone) {
     name_.year = t[year_].number;
     take(NameField::kYear, year_, year_ + 1);
+  } else if (leads && marker_ == kNone) {  // 2011 - Harbour Lights
+    name_.year = t[start_].number;
+    take(NameField::kYear, start_, start_ + 1);
+    ++start_;
   }
 }
 
