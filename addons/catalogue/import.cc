@@ -14,6 +14,7 @@
 #include "new_store.h"
 #include "normalise.h"
 #include "sorter.h"
+#include "store.h"
 
 namespace quilp::catalogue {
 namespace {
@@ -70,7 +71,7 @@ class Rowed {
 class Import {
  public:
   Import(const ImportOptions& options, const OnProgress& progress)
-      : options_(options), progress_(progress), sets_(options.from), store_(options.to) {}
+      : options_(options), progress_(progress), sets_(options.from), store_(newFile(options.to)) {}
 
   Imported run();
 
@@ -95,7 +96,7 @@ class Import {
   const ImportOptions& options_;
   const OnProgress& progress_;
   DataSets sets_;
-  NewStore store_;
+  std::unique_ptr<NewStore> store_;
   Imported result_;
   std::unique_ptr<Gatherer> gathered_;
   std::unique_ptr<Sorter> names_;       // key: name; value: reference
@@ -139,7 +140,7 @@ void Import::writeTitles() {
   titles.sort();
   gathered_->people().number();
   names_ = sorter(3);
-  Rowed rows(store_, "title", kTitlesARow, true);
+  Rowed rows(*store_, "title", kTitlesARow, true);
   Reference reference;
   std::string bytes;
   std::string key;
@@ -182,7 +183,7 @@ void Import::writeTitles() {
 void Import::writeSeasons() {
   Sorter& episodes = gathered_->episodes();
   episodes.sort();
-  Rowed rows(store_, "season", 1, true);
+  Rowed rows(*store_, "season", 1, true);
   while (episodes.next()) {
     const std::uint64_t show = sortable(episodes.key());
     rows.add(show * kSeasons + sortable(episodes.key().substr(4)), episodes.value());
@@ -211,7 +212,7 @@ void Import::writePeople() {
   }
   addBroken(sets_.names(), rows.broken(), result_);
   sorted->sort();
-  Rowed written(store_, "person", kPeopleARow, false);
+  Rowed written(*store_, "person", kPeopleARow, false);
   std::string item;
   bool more = sorted->next();
   for (std::uint32_t number = 0; number < people.count(); ++number) {
@@ -230,7 +231,7 @@ void Import::writePeople() {
 void Import::writeIdents() {
   Sorter& idents = gathered_->idents();
   idents.sort();
-  Rowed rows(store_, "ident", kIdentsARow, false);
+  Rowed rows(*store_, "ident", kIdentsARow, false);
   std::string item;
   while (idents.next()) {
     const std::uint32_t id = sortable(idents.key());
@@ -290,7 +291,7 @@ void Import::writeNames() {
     const std::string_view normalised = ranked_->key().substr(4);
     text.assign(ranked_->value());
     text += normalised;
-    store_.insert("name", number, text);
+    store_->insert("name", number, text);
     key.clear();
     appendSortable(key, hashOf(sortedWords(normalised)));
     text.clear();
@@ -309,10 +310,10 @@ void Import::writeNames() {
 
 void Import::writeExact() {
   const std::uint32_t buckets = static_cast<std::uint32_t>(result_.names / kNamesABucket) + 1;
-  store_.meta("exact_buckets", std::to_string(buckets));
+  store_->meta("exact_buckets", std::to_string(buckets));
   exact_->sort();
   // The bucket is the hash's place among all hashes, so buckets come in order.
-  Rowed rows(store_, "exact", 1, false);
+  Rowed rows(*store_, "exact", 1, false);
   std::string item;
   while (exact_->next()) {
     const std::uint32_t hash = sortable(exact_->key());
@@ -369,7 +370,7 @@ void Import::writeWords() {
     Packer(value).number(names);
     Packer(value).text(text);
     value += postings_->value();
-    store_.insert("posting", number, value);
+    store_->insert("posting", number, value);
     value.clear();
     appendSortable(value, number);
     appendSortable(value, names);
@@ -392,7 +393,7 @@ void Import::writeWords() {
   vocabulary_->sort();
   while (vocabulary_->next()) {
     const std::string_view numbers = vocabulary_->value();
-    store_.word(vocabulary_->key(), {sortable(numbers), sortable(numbers.substr(4))});
+    store_->word(vocabulary_->key(), {sortable(numbers), sortable(numbers.substr(4))});
   }
   vocabulary_.reset();
 }
@@ -400,8 +401,8 @@ void Import::writeWords() {
 void Import::writeDeletions() {
   deletions_->sort();
   const std::uint32_t buckets = static_cast<std::uint32_t>(result_.words) + 1;
-  store_.meta("deletion_buckets", std::to_string(buckets));
-  Rowed rows(store_, "deletion", 1, false);
+  store_->meta("deletion_buckets", std::to_string(buckets));
+  Rowed rows(*store_, "deletion", 1, false);
   std::string item;
   while (deletions_->next()) {
     const std::uint32_t hash = sortable(deletions_->key());
@@ -427,15 +428,15 @@ Imported Import::run() {
   tell("writing words", kReadingShare + kTitlesShare * 3);
   writeWords();
   writeDeletions();
-  store_.meta("version", std::to_string(kVersion));
-  store_.meta("date", sets_.date());
-  store_.meta("titles", std::to_string(result_.titles));
-  store_.meta("episodes", std::to_string(result_.episodes));
-  store_.meta("names", std::to_string(result_.names));
-  store_.meta("words", std::to_string(result_.words));
-  store_.meta("people", std::to_string(result_.people));
+  store_->meta("version", std::to_string(kVersion));
+  store_->meta("date", sets_.date());
+  store_->meta("titles", std::to_string(result_.titles));
+  store_->meta("episodes", std::to_string(result_.episodes));
+  store_->meta("names", std::to_string(result_.names));
+  store_->meta("words", std::to_string(result_.words));
+  store_->meta("people", std::to_string(result_.people));
   tell("checking", 0.97);
-  store_.finish();
+  store_->finish();
   tell("done", 1);
   return std::move(result_);
 }

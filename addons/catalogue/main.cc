@@ -74,8 +74,7 @@ std::vector<Hit> find(Store& store, const Call& call, Kind kind) {
 bool searchIn(const Call& call, Document& document, Kind kind) {
   Store store(kit::catalogueFile());
   const std::string language = languageOf(call);
-  for (const Hit& hit : find(store, call, kind)) {
-    const Title title = store.title(hit.rank);
+  for (const Title& title : titlesOf(store, find(store, call, kind))) {
     document.open(kind == Kind::kShow ? "tvshow" : "movie");
     write(kind == Kind::kShow ? showHit(title, language) : movieHit(title, language), document);
     document.close();

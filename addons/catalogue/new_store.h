@@ -1,43 +1,34 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
-#include "store.h"
+#include "tables.h"
 
 namespace quilp::catalogue {
 
-/// A catalogue file that is being written beside the one in use. It takes that one's place in
-/// finish(); without that it is removed. Throws std::runtime_error, also where another import runs.
+/// A catalogue that is being written beside the one in use. It takes that one's place in finish();
+/// without that nothing of it is left. Throws std::runtime_error.
 class NewStore {
  public:
-  explicit NewStore(const std::string& path);
-  ~NewStore();
+  NewStore() = default;
+  virtual ~NewStore() = default;
   NewStore(const NewStore&) = delete;
   NewStore& operator=(const NewStore&) = delete;
 
-  void meta(std::string_view name, std::string_view value);
-  void word(std::string_view text, const Word& word);
+  virtual void meta(std::string_view name, std::string_view value) = 0;
+  virtual void word(std::string_view text, const Word& word) = 0;
 
   /// Keys of one table must ascend; its rows are written one after another.
-  void insert(const char* table, std::uint64_t key, std::string_view value);
+  virtual void insert(const char* table, std::uint64_t key, std::string_view value) = 0;
 
-  /// Writes all to the disk, checks the file, and puts it in place.
-  void finish();
-
- private:
-  void run(const char* sql);
-  sqlite3_stmt* prepared(const char* sql);
-  void done(sqlite3_stmt* statement);
-  [[noreturn]] void fail(int result) const;
-
-  std::string path_;
-  std::string new_;
-  int lock_ = -1;
-  Database database_;
-  std::string table_;
-  Statement inserting_;
+  /// Writes all to the disk, checks it, and puts it in place.
+  virtual void finish() = 0;
 };
+
+/// A catalogue file. Throws also where another import writes it.
+std::unique_ptr<NewStore> newFile(const std::string& path);
 
 }  // namespace quilp::catalogue

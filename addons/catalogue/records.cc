@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "layout.h"
+
 namespace quilp::catalogue {
 namespace {
 
@@ -20,6 +22,17 @@ std::string ratingText(unsigned tenths) {
 
 std::string minutesText(unsigned minutes) {
   return minutes == 0 ? "" : std::to_string(minutes) + " min";
+}
+
+/// All people of a title are read at once.
+void prefetchPeople(Store& store, const Title& title) {
+  Tables::Keys rows;
+  for (const auto* people : {&title.directors, &title.creators, &title.cast}) {
+    for (const Person& person : *people) {
+      rows.push_back(person.id / kPeopleARow);
+    }
+  }
+  store.tables().prefetch("person", rows);
 }
 
 void addPeople(Store& store, const char* name, const std::vector<Person>& people, Elements& to) {
@@ -60,6 +73,7 @@ Elements showHit(const Title& title, std::string_view language) {
 }
 
 Elements movie(Store& store, const Title& title, std::string_view language) {
+  prefetchPeople(store, title);
   Elements elements;
   add(elements, "title", title.in(language));
   add(elements, "year", yearText(title.year));
@@ -75,6 +89,7 @@ Elements movie(Store& store, const Title& title, std::string_view language) {
 }
 
 Elements show(Store& store, const Title& title, std::string_view language) {
+  prefetchPeople(store, title);
   Elements elements;
   add(elements, "title", title.in(language));
   add(elements, "id", idText(title.id));

@@ -39,11 +39,12 @@ struct QueryWord {
 class Search {
  public:
   Search(Store& store, const Query& query)
-      : store_(store),
+      : tables_(store.tables()),
         query_(query),
         vocabulary_(store),
         text_(normalise(std::string_view(query.words).substr(0, kLongestQuery))),
         similarity_(text_),
+        exactBuckets_(store.metaNumber("exact_buckets")),
         allNames_(static_cast<double>(store.metaNumber("names")) + 1) {}
 
   std::vector<Hit> run();
@@ -55,14 +56,16 @@ class Search {
   void correctKnown(std::vector<QueryWord>& words);
   void splitAndJoin(const std::vector<QueryWord>& words);
   void compare(std::uint32_t name);
-  void compareText(const std::string& text);
+  void compareNames(const Tables::Keys& names);
+  void compareTexts(const std::vector<std::string>& texts);
   std::vector<Hit> best() const;
 
-  Store& store_;
+  Tables& tables_;
   const Query& query_;
   Vocabulary vocabulary_;
   std::string text_;
   Similarity similarity_;
+  std::uint64_t exactBuckets_;
   double allNames_;
   std::unordered_map<std::uint32_t, Hit> hits_;       // by rank
   std::unordered_map<std::uint32_t, bool> compared_;  // names
@@ -74,7 +77,7 @@ void Search::compare(std::uint32_t name) {
   if (!compared_.emplace(name, true).second) {
     return;
   }
-  const auto row = store_.row("name", name);
+  const auto row = tables_.row("name", name);
   if (!row) {
     throw Damaged("a name is missing");
   }
@@ -112,21 +115,34 @@ void Search::compare(std::uint32_t name) {
   }
 }
 
-/// Names of the same words, in any order.
-void Search::compareText(const std::string& text) {
-  const std::uint32_t hash = hashOf(sortedWords(text));
-  const std::uint64_t buckets = store_.metaNumber("exact_buckets");
-  const auto row = store_.row("exact", std::uint64_t{hash} * buckets >> 32);
-  if (!row) {
-    return;
+void Search::compareNames(const Tables::Keys& names) {
+  tables_.prefetch("name", names);
+  for (const std::uint64_t name : names) {
+    compare(static_cast<std::uint32_t>(name));
   }
-  for (Unpacker from(*row); !from.atEnd();) {
-    const unsigned check = from.byte();
-    const std::uint32_t name = from.number32();
-    if (check == (hash & 0xff)) {
-      compare(name);
+}
+
+/// Names of the same words as one of the texts, in any order.
+void Search::compareTexts(const std::vector<std::string>& texts) {
+  std::vector<std::uint32_t> hashes;
+  Tables::Keys buckets;
+  for (const std::string& text : texts) {
+    hashes.push_back(hashOf(sortedWords(text)));
+    buckets.push_back(std::uint64_t{hashes.back()} * exactBuckets_ >> 32);
+  }
+  tables_.prefetch("exact", buckets);
+  Tables::Keys names;
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    const auto row = tables_.row("exact", buckets[i]);
+    for (Unpacker from(row ? std::string_view(*row) : std::string_view()); !from.atEnd();) {
+      const unsigned check = from.byte();
+      const std::uint32_t name = from.number32();
+      if (check == (hashes[i] & 0xff)) {
+        names.push_back(name);
+      }
     }
   }
+  compareNames(names);
 }
 
 /// Names that share the rarest words, the more and the rarer the better.
@@ -139,12 +155,19 @@ void Search::compareWords(std::vector<QueryWord>& words) {
   }
   std::stable_sort(known.begin(), known.end(),
                    [](const QueryWord* a, const QueryWord* b) { return a->names() < b->names(); });
+  Tables::Keys postings;
+  for (std::size_t i = 0; i < known.size() && i < kRarest; ++i) {
+    for (const Reading& reading : known[i]->readings) {
+      postings.push_back(reading.number);
+    }
+  }
+  tables_.prefetchStarts("posting", postings, kPostingBytes);
   std::unordered_map<std::uint32_t, double> weights;
   for (std::size_t i = 0; i < known.size() && i < kRarest; ++i) {
     std::unordered_map<std::uint32_t, double> ofWord;
     for (const Reading& reading : known[i]->readings) {
       const double weight = std::log(allNames_ / (reading.names + 1.0)) / (1 + reading.wrong * .5);
-      const std::string row = store_.rowStart("posting", reading.number, kPostingBytes);
+      const std::string row = tables_.rowStart("posting", reading.number, kPostingBytes);
       Unpacker from(row);
       const std::uint32_t count = from.number32();
       from.text();
@@ -178,9 +201,11 @@ void Search::compareWords(std::vector<QueryWord>& words) {
   const std::size_t count = std::min(order.size(), kCompared);
   std::partial_sort(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(count), order.end(),
                     better);
+  Tables::Keys names;
   for (std::size_t i = 0; i < count; ++i) {
-    compare(order[i].second);
+    names.push_back(order[i].second);
   }
+  compareNames(names);
 }
 
 void Search::correctUnknown(std::vector<QueryWord>& words) {
@@ -204,15 +229,17 @@ void Search::correctKnown(std::vector<QueryWord>& words) {
 
 /// "lamp light" for "lamplight", and the other way.
 void Search::splitAndJoin(const std::vector<QueryWord>& words) {
+  std::vector<std::string> texts;
   for (const QueryWord& word : words) {
     const auto start = static_cast<std::size_t>(word.text.data() - text_.data());
     if (start > 0 && text_[start - 1] == ' ') {
-      compareText(std::string(text_).erase(start - 1, 1));
+      texts.emplace_back(text_).erase(start - 1, 1);
     }
     for (std::size_t i = 2; word.readings.empty() && i + 2 <= word.text.size(); ++i) {
-      compareText(std::string(text_).insert(start + i, 1, ' '));
+      texts.emplace_back(text_).insert(start + i, 1, ' ');
     }
   }
+  compareTexts(texts);
 }
 
 std::vector<Hit> Search::best() const {
@@ -236,12 +263,14 @@ std::vector<Hit> Search::run() {
   if (text_.empty()) {
     return {};
   }
-  compareText(text_);
+  compareTexts({text_});
   if (bestSimilarity_ >= kSame) {
     return best();
   }
   std::vector<QueryWord> words;
-  for (const std::string_view word : wordsOf(text_)) {
+  const std::vector<std::string_view> texts = wordsOf(text_);
+  tables_.prefetchWords({texts.begin(), texts.end()});
+  for (const std::string_view word : texts) {
     if (words.size() < kMostWords) {
       words.push_back({word, vocabulary_.known(word)});
     }
@@ -261,5 +290,18 @@ std::vector<Hit> Search::run() {
 }  // namespace
 
 std::vector<Hit> search(Store& store, const Query& query) { return Search(store, query).run(); }
+
+std::vector<Title> titlesOf(Store& store, const std::vector<Hit>& hits) {
+  Tables::Keys rows;
+  for (const Hit& hit : hits) {
+    rows.push_back(hit.rank / kTitlesARow);
+  }
+  store.tables().prefetch("title", rows);
+  std::vector<Title> titles;
+  for (const Hit& hit : hits) {
+    titles.push_back(store.title(hit.rank));
+  }
+  return titles;
+}
 
 }  // namespace quilp::catalogue

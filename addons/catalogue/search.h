@@ -27,4 +27,7 @@ struct Hit {
 /// in another order. Throws Damaged.
 std::vector<Hit> search(Store& store, const Query& query);
 
+/// The titles of hits, in their order.
+std::vector<Title> titlesOf(Store& store, const std::vector<Hit>& hits);
+
 }  // namespace quilp::catalogue

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sqlite3.h>
-
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -10,18 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "tables.h"
 #include "title.h"
 
 namespace quilp::catalogue {
-
-struct CloseDatabase {
-  void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
-};
-struct Finalize {
-  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Database = std::unique_ptr<sqlite3, CloseDatabase>;
-using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
 struct Season {
   unsigned number = 0;
@@ -36,45 +26,25 @@ struct Ident {
   unsigned season = 0;
 };
 
-struct Word {
-  std::uint32_t number = 0;
-  std::uint32_t names = 0;  // how many have it
-};
-
-/// A catalogue file, for reading. Used by one thread at a time.
-/// Throws Damaged, or std::runtime_error where there is no such file.
+/// A catalogue, for reading. Used by one thread at a time.
+/// Throws Damaged, or std::runtime_error where there is no such catalogue.
 class Store {
  public:
-  explicit Store(const std::string& path);
+  /// The path of a file.
+  explicit Store(const std::string& address);
 
   const std::map<std::string, std::string>& meta() const { return meta_; }
   std::uint64_t metaNumber(const std::string& name) const;
-
-  std::optional<std::string> row(const char* table, std::uint64_t key);
-
-  /// The first bytes of a row, at most limit; and the row's size.
-  std::string rowStart(const char* table, std::uint64_t key, std::size_t limit);
+  Tables& tables() { return *tables_; }
 
   Title title(std::uint32_t rank);
   std::string person(std::uint32_t number);
   std::optional<Season> season(std::uint32_t show, unsigned number);
   std::vector<unsigned> seasonsOf(std::uint32_t show);
   std::optional<Ident> ident(std::uint32_t id);
-  std::optional<Word> word(std::string_view text);
-
-  struct FoundWord {
-    std::string text;
-    Word word;
-  };
-  /// Words that begin with a prefix, at most limit.
-  std::vector<FoundWord> wordsFrom(std::string_view prefix, std::size_t limit);
 
  private:
-  sqlite3_stmt* statement(const std::string& sql);
-  bool step(sqlite3_stmt* statement);
-
-  Database database_;
-  std::map<std::string, Statement> statements_;
+  std::unique_ptr<Tables> tables_;
   std::map<std::string, std::string> meta_;
 };
 

@@ -38,24 +38,35 @@ void keepBest(std::vector<Reading>& readings) {
 }  // namespace
 
 Vocabulary::Vocabulary(Store& store)
-    : store_(store), buckets_(store.metaNumber("deletion_buckets")) {}
+    : tables_(store.tables()), buckets_(store.metaNumber("deletion_buckets")) {}
 
 std::vector<Reading> Vocabulary::known(std::string_view word) {
-  const auto found = store_.word(word);
+  const auto found = tables_.word(word);
   return found ? std::vector<Reading>{{found->number, found->names, 0}} : std::vector<Reading>();
 }
 
-void Vocabulary::lookUp(std::string_view deletion, std::vector<std::uint32_t>& numbers) {
-  const std::uint32_t hash = hashOf(deletion);
-  const auto row = store_.row("deletion", std::uint64_t{hash} * buckets_ >> 32);
-  if (!row) {
-    return;
+/// Words that are one of the texts, or are one without a letter.
+void Vocabulary::lookUp(const std::vector<std::string>& texts,
+                        std::vector<std::uint32_t>& numbers) {
+  const auto bucketOf = [this](std::uint32_t hash) { return std::uint64_t{hash} * buckets_ >> 32; };
+  Tables::Keys buckets;
+  for (const std::string& text : texts) {
+    buckets.push_back(bucketOf(hashOf(text)));
   }
-  for (Unpacker from(*row); !from.atEnd();) {
-    const unsigned check = from.byte();
-    const std::uint32_t number = from.number32();
-    if (check == (hash & 0xff)) {
-      numbers.push_back(number);
+  tables_.prefetchWords(texts);
+  tables_.prefetch("deletion", buckets);
+  for (const std::string& text : texts) {
+    if (const auto found = tables_.word(text)) {
+      numbers.push_back(found->number);
+    }
+    const std::uint32_t hash = hashOf(text);
+    const auto row = tables_.row("deletion", bucketOf(hash));
+    for (Unpacker from(row ? std::string_view(*row) : std::string_view()); !from.atEnd();) {
+      const unsigned check = from.byte();
+      const std::uint32_t number = from.number32();
+      if (check == (hash & 0xff)) {
+        numbers.push_back(number);
+      }
     }
   }
 }
@@ -67,8 +78,9 @@ void Vocabulary::check(std::string_view word, std::vector<std::uint32_t>& number
   if (numbers.size() > kMostChecked) {
     numbers.resize(kMostChecked);
   }
+  tables_.prefetchStarts("posting", {numbers.begin(), numbers.end()}, kWordRoom);
   for (const std::uint32_t number : numbers) {
-    const std::string start = store_.rowStart("posting", number, kWordRoom);
+    const std::string start = tables_.rowStart("posting", number, kWordRoom);
     Unpacker from(start);
     const std::uint32_t names = from.number32();
     const unsigned wrong = distance(word, from.text(), limit);
@@ -83,26 +95,20 @@ std::vector<Reading> Vocabulary::corrected(std::string_view word) {
   if (word.size() < kShortestCorrected || word.size() > kLongestCorrected) {
     return readings;
   }
-  const std::vector<std::string> once = shortened(word);
+  std::vector<std::string> texts = shortened(word);
+  texts.emplace_back(word);
   std::vector<std::uint32_t> numbers;
-  lookUp(word, numbers);  // words with one letter more
-  for (const std::string& shorter : once) {
-    if (const auto found = store_.word(shorter)) {
-      numbers.push_back(found->number);
-    }
-    lookUp(shorter, numbers);
-  }
+  lookUp(texts, numbers);
   check(word, numbers, 1, readings);
   if (readings.empty() && word.size() >= kLongEnoughForTwo) {
     // One letter fewer in the vocabulary, two in the query: a word of theirs, or one of both.
-    for (const std::string& shorter : once) {
-      for (const std::string& shortest : shortened(shorter)) {
-        if (const auto found = store_.word(shortest)) {
-          numbers.push_back(found->number);
-        }
-        lookUp(shortest, numbers);
-      }
+    texts.pop_back();
+    std::vector<std::string> shorter;
+    for (const std::string& text : texts) {
+      const std::vector<std::string> each = shortened(text);
+      shorter.insert(shorter.end(), each.begin(), each.end());
     }
+    lookUp(shorter, numbers);
     check(word, numbers, 2, readings);
   }
   keepBest(readings);
@@ -114,7 +120,7 @@ std::vector<Reading> Vocabulary::begun(std::string_view word) {
   if (word.size() < 2) {
     return readings;
   }
-  for (const Store::FoundWord& found : store_.wordsFrom(word, kMostBegun)) {
+  for (const FoundWord& found : tables_.wordsFrom(word, kMostBegun)) {
     if (found.text != word) {
       readings.push_back({found.word.number, found.word.names, 1});
     }

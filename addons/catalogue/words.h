@@ -31,11 +31,11 @@ class Vocabulary {
   std::vector<Reading> begun(std::string_view word);
 
  private:
-  void lookUp(std::string_view deletion, std::vector<std::uint32_t>& numbers);
+  void lookUp(const std::vector<std::string>& texts, std::vector<std::uint32_t>& numbers);
   void check(std::string_view word, std::vector<std::uint32_t>& numbers, unsigned limit,
              std::vector<Reading>& readings);
 
-  Store& store_;
+  Tables& tables_;
   std::uint64_t buckets_;
 };
 

@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <cstdio>
 #include <optional>
 #include <pugixml.hpp>
@@ -25,7 +23,6 @@ namespace {
 using catalogue::Element;
 using catalogue::Elements;
 using catalogue::Episode;
-using catalogue::Hit;
 using catalogue::Ident;
 using catalogue::Kind;
 using catalogue::Query;
@@ -77,10 +74,10 @@ int search(const Query& query, Format format) {
   pugi::xml_document document;
   pugi::xml_node list = document.append_child("titlelist");
   int rank = 0;
-  for (const Hit& hit : catalogue::search(store, query)) {
+  for (const Title& title : titlesOf(store, catalogue::search(store, query))) {
     pugi::xml_node entry = list.append_child("entry");
     entry.append_attribute("rank") = ++rank;
-    addTo(entry, listed(store.title(hit.rank)));
+    addTo(entry, listed(title));
   }
   if (rank == 0) {
     tell("nothing found");
@@ -145,11 +142,9 @@ int show(const std::string& text, Format format) {
 
 int info() {
   const std::string file = catalogueFile();
-  const Store store(file);
-  struct stat status {};
-  stat(file.c_str(), &status);
+  Store store(file);
   printLine("file", file);
-  printLine("size", std::to_string(static_cast<long long>(status.st_size) / 1000000) + " MB");
+  printLine("size", std::to_string(store.tables().bytes() / 1000000) + " MB");
   const std::pair<const char*, const char*> kLines[] = {{"date", "data of"},
                                                         {"titles", "titles"},
                                                         {"episodes", "episodes"},

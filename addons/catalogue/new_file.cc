@@ -1,4 +1,4 @@
-#include "new_store.h"
+// A new catalogue file: SQLite.
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -9,8 +9,9 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "database.h"
 #include "import.h"
-#include "layout.h"
+#include "new_store.h"
 
 namespace quilp::catalogue {
 namespace {
@@ -48,9 +49,31 @@ void syncPath(const std::string& path, int flags) {
   }
 }
 
-}  // namespace
+class NewFile : public NewStore {
+ public:
+  explicit NewFile(const std::string& path);
+  ~NewFile() override;
 
-NewStore::NewStore(const std::string& path) : path_(path), new_(path + ".new") {
+  void meta(std::string_view name, std::string_view value) override;
+  void word(std::string_view text, const Word& word) override;
+  void insert(const char* table, std::uint64_t key, std::string_view value) override;
+  void finish() override;
+
+ private:
+  void run(const char* sql);
+  sqlite3_stmt* prepared(const char* sql);
+  void done(sqlite3_stmt* statement);
+  [[noreturn]] void fail(int result) const;
+
+  std::string path_;
+  std::string new_;
+  int lock_ = -1;
+  Database database_;
+  std::string table_;
+  Statement inserting_;
+};
+
+NewFile::NewFile(const std::string& path) : path_(path), new_(path + ".new") {
   // One that a killed import left behind is written anew.
   lock_ = open(new_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
   if (lock_ < 0) {
@@ -80,7 +103,7 @@ NewStore::NewStore(const std::string& path) : path_(path), new_(path + ".new") {
   run(kTables);
 }
 
-NewStore::~NewStore() {
+NewFile::~NewFile() {
   inserting_.reset();
   database_.reset();
   if (!new_.empty()) {
@@ -89,18 +112,18 @@ NewStore::~NewStore() {
   close(lock_);
 }
 
-void NewStore::fail(int result) const {
+void NewFile::fail(int result) const {
   throw std::runtime_error(new_ + ": " + sqlite3_errstr(result));
 }
 
-void NewStore::run(const char* sql) {
+void NewFile::run(const char* sql) {
   const int result = sqlite3_exec(database_.get(), sql, nullptr, nullptr, nullptr);
   if (result != SQLITE_OK) {
     fail(result);
   }
 }
 
-sqlite3_stmt* NewStore::prepared(const char* sql) {
+sqlite3_stmt* NewFile::prepared(const char* sql) {
   if (table_ != sql) {
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v2(database_.get(), sql, -1, &statement, nullptr);
@@ -113,7 +136,7 @@ sqlite3_stmt* NewStore::prepared(const char* sql) {
   return inserting_.get();
 }
 
-void NewStore::done(sqlite3_stmt* statement) {
+void NewFile::done(sqlite3_stmt* statement) {
   const int result = sqlite3_step(statement);
   if (result != SQLITE_DONE) {
     fail(result);
@@ -121,14 +144,14 @@ void NewStore::done(sqlite3_stmt* statement) {
   sqlite3_reset(statement);
 }
 
-void NewStore::meta(std::string_view name, std::string_view value) {
+void NewFile::meta(std::string_view name, std::string_view value) {
   sqlite3_stmt* const row = prepared("INSERT INTO meta VALUES (?, ?)");
   sqlite3_bind_text(row, 1, name.data(), static_cast<int>(name.size()), SQLITE_STATIC);
   sqlite3_bind_text(row, 2, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
   done(row);
 }
 
-void NewStore::word(std::string_view text, const Word& word) {
+void NewFile::word(std::string_view text, const Word& word) {
   sqlite3_stmt* const row = prepared("INSERT INTO word VALUES (?, ?, ?)");
   sqlite3_bind_blob(row, 1, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
   sqlite3_bind_int64(row, 2, word.number);
@@ -136,7 +159,7 @@ void NewStore::word(std::string_view text, const Word& word) {
   done(row);
 }
 
-void NewStore::insert(const char* table, std::uint64_t key, std::string_view value) {
+void NewFile::insert(const char* table, std::uint64_t key, std::string_view value) {
   sqlite3_stmt* const row =
       prepared((std::string("INSERT INTO ") + table + " VALUES (?, ?)").c_str());
   sqlite3_bind_int64(row, 1, static_cast<sqlite3_int64>(key));
@@ -144,7 +167,7 @@ void NewStore::insert(const char* table, std::uint64_t key, std::string_view val
   done(row);
 }
 
-void NewStore::finish() {
+void NewFile::finish() {
   run("COMMIT");
   Statement check;
   sqlite3_stmt* statement = nullptr;
@@ -164,6 +187,12 @@ void NewStore::finish() {
   }
   new_.clear();
   syncPath(folderOf(path_), O_RDONLY | O_DIRECTORY);
+}
+
+}  // namespace
+
+std::unique_ptr<NewStore> newFile(const std::string& path) {
+  return std::make_unique<NewFile>(path);
 }
 
 }  // namespace quilp::catalogue
