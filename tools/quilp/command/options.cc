@@ -86,14 +86,14 @@ void List::addTo(Command& command, const std::string& name, const std::string& d
                              [this](const std::string&) { zeros_ = true; }});
 }
 
-void List::forEach(const std::function<void(const std::string&)>& visit) const {
+void List::forEach(const Visit& visitOperand, const Visit& visitInput) const {
   if (words_.empty() && !zeros_) {
     throw WrongUsage(name_ + " is missing");
   }
   bool read = false;
   const auto readList = [&] {
     for (std::string word; !read && std::getline(std::cin, word, zeros_ ? '\0' : '\n');) {
-      visit(word);
+      visitInput(word);
     }
     read = true;
   };
@@ -101,7 +101,7 @@ void List::forEach(const std::function<void(const std::string&)>& visit) const {
     if (word == "-") {
       readList();
     } else {
-      visit(word);
+      visitOperand(word);
     }
   }
   if (zeros_) {

@@ -70,9 +70,14 @@ class List {
   /// that end with a zero byte.
   void addTo(Command& command, const std::string& name, const std::string& description);
 
+  using Visit = std::function<void(const std::string&)>;
+
   /// Calls visit(word) for each, as soon as it is read. Throws WrongUsage when there is none, nor a
   /// list.
-  void forEach(const std::function<void(const std::string&)>& visit) const;
+  void forEach(const Visit& visit) const { forEach(visit, visit); }
+
+  /// The same, with words from standard input apart.
+  void forEach(const Visit& visitOperand, const Visit& visitInput) const;
 
   std::vector<std::string> words() const;
 

@@ -1,6 +1,8 @@
 #include "scan/scan.h"
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "command/commands.h"
 #include "command/options.h"
@@ -10,36 +12,43 @@ namespace {
 
 constexpr int kMostCandidates = 100;
 constexpr int kMostJobs = 64;
+constexpr int kMostSure = 100;
 
 }  // namespace
 
 void addScanCommand(Command& program) {
   static ScanRequest request;
   static List paths;
-  Command& command = program.add(
-      "scan", "Look up every media file of a folder by its name, and print a row for each");
+  Command& command =
+      program.add("scan", "Find out what the media files of folders are, and print a row for each");
   paths.addTo(command, "PATH", "Folders, with those below them, and files");
-  command.options.push_back(choice<MediaType>("type", request.type,
-                                              "What the files are (default: movie)",
-                                              {{"movie", MediaType::kMovie},
-                                               {"tv", MediaType::kTV},
-                                               {"karaoke", MediaType::kKaraoke},
-                                               {"KTV", MediaType::kKaraoke}}));
-  command.options.push_back({'n', "", "N",
-                             "Results of a search that are looked at for the year in a file's name "
-                             "(default: 3)",
-                             toNumber("-n", request.candidates, 1, kMostCandidates)});
   command.options.push_back(
-      {'j', "", "N",
-       "How many add-ons may run at a time (default: 1); pages are never fetched at "
-       "the same time",
-       toNumber("-j", request.jobs, 1, kMostJobs)});
+      choice("type", request.kind, "What the files are (default: what their names tell)",
+             Choices<std::optional<MediaKind>>{{"movie", MediaKind::kMovie},
+                                               {"tv", MediaKind::kEpisode},
+                                               {"karaoke", MediaKind::kSong},
+                                               {"KTV", MediaKind::kSong},
+                                               {"album", MediaKind::kAlbum}}));
+  command.options.push_back({0, "sure", "N", "The least confidence of a match (default: 80)",
+                             toNumber("--sure", request.sure, 0, kMostSure)});
+  command.options.push_back({0, "overrides", "FILE",
+                             "Lines PATTERN = IDENTIFIER, which count more than any search",
+                             toText(request.overrides)});
+  command.options.push_back({'n', "", "N", "Results of a search to choose from (default: 10)",
+                             toNumber("-n", request.candidates, 1, kMostCandidates)});
+  command.options.push_back({'j', "", "N",
+                             "How many add-ons may run at a time (default: one for each processor, "
+                             "at most 4); pages are never fetched at the same time",
+                             toNumber("-j", request.jobs, 1, kMostJobs)});
   command.options.push_back({0, "resume", "FILE",
                              "Keep what was found in this file, and leave out what it already has",
-                             toText(request.journal)});
+                             toText(request.memory)});
   addFormat(command, request.format, {Format::kTable, Format::kJson, Format::kCsv});
   command.run = [] {
-    request.paths = paths.words();
+    const auto keepIn = [](std::vector<std::string>& words) {
+      return [&words](const std::string& word) { words.push_back(word); };
+    };
+    paths.forEach(keepIn(request.paths), keepIn(request.listed));
     return scan(request);
   };
 }

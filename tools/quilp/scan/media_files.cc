@@ -5,6 +5,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "ascii.h"
+
 namespace quilp {
 namespace {
 
@@ -15,22 +17,25 @@ constexpr std::string_view kVideo =
     "trp ts vob webm wmv ";
 constexpr std::string_view kAudio = " aac ape cdg dat flac m4a mid midi mp3 ogg wav wma ";
 
-bool isMedia(const fs::path& path, MediaType type) {
+/// Blanks around the extension in lower case; a blank for none.
+std::string extensionWord(const fs::path& path) {
   std::string extension = path.extension().native();
   if (extension.find(' ') != std::string::npos || extension.size() < 2) {
-    return false;
+    return " ";
   }
-  std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  const std::string word = ' ' + extension.substr(1) + ' ';
-  return kVideo.find(word) != std::string_view::npos ||
-         (type == MediaType::kKaraoke && kAudio.find(word) != std::string_view::npos);
+  std::transform(extension.begin(), extension.end(), extension.begin(), libquilp::toLower);
+  return ' ' + extension.substr(1) + ' ';
+}
+
+bool isMedia(const fs::path& path) {
+  const std::string word = extensionWord(path);
+  return word != " " && (kVideo.find(word) != std::string_view::npos ||
+                         kAudio.find(word) != std::string_view::npos);
 }
 
 bool isHidden(const fs::path& path) { return path.filename().native().front() == '.'; }
 
-void walk(const fs::path& folder, MediaType type, MediaFiles& files) {
+void walk(const fs::path& folder, MediaFiles& files) {
   std::vector<fs::directory_entry> entries;
   std::error_code error;
   for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
@@ -47,9 +52,9 @@ void walk(const fs::path& folder, MediaType type, MediaFiles& files) {
     }
     if (entry.is_directory(ignored)) {
       if (!entry.is_symlink(ignored)) {
-        walk(entry.path(), type, files);
+        walk(entry.path(), files);
       }
-    } else if (isMedia(entry.path(), type) && entry.is_regular_file(ignored)) {
+    } else if (isMedia(entry.path()) && entry.is_regular_file(ignored)) {
       files.paths.push_back(entry.path().native());
     }
   }
@@ -57,13 +62,18 @@ void walk(const fs::path& folder, MediaType type, MediaFiles& files) {
 
 }  // namespace
 
-MediaFiles mediaFilesOf(const std::vector<std::string>& paths, MediaType type) {
+bool isAudioFile(const std::string& path) {
+  const std::string word = extensionWord(path);
+  return word != " " && kAudio.find(word) != std::string_view::npos;
+}
+
+MediaFiles mediaFilesOf(const std::vector<std::string>& paths) {
   MediaFiles files;
   for (const std::string& path : paths) {
     std::error_code error;
     const std::size_t failures = files.failures.size();
     if (fs::is_directory(path, error)) {
-      walk(path, type, files);
+      walk(path, files);
     } else if (!error && fs::exists(path)) {
       files.paths.push_back(path);
     } else {

@@ -5,8 +5,6 @@
 
 namespace quilp {
 
-enum class MediaType { kMovie, kTV, kKaraoke };
-
 struct MediaFiles {
   std::vector<std::string> paths;     // in the order of their names
   std::vector<std::string> failures;  // paths that could not be read, and why
@@ -15,6 +13,9 @@ struct MediaFiles {
 
 /// The given files, and the media files in the given folders and all folders below, which are known
 /// by their extensions. Skips hidden files and folders, and does not follow links to folders.
-MediaFiles mediaFilesOf(const std::vector<std::string>& paths, MediaType type);
+MediaFiles mediaFilesOf(const std::vector<std::string>& paths);
+
+/// Whether the extension is one of a sound file.
+bool isAudioFile(const std::string& path);
 
 }  // namespace quilp

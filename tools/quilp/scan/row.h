@@ -1,28 +1,50 @@
 #pragma once
 
-#include <string>
+#include <json/value.h>
 
-#include "lookup/answer.h"
+#include <string>
+#include <vector>
+
+#include "scan/candidate.h"
+#include "scan/item.h"
 
 namespace quilp {
 
-/// Whether another scan may find more.
-inline bool isUnsettled(const libquilp::Answer& answer) {
-  return answer.reason != libquilp::Reason::kOk && answer.reason != libquilp::Reason::kNothingFound;
-}
-
-/// The result for one media file.
+/// What was found out about one item.
 struct ScanRow {
   std::string file;
-  std::string keyword;  // what was looked for
-  std::string match;    // empty when nothing was found
-  std::string year;
-  std::string id;
-  bool failed = false;        // it could not be looked up
-  libquilp::Answer answer{};  // why there is no match
+  MediaKind kind = MediaKind::kMovie;
 
-  /// Why it could not be looked up; empty when it could.
-  std::string failure() const { return failed ? sentence(answer) : ""; }
+  // As its name was read.
+  std::string title;
+  int year = 0;  // 0: unknown, here and below
+  std::vector<int> seasons;
+  std::vector<int> episodes;
+  std::string episodeTitle;
+
+  // What it was found to be; the match is empty for none.
+  std::string match;
+  int matchYear = 0;
+  std::string id;
+  std::string matchEpisode;  // the episode's title
+  std::string airDate;
+  int confidence = 0;
+  bool sure = false;
+  std::string reason;
+  Candidates candidates;
+
+  bool failed = false;  // the lookup failed: another scan may find more
+  std::string failure;  // why
+
+  bool unknown() const { return match.empty() && id.empty(); }
 };
+
+Json::Value jsonOf(const ScanRow& row);
+
+/// Reads what jsonOf wrote. Throws Json::Exception where it is something else.
+ScanRow rowOf(const Json::Value& json);
+
+/// "1", or "1-3": numbers on one line.
+std::string numbersText(const std::vector<int>& numbers);
 
 }  // namespace quilp

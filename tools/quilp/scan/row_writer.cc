@@ -15,28 +15,46 @@
 namespace quilp {
 namespace {
 
+std::string yearText(int year) { return year != 0 ? std::to_string(year) : ""; }
+
+/// "Signal Row 2x01 The Points".
+std::string matchText(const ScanRow& row) {
+  if (row.kind != MediaKind::kEpisode || row.match.empty()) {
+    return row.match;
+  }
+  std::string text = row.match + ' ' + numbersText(row.seasons) + 'x' + numbersText(row.episodes);
+  return row.matchEpisode.empty() ? text : text + ' ' + row.matchEpisode;
+}
+
 class TableWriter : public RowWriter {
  public:
   explicit TableWriter(const std::string& folder) : folder_(folder) {}
   bool add(const ScanRow& row) override {
     const std::filesystem::path file = row.file;
     table_.addRow({folder_.empty() || file == folder_ ? file : file.lexically_relative(folder_),
-                   row.keyword, row.match, row.year, row.id});
+                   nameOf(row.kind), matchText(row), yearText(row.matchYear), row.id,
+                   row.unknown() ? "" : std::to_string(row.confidence) + (row.sure ? "" : "?")});
     return true;
   }
   bool end() override { return table_.print(); }
 
  private:
   const std::filesystem::path folder_;
-  Table table_{{"file", "keyword", "match", "year", "id"}};
+  Table table_{{"file", "kind", "match", "year", "id", "sure"}};
 };
 
 /// As RFC 4180 has it, but with a line feed at a line's end. Bytes are what they are.
 class CsvWriter : public RowWriter {
  public:
-  CsvWriter() { line({"file", "keyword", "match", "year", "id"}); }
+  CsvWriter() {
+    line({"file", "kind", "title", "year", "season", "episode", "episode_title", "match",
+          "match_year", "match_episode_title", "air_date", "id", "confidence", "sure", "reason"});
+  }
   bool add(const ScanRow& row) override {
-    line({row.file, row.keyword, row.match, row.year, row.id});
+    line({row.file, nameOf(row.kind), row.title, yearText(row.year), numbersText(row.seasons),
+          numbersText(row.episodes), row.episodeTitle, row.match, yearText(row.matchYear),
+          row.matchEpisode, row.airDate, row.id, std::to_string(row.confidence),
+          row.sure ? "true" : "false", row.reason});
     return std::cout.good();
   }
   bool end() override { return static_cast<bool>(std::cout.flush()); }
@@ -66,14 +84,7 @@ class JsonWriter : public RowWriter {
     settings_["indentation"] = "";
   }
   bool add(const ScanRow& row) override {
-    Json::Value object;
-    object["file"] = validUtf8(row.file);
-    object["keyword"] = jsonText(row.keyword);
-    object["match"] = jsonText(row.match);
-    object["year"] = jsonText(row.year);
-    object["id"] = jsonText(row.id);
-    object["failure"] = jsonText(row.failure());
-    std::cout << separator_ << Json::writeString(settings_, object) << std::flush;
+    std::cout << separator_ << Json::writeString(settings_, jsonOf(row)) << std::flush;
     separator_ = ",\n";
     return std::cout.good();
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -12,12 +13,13 @@
 
 #include "output/message.h"
 #include "platform/why_nothing.h"
+#include "scan/finder.h"
 #include "scan/interruption.h"
-#include "scan/journal.h"
-#include "scan/lookup.h"
 #include "scan/media_files.h"
+#include "scan/memory.h"
 #include "scan/messages.h"
 #include "scan/row_writer.h"
+#include "scan/tally.h"
 
 namespace quilp {
 namespace {
@@ -26,16 +28,32 @@ constexpr int kFailures = 100;  // the exit status for one failure is one more
 constexpr std::size_t kMostFailures = 25;
 constexpr int kInterrupted = 130;  // as a shell has it
 
-/// Looks the files up concurrently and prints the rows in the order of the files.
+/// Lookups of one kind must not overlap where no add-on answers them.
+int jobsFor(const ScanRequest& request, const std::vector<MediaItem>& items) {
+  for (const MediaItem& item : items) {
+    if (!hasAddOn(item.kind) && item.kind != MediaKind::kSong) {
+      return 1;
+    }
+  }
+  const int processors = static_cast<int>(std::thread::hardware_concurrency());
+  return request.jobs > 0 ? request.jobs : std::clamp(processors, 1, 4);
+}
+
+std::string settingsOf(const ScanRequest& request) {
+  return std::string(request.kind ? nameOf(*request.kind) : "any") + '/' +
+         std::to_string(request.candidates) + '/' + std::to_string(request.sure);
+}
+
+/// Finds out about items concurrently and prints the rows in the order of the files.
 class Scan {
  public:
-  Scan(const ScanRequest& request, std::vector<std::string> files)
-      : lookUp_{request.type, hasAddOn(request.type), request.candidates},
-        jobs_(lookUp_.byAddOn ? request.jobs : 1),
-        files_(std::move(files)),
-        rows_(files_.size()),
-        journal_(request.journal, std::to_string(static_cast<int>(request.type)) + '/' +
-                                      std::to_string(request.candidates)),
+  Scan(const ScanRequest& request, std::vector<MediaItem> items)
+      : finder_(request.candidates, request.sure,
+                request.overrides.empty() ? Overrides() : Overrides(request.overrides)),
+        jobs_(jobsFor(request, items)),
+        items_(std::move(items)),
+        rows_(items_.size()),
+        memory_(request.memory, settingsOf(request)),
         writer_(makeRowWriter(request.format,
                               request.paths.size() == 1 ? request.paths.front() : "")) {}
 
@@ -53,47 +71,41 @@ class Scan {
 
   bool end() { return writer_->end(); }
   bool interrupted() const { return interruption_.wanted(); }
+  const Tally& tally() const { return tally_; }
+  const std::string& error() const { return error_; }
 
   /// Where there is no match at all.
   void sayWhy() const {
-    if (matches_ == 0 && done_ > 0) {
-      messages_.say(whyNothing(firstAnswer_, requestOf(lookUp_.type).media));
+    if (tally_.matched() == 0 && !items_.empty()) {
+      messages_.say(whyNothing(finder_.whyNothing(), requestOf(items_.front().kind).media));
     }
   }
-
-  std::size_t failures() const { return failures_; }
-  const std::string& error() const { return error_; }
 
  private:
   void work() {
     try {
-      for (std::size_t i; !interruption_.wanted() && (i = next_++) < files_.size();) {
-        const ScanRow* known = journal_.find(files_[i]);
-        take(i, known != nullptr ? *known : lookUp_(files_[i]), known == nullptr);
+      for (std::size_t i; !interruption_.wanted() && (i = next_++) < items_.size();) {
+        const ScanRow* known = memory_.find(items_[i].path);
+        take(i, known != nullptr ? *known : finder_.find(items_[i]), known == nullptr);
       }
     } catch (const std::exception& error) {
       const std::lock_guard<std::mutex> lock(mutex_);
       error_ = error.what();
-      next_ = files_.size();
+      next_ = items_.size();
     }
   }
 
   void take(std::size_t i, ScanRow row, bool isNew) {
     const std::lock_guard<std::mutex> lock(mutex_);
+    row.file = items_[i].path;  // as it is given now
     if (isNew) {
-      journal_.add(row);
+      memory_.add(row);
     }
     if (row.failed) {
-      ++failures_;
-      messages_.say(row.file + ": " + row.failure());
+      messages_.say(row.file + ": " + row.failure);
     }
-    if (!isUnsettled(firstAnswer_)) {
-      firstAnswer_ = row.answer;
-    }
-    ++done_;
-    matches_ += row.match.empty() ? 0 : 1;
-    messages_.showProgress(std::to_string(done_) + '/' + std::to_string(files_.size()) + ' ' +
-                           row.file);
+    tally_.add(row);
+    messages_.showProgress(tally_.progress(items_.size()) + ' ' + row.file);
     rows_[i] = std::move(row);
     for (; written_ < rows_.size() && rows_[written_]; ++written_) {
       if (!writer_->add(*rows_[written_])) {
@@ -102,44 +114,45 @@ class Scan {
     }
   }
 
-  const Lookup lookUp_;
+  Finder finder_;
   const int jobs_;
   const Messages messages_;
   Interruption interruption_{messages_};
-  const std::vector<std::string> files_;
-  std::vector<std::optional<ScanRow>> rows_;  // of the files that were looked up
-  Journal journal_;
+  const std::vector<MediaItem> items_;
+  std::vector<std::optional<ScanRow>> rows_;  // of the items that were looked up
+  Memory memory_;
   std::unique_ptr<RowWriter> writer_;
   std::atomic<std::size_t> next_{0};
-  std::mutex mutex_;  // for what follows, and for journal and writer
-  std::size_t done_ = 0;
+  std::mutex mutex_;  // for what follows, and for memory and writer
   std::size_t written_ = 0;
-  std::size_t failures_ = 0;
-  std::size_t matches_ = 0;
-  libquilp::Answer firstAnswer_;  // the first that says more than "nothing found", or any
+  Tally tally_;
   std::string error_;
 };
 
 }  // namespace
 
 int scan(const ScanRequest& request) {
-  MediaFiles files = mediaFilesOf(request.paths, request.type);
-  if (request.paths.size() == 1 && files.nothingRead) {
+  MediaFiles files = mediaFilesOf(request.paths);
+  if (request.paths.size() == 1 && request.listed.empty() && files.nothingRead) {
     throw std::runtime_error("cannot read " + files.failures.front());
   }
   for (const std::string& failure : files.failures) {
     tell(failure);
   }
-  const auto failedPaths = files.failures.size();
-  Scan scan(request, std::move(files.paths));
+  files.paths.insert(files.paths.end(), request.listed.begin(), request.listed.end());
+  MediaItems items = itemsOf(files.paths, request.kind);
+  const std::size_t extras = items.extras;
+  Scan scan(request, std::move(items.items));
   scan.run();
   if (!scan.end() || !scan.error().empty()) {
     throw std::runtime_error(scan.error().empty() ? "cannot write" : scan.error());
   }
+  tell(scan.tally().summary(extras));
   if (scan.interrupted()) {
     return kInterrupted;
   }
-  const auto failures = static_cast<int>(std::min(scan.failures() + failedPaths, kMostFailures));
+  const auto failures =
+      static_cast<int>(std::min(scan.tally().failures() + files.failures.size(), kMostFailures));
   if (failures == 0) {
     scan.sayWhy();
   }

@@ -1,24 +1,28 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "output/format.h"
-#include "scan/media_files.h"
+#include "scan/item.h"
 
 namespace quilp {
 
 struct ScanRequest {
-  std::vector<std::string> paths;  // of folders and files
-  MediaType type = MediaType::kMovie;
+  std::vector<std::string> paths;   // of folders and files
+  std::vector<std::string> listed;  // names of files that need not be here
+  std::optional<MediaKind> kind;    // none: what the names tell
   Format format = Format::kTable;
-  int jobs = 1;
-  int candidates = 3;
-  std::string journal;
+  int jobs = 0;  // 0: as many as there are processors
+  int candidates = 10;
+  int sure = 80;
+  std::string memory;
+  std::string overrides;
 };
 
-/// Looks media files up and prints a row for each. Returns the program's exit status. Throws
-/// std::runtime_error when the only path cannot be read, or something cannot be written.
+/// Finds out what media files are and prints a row for each. Returns the program's exit status.
+/// Throws std::runtime_error when the only path cannot be read, or something cannot be written.
 int scan(const ScanRequest& request);
 
 }  // namespace quilp

@@ -9,13 +9,13 @@
 
 namespace quilp {
 
-/// The file of --resume: a line for each file that was looked up, added at once. Without a path it
-/// keeps nothing.
-class Journal {
+/// The file of --resume: a line of JSON for each item that was found out about, added at once.
+/// Items are known by their absolute paths. Without a path it keeps nothing.
+class Memory {
  public:
   /// Reads the file. Throws std::system_error when it cannot be opened, and std::runtime_error when
-  /// it is not the journal of the same request.
-  Journal(const std::string& path, const std::string& request);
+  /// it belongs to a scan with other settings.
+  Memory(const std::string& path, const std::string& settings);
 
   /// The result of an earlier scan; null when there is none, or the lookup failed.
   const ScanRow* find(const std::string& file) const;
@@ -28,7 +28,7 @@ class Journal {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
 
-  void read(const std::string& path, const std::string& firstLine);
+  void read(const std::string& path, const std::string& heading);
 
   std::unique_ptr<std::FILE, Close> file_;
   std::map<std::string, ScanRow> rows_;
