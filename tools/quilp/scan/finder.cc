@@ -20,13 +20,14 @@ constexpr int kSameEpisode = 8;  // points won by an episode of the same title
 constexpr double kAlike = .8;
 constexpr std::size_t kMostShows = 3;  // that are asked for the episode
 constexpr int kNearlyAsGood = 15;
+constexpr int kPlausible = 50;
 
 bool isUnsettled(const Answer& answer) {
   return answer.reason != Reason::kOk && answer.reason != Reason::kNothingFound;
 }
 
 Wanted wantedOf(const Name& name) {
-  Wanted wanted{{name.title}, name.year};
+  Wanted wanted{{name.title}, name.year, name.kind == libquilp::NameKind::kEpisode};
   wanted.titles.insert(wanted.titles.end(), name.alternativeTitles.begin(),
                        name.alternativeTitles.end());
   return wanted;
@@ -110,7 +111,7 @@ void Finder::findTitle(const MediaItem& item, ScanRow& row) {
     Searched searched = search(item);
     row.candidates = searched.candidates;
     note(searched.answer, row);
-    if (item.kind == MediaKind::kEpisode) {
+    if (item.kind == MediaKind::kEpisode && !takeAsMovie(item, row)) {
       findEpisode(item, row);
     }
     takeBest(row);
@@ -164,6 +165,26 @@ Searched Finder::search(const MediaItem& item) {
     all.candidates.resize(static_cast<std::size_t>(count_));
   }
   return all;
+}
+
+/// The numbers of a film's name may look like those of an episode.
+bool Finder::takeAsMovie(const MediaItem& item, ScanRow& row) {
+  const int best = row.candidates.empty() ? 0 : row.candidates.front().confidence;
+  if (best >= kPlausible || item.name.year == 0) {
+    return false;
+  }
+  MediaItem movie = item;
+  movie.kind = MediaKind::kMovie;
+  Candidates candidates = search(movie).candidates;
+  if (candidates.empty() || candidates.front().confidence < sure_) {
+    return false;
+  }
+  row.kind = MediaKind::kMovie;
+  row.seasons.clear();
+  row.episodes.clear();
+  row.episodeTitle.clear();
+  row.candidates = std::move(candidates);
+  return true;
 }
 
 /// Episodes of one show come one after another, and from several threads at a time.

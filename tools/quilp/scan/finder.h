@@ -27,6 +27,7 @@ class Finder {
  private:
   void findTitle(const MediaItem& item, ScanRow& row);
   bool takeKnown(const std::string& id, const char* reason, const MediaItem& item, ScanRow& row);
+  bool takeAsMovie(const MediaItem& item, ScanRow& row);
   Searched search(const MediaItem& item);
   Searched searchOnce(MediaKind kind, const std::string& words);
   void findEpisode(const MediaItem& item, ScanRow& row);

@@ -24,7 +24,8 @@ struct Points {
   const char* reason;
 };
 
-Points ofYear(int wanted, int year) {
+Points ofYear(const Wanted& name, int year) {
+  const int wanted = name.year;
   if (wanted == 0) {
     return {-12, "the name has no year"};
   }
@@ -34,6 +35,9 @@ Points ofYear(int wanted, int year) {
   const int gap = std::abs(wanted - year);
   if (gap == 0) {
     return {0, "the year fits"};
+  }
+  if (gap > 1 && name.isEpisode && wanted > year) {
+    return {-17, "the show began before"};
   }
   return gap == 1  ? Points{-8, "the year differs by one"}
          : gap < 4 ? Points{-35, "the year differs"}
@@ -122,7 +126,7 @@ void judge(const Wanted& wanted, Candidates& candidates) {
   const Titles titles(wanted.titles);
   for (Candidate& candidate : candidates) {
     const Points title = ofTitle(titles.to(candidate));
-    const Points year = ofYear(wanted.year, candidate.year);
+    const Points year = ofYear(wanted, candidate.year);
     candidate.confidence = std::clamp(title.points + year.points, 0, 99);
     candidate.reason = std::string(title.reason) + "; " + year.reason;
   }

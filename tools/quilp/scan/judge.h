@@ -11,6 +11,7 @@ namespace quilp {
 struct Wanted {
   std::vector<std::string> titles;  // the title first, then alternative ones
   int year = 0;                     // 0: the name has none
+  bool isEpisode = false;           // then the year may be of any season
 };
 
 /// Gives each candidate its confidence and the reason, and puts the best one first.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -26,6 +26,7 @@ namespace {
 
 constexpr int kFailures = 100;  // the exit status for one failure is one more
 constexpr std::size_t kMostFailures = 25;
+constexpr int kMostAlike = 5;      // messages of one failure; the summary counts all
 constexpr int kInterrupted = 130;  // as a shell has it
 
 /// Lookups of one kind must not overlap where no add-on answers them.
@@ -44,6 +45,11 @@ std::string settingsOf(const ScanRequest& request) {
          std::to_string(request.candidates) + '/' + std::to_string(request.sure);
 }
 
+/// The folder that a table's paths are relative to; empty for none.
+std::string folderOf(const ScanRequest& request) {
+  return request.paths.size() == 1 && request.listed.empty() ? request.paths.front() : "";
+}
+
 /// Finds out about items concurrently and prints the rows in the order of the files.
 class Scan {
  public:
@@ -54,8 +60,7 @@ class Scan {
         items_(std::move(items)),
         rows_(items_.size()),
         memory_(request.memory, settingsOf(request)),
-        writer_(makeRowWriter(request.format,
-                              request.paths.size() == 1 ? request.paths.front() : "")) {}
+        writer_(makeRowWriter(request.format, folderOf(request))) {}
 
   void run() {
     std::vector<std::thread> threads;
@@ -101,7 +106,7 @@ class Scan {
     if (isNew) {
       memory_.add(row);
     }
-    if (row.failed) {
+    if (row.failed && ++told_[row.failure] <= kMostAlike) {
       messages_.say(row.file + ": " + row.failure);
     }
     tally_.add(row);
@@ -126,6 +131,7 @@ class Scan {
   std::mutex mutex_;  // for what follows, and for memory and writer
   std::size_t written_ = 0;
   Tally tally_;
+  std::map<std::string, int> told_;  // failures, and how often
   std::string error_;
 };
 
