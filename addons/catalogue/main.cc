@@ -74,9 +74,13 @@ std::vector<Hit> find(Store& store, const Call& call, Kind kind) {
 bool searchIn(const Call& call, Document& document, Kind kind) {
   Store store(kit::catalogueFile());
   const std::string language = languageOf(call);
-  for (const Title& title : titlesOf(store, find(store, call, kind))) {
+  const std::vector<Hit> hits = find(store, call, kind);
+  const std::vector<Title> titles = titlesOf(store, hits);
+  for (std::size_t i = 0; i < hits.size(); ++i) {
     document.open(kind == Kind::kShow ? "tvshow" : "movie");
-    write(kind == Kind::kShow ? showHit(title, language) : movieHit(title, language), document);
+    write(kind == Kind::kShow ? showHit(titles[i], language, hits[i].name)
+                              : movieHit(titles[i], language, hits[i].name),
+          document);
     document.close();
   }
   return true;  // a list without entries is an answer

@@ -1,8 +1,7 @@
 #include "records.h"
 
-#include <cstdio>
-
 #include "layout.h"
+#include "normalise.h"
 
 namespace quilp::catalogue {
 namespace {
@@ -50,25 +49,41 @@ void addCast(Store& store, const Title& title, Elements& to) {
   }
 }
 
+/// What tells a title from others like it.
+void addMatch(const Title& title, std::string_view language, std::string_view name, Elements& to) {
+  const std::string& shown = title.in(language);
+  add(to, "original_title", title.originalTitle);
+  if (shown != title.title) {
+    add(to, "alternative_title", title.title);
+  }
+  if (name != normalise(shown) && name != normalise(title.title) &&
+      name != normalise(title.originalTitle)) {
+    add(to, "alternative_title", std::string(name));
+  }
+  add(to, "votes", title.votes == 0 ? "" : std::to_string(title.votes));
+}
+
 /// The page of a title, for people.
 std::string page(std::uint32_t id) { return "https://www.imdb.com/title/" + idText(id) + '/'; }
 
 }  // namespace
 
-Elements movieHit(const Title& title, std::string_view language) {
+Elements movieHit(const Title& title, std::string_view language, std::string_view name) {
   Elements elements;
   add(elements, "id", idText(title.id));
   add(elements, "title", title.in(language));
   add(elements, "url", page(title.id));
   add(elements, "year", yearText(title.year));
+  addMatch(title, language, name, elements);
   return elements;
 }
 
-Elements showHit(const Title& title, std::string_view language) {
+Elements showHit(const Title& title, std::string_view language, std::string_view name) {
   Elements elements;
   add(elements, "id", idText(title.id));
   add(elements, "title", title.in(language));
   add(elements, "first_air_date", yearText(title.year));
+  addMatch(title, language, name, elements);
   return elements;
 }
 

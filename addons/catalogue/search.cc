@@ -107,7 +107,7 @@ void Search::compare(std::uint32_t name) {
     const double score = scoreOf(fit);
     Hit& hit = hits_[reference.rank];
     if (hit.similarity == 0 || score > hit.score) {
-      hit = {reference.rank, score, similarity};
+      hit = {reference.rank, score, similarity, std::string(from.rest())};
     }
     if (fit.yearGap <= 1) {
       bestSimilarity_ = std::max(bestSimilarity_, similarity);

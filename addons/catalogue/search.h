@@ -21,6 +21,7 @@ struct Hit {
   std::uint32_t rank = 0;
   double score = 0;       // to compare hits of one search
   double similarity = 0;  // 1: the same
+  std::string name{};     // normalised, of the title's names the one that fits best
 };
 
 /// The titles that fit best, the best one first. Finds titles with letters wrong, words missing or

@@ -116,6 +116,9 @@ std::optional<AddOn> addOnFor(const Request& request, Use use, const Context& co
 std::vector<std::string> argumentsOf(const Request& request, const Values& values,
                                      const AddOn& addOn);
 
+/// Elements of movies and shows in an add-on's search that only programs read which match files.
+inline constexpr const char* kMatchingElements[] = {"original_title", "alternative_title", "votes"};
+
 /// Every request, for programs that list or check them.
 const std::vector<const Request*>& allRequests();
 

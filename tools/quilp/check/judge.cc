@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <iterator>
 #include <pugixml.hpp>
 #include <set>
 #include <string_view>
@@ -227,6 +228,11 @@ class Judge {
       };
       bool known = child.type() != pugi::node_element;
       std::string meant;
+      const bool isTitleSearch =
+          request_.entry != nullptr && request_.media.printing == libquilp::Printing::kRecords;
+      known =
+          known || (isTitleSearch && std::any_of(std::begin(libquilp::kMatchingElements),
+                                                 std::end(libquilp::kMatchingElements), isRead));
       for (const Element& element : elements_) {
         known = known || isRead(element.name);
         if (isRead(std::string(element.name) + "s") ||
