@@ -1,0 +1,101 @@
+#!/bin/bash
+# quilp scan over the offline catalogue: what is one item, which match is sure, and why. Runs in the
+# box. scan_match_test.sh ADD-ON
+set -u
+failures=0
+mkdir -p /tmp/sets /tmp/m
+export QUILP_CONFIG=/tmp/quilp.conf
+printf '[catalogue]\npath=/tmp/catalogue.db\n' >"$QUILP_CONFIG"
+printf "#!/bin/sh\nexec %s \"\$@\"\n" "${QUILP_EMULATOR-} $1" >/etc/config/addon
+chmod +x /etc/config/addon
+printf '[m]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/addon\n[t]\nClass=Kestrawind\nType=TV\nEnable=TRUE\nShell=/etc/config/addon\n' \
+  >/etc/config/zorp.conf
+
+fail() {
+  echo "$*" >&2
+  failures=$((failures + 1))
+}
+
+set_of() {
+  tr '|' '\t' >"/tmp/sets/$1.tsv"
+}
+
+set_of title.basics <<'END'
+tconst|titleType|primaryTitle|originalTitle|isAdult|startYear|endYear|runtimeMinutes|genres
+tt0000001|movie|The Salt Lamp|La lampe de sel|0|1999|\N|101|Drama
+tt0000002|movie|Harbour Lights|Harbour Lights|0|2011|\N|95|Comedy
+tt0000003|movie|Harbour Lights|Harbour Lights|0|1987|\N|90|Comedy
+tt0000004|movie|Fig|Fig|0|1950|\N|80|Drama
+tt0000005|movie|Fig|Fig|0|2004|\N|80|Drama
+tt0000006|tvSeries|Signal Row|Signal Row|0|2008|2012|45|Drama
+tt0000007|tvSeries|Signal Row|Signal Row|0|1994|1995|45|Drama
+tt0000011|tvEpisode|The Points|The Points|0|2009|\N|45|Drama
+tt0000012|tvEpisode|Night Mail|Night Mail|0|2009|\N|45|Drama
+tt0000013|tvEpisode|Pilot|Pilot|0|1994|\N|45|Drama
+END
+set_of title.ratings <<'END'
+tconst|averageRating|numVotes
+tt0000002|7.0|5000
+tt0000003|6.0|4000
+tt0000004|6.0|3
+tt0000005|6.0|9000
+END
+set_of title.akas <<'END'
+titleId|ordering|title|region|language|types|attributes|isOriginalTitle
+tt0000001|1|Die Salzlampe|DE|\N|imdbDisplay|\N|0
+END
+set_of title.episode <<'END'
+tconst|parentTconst|seasonNumber|episodeNumber
+tt0000011|tt0000006|2|1
+tt0000012|tt0000006|2|2
+tt0000013|tt0000007|1|1
+END
+"$QUILP_PROGRAM" catalogue import /tmp/sets 2>/tmp/errors >/tmp/output || fail "import: $(cat /tmp/errors)"
+
+cd /tmp/m || exit
+mkdir -p 'Disc (1999)/BDMV/STREAM' parts/Sample Show/'Season 2' nfo 'Artist - Album (2001)'
+mkdir -p 'Harbour Lights (1987)/VIDEO_TS'
+touch 'Harbour Lights (1987)/VIDEO_TS/VTS_01_1.VOB' 'Harbour Lights (1987)/VIDEO_TS/VTS_01_2.VOB'
+touch parts/The.Salt.Lamp.1999.cd1.avi parts/The.Salt.Lamp.1999.cd2.avi parts/Sample/salt-sample.avi
+touch 'Die.Salzlampe.1999.1080p.mkv' 'Harbor Lights 2011.mkv' 'Harbour Lights.mkv' Fig.avi 'Fig (1962).avi'
+touch 'Signal.Row.S02E01-E02.mkv' 'Signal Row - S01E01.mkv' 'Signal.Row.S09E09.mkv'
+touch 'nfo/whatever.mkv' 'abc {imdb-tt0000004}.mkv' 'Artist - Album (2001)/01.flac' 'Artist - Album (2001)/02.flac'
+echo '<movie><uniqueid type="imdb">tt0000001</uniqueid></movie>' >nfo/whatever.nfo
+touch 'wrong.mkv' 'Unheard Of 1920.mkv'
+printf '# settled\nwrong.* = tt0000005\n' >/tmp/overrides
+
+"$QUILP_PROGRAM" scan . --format csv --overrides /tmp/overrides 2>/tmp/errors >/tmp/rows
+# file|kind|match|match year|episode's title|id|sure
+cut -d , -f 1,2,8-10,12,14 /tmp/rows | tail -n +2 | LC_ALL=C sort >/tmp/short
+diff /tmp/short - <<'END' >&2 || fail "other rows"
+./Artist - Album (2001),album,,,,,false
+./Die.Salzlampe.1999.1080p.mkv,movie,The Salt Lamp,1999,,tt0000001,true
+./Fig (1962).avi,movie,Fig,2004,,tt0000005,false
+./Fig.avi,movie,Fig,2004,,tt0000005,true
+./Harbor Lights 2011.mkv,movie,Harbour Lights,2011,,tt0000002,true
+./Harbour Lights (1987),movie,Harbour Lights,1987,,tt0000003,true
+./Harbour Lights.mkv,movie,Harbour Lights,2011,,tt0000002,false
+./Signal Row - S01E01.mkv,episode,Signal Row,1994,Pilot,tt0000007,true
+./Signal.Row.S02E01-E02.mkv,episode,Signal Row,2008,The Points,tt0000006,true
+./Signal.Row.S09E09.mkv,episode,Signal Row,2008,,tt0000006,false
+./Unheard Of 1920.mkv,movie,,,,,false
+./abc {imdb-tt0000004}.mkv,movie,Fig,1950,,tt0000004,true
+./nfo/whatever.mkv,movie,The Salt Lamp,1999,,tt0000001,true
+./parts/The.Salt.Lamp.1999.cd1.avi,movie,The Salt Lamp,1999,,tt0000001,true
+./wrong.mkv,movie,Fig,2004,,tt0000005,true
+END
+cat /tmp/errors
+
+# A scan that was interrupted anywhere ends with the same rows.
+cd /
+"$QUILP_PROGRAM" scan /tmp/m --format json 2>/dev/null | sort >/tmp/whole
+for cut in 1 40 700 2500; do
+  rm -f /tmp/memory
+  "$QUILP_PROGRAM" scan /tmp/m --format json --resume /tmp/memory >/dev/null 2>&1
+  head -c $cut /tmp/memory >/tmp/cut
+  (cd /tmp/m && "$QUILP_PROGRAM" scan ../m --format json --resume /tmp/cut >/dev/null 2>&1)
+  "$QUILP_PROGRAM" scan /tmp/m --format json --resume /tmp/cut 2>/dev/null | sort |
+    diff - /tmp/whole >&2 || fail "resumed after $cut bytes: other rows"
+done
+
+exit "$failures"
