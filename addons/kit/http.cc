@@ -2,35 +2,31 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <random>
-#include <thread>
+#include <optional>
 
 #include "ascii.h"
+#include "freshness.h"
+#include "http_cache.h"
+#include "pace.h"
+#include "platform.h"
 #include "transfer.h"
 
 namespace quilp::kit {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
-constexpr milliseconds kHopLimit{10000};
-constexpr milliseconds kFirstBackOff{1000};
-constexpr int kMostHops = 5;
+constexpr Milliseconds kHopLimit{10000};
+constexpr int kMostRedirects = 5;
 constexpr int kMostTries = 3;
 constexpr int kUsualTimeout = 20;
 constexpr int kLongestTimeout = 600;
+constexpr int kOtherRequests = 10;  // a second, to a host that a redirect leads to
+constexpr std::int64_t kSmallestCache = std::int64_t{1} << 20;
 
 using Failure = TransferResult::Failure;
 using Reason = HttpError::Reason;
-
-milliseconds jittered(milliseconds most) {
-  static std::mt19937 generator(std::random_device{}());
-  return milliseconds(
-      std::uniform_int_distribution<long long>(most.count() / 2, most.count())(generator));
-}
 
 std::string joined(const Fields& fields, char separator) {
   std::string text;
@@ -58,14 +54,32 @@ bool isRedirect(int status) {
 
 bool isBusy(int status) { return status == 429 || status == 503; }
 
-/// What the service asks to wait; negative if it does not say.
-milliseconds retryAfter(const TransferResult& result) {
-  const std::string text = result.header("retry-after");
+/// "64M" gives 67108864.
+std::int64_t readSize(const std::string& text) {
   char* end = nullptr;
-  const long seconds = std::strtol(text.c_str(), &end, 10);
-  return text.empty() || *end != '\0' || seconds < 0 || seconds > 86400
-             ? milliseconds(-1)
-             : seconds * milliseconds(1000);
+  const long long number = std::strtoll(text.c_str(), &end, 10);
+  const std::string units = "KMG";
+  const std::size_t unit = *end == '\0' ? std::string::npos : units.find(*end);
+  const bool isWhole = *end == '\0' || (unit != std::string::npos && end[1] == '\0');
+  const int shift = unit == std::string::npos ? 0 : 10 * (static_cast<int>(unit) + 1);
+  if (text.empty() || !isWhole || number < 0 || number > (1LL << 40 >> shift)) {
+    throw std::runtime_error("[cache] size: no size, as 64M is");
+  }
+  return std::max<std::int64_t>(static_cast<std::int64_t>(number) << shift, kSmallestCache);
+}
+
+std::string cachePath(const Settings& settings) {
+  std::string path = settings.get("cache", "path", libquilp::kHttpCache);
+  if (path[0] != '/') {
+    throw std::runtime_error("[cache] path: not absolute");
+  }
+  return path;
+}
+
+/// One for all services of a process.
+HttpCache& sharedCache(const Settings& settings) {
+  static HttpCache cache(cachePath(settings), readSize(settings.get("cache", "size", "64M")));
+  return cache;
 }
 
 [[noreturn]] void complainOfTransfer(const TransferResult& result, const std::string& host) {
@@ -115,91 +129,190 @@ std::string percentEncoded(const std::string& text) {
 /// One request of Http, with its redirects and repetitions.
 class Http::Call {
  public:
-  Call(const Http& http, const HttpRequest& request)
+  Call(Http& http, const HttpRequest& request)
       : http_(http),
         request_(request),
-        address_(http.base_ + request.path + joined(request.query, '?')),
+        base_(http.base_),
         end_(Clock::now() + std::chrono::seconds(http.timeout_)) {
     const std::string placeholder = "{language}";
-    const std::size_t at = address_.find(placeholder);
-    if (at < http.base_.size()) {
-      address_.replace(at, placeholder.size(), percentEncoded(request.language));
+    const std::size_t at = base_.find(placeholder);
+    if (at != std::string::npos) {
+      base_.replace(at, placeholder.size(), percentEncoded(request.language));
+    }
+    host_ = hostOf(base_);
+    const std::string rest =
+        base_.substr(std::min(base_.find('/', base_.find("://") + 3), base_.size()));
+    // A base may hold a password, which hostOf() leaves out.
+    key_ = schemeOf(base_) + "://" + host_ + rest + request.path + joined(request.query, '?');
+    for (const auto& [name, value] : request.headers) {
+      key_.append("\n").append(name).append(": ").append(value);  // as Vary may say
     }
   }
 
-  TransferResult run() {
-    Transfer transfer;
-    transfer.address = address_ + joined(request_.secretQuery, request_.query.empty() ? '?' : '&');
-    transfer.certificates = http_.certificates_;
-    transfer.headers = request_.headers;
-    transfer.headers.insert(transfer.headers.end(), request_.secretHeaders.begin(),
-                            request_.secretHeaders.end());
-    for (int hop = 0; hop < kMostHops; ++hop) {
-      TransferResult result = sendPatiently(transfer);
-      if (!isRedirect(result.status) || result.location.empty()) {
-        return result;
-      }
-      const std::string host = hostOf(transfer.address);
-      if (schemeOf(transfer.address) == "https" && schemeOf(result.location) != "https") {
-        throw HttpError(Reason::kWrongAnswer, host + " redirects to an unprotected address");
-      }
-      if (hostOf(result.location) != host) {
-        transfer.headers = request_.headers;
-      }
-      transfer.address = result.location;
+  HttpAnswer answer() {
+    if (findFresh()) {
+      return copy(false);
     }
-    throw HttpError(Reason::kWrongAnswer, hostOf(address_) + " redirects more than " +
-                                              std::to_string(kMostHops) + " times");
+    stored_ = http_.cache_.find(key_);
+    try {
+      const std::optional<TransferResult> result = follow();
+      return result ? take(*result) : copy(false);
+    } catch (const HttpError& error) {
+      if (request_.isReload || !stored_ || !stored_->isFound) {
+        throw;
+      }
+      std::fprintf(stderr, "%s: %s; this copy is %lld hours old\n", http_.service_.section,
+                   error.what(), static_cast<long long>((secondsNow() - stored_->stored) / 3600));
+      return copy(true);
+    }
   }
 
  private:
-  milliseconds left() const {
-    return std::chrono::duration_cast<milliseconds>(end_ - Clock::now());
+  Milliseconds left() const {
+    return std::chrono::duration_cast<Milliseconds>(end_ - Clock::now());
   }
 
-  /// False if there is no time for it.
-  bool wait(milliseconds time) const {
-    if (time >= left()) {
+  /// Another process may have asked the same in the meantime.
+  bool findFresh() {
+    if (request_.isReload) {
       return false;
     }
-    std::this_thread::sleep_for(time);
-    return true;
+    std::optional<StoredAnswer> found = http_.cache_.find(key_);
+    const bool isFresh = found && found->freshUntil > secondsNow();
+    if (isFresh) {
+      stored_ = std::move(found);
+    }
+    return isFresh;
   }
 
-  /// Repeats what may succeed a moment later. Throws if that takes too long.
-  TransferResult sendPatiently(Transfer& transfer) {
-    const std::string host = hostOf(transfer.address);
-    milliseconds backOff = kFirstBackOff;
-    for (int tries = 1;; ++tries, backOff *= 2) {
+  HttpAnswer copy(bool isStale) {
+    return {stored_->isFound, std::move(stored_->body), true, isStale};
+  }
+
+  HttpAnswer take(const TransferResult& result) {
+    const bool isConfirmed = result.status == 304 && stored_;
+    const bool isFound = isConfirmed || result.status == 200;
+    if (!isFound && result.status != 404 && result.status != 410) {
+      complainOfStatus(result.status, host_);
+    }
+    StoredAnswer stored = isConfirmed ? *stored_ : StoredAnswer();
+    if (!isConfirmed) {
+      stored.isFound = isFound;
+      stored.body = isFound ? result.body : "";
+    }
+    for (const auto& [name, member] :
+         {std::pair("etag", &stored.tag), std::pair("last-modified", &stored.modified)}) {
+      const std::string value = result.header(name);
+      *member = value.empty() && isConfirmed ? *member : value;
+    }
+    stored.stored = secondsNow();
+    const std::optional<Seconds> fresh = freshFor(result, stored.stored, http_.service_.freshFor);
+    if (fresh && (*fresh > 0 || isFound)) {
+      stored.freshUntil = stored.stored + *fresh;
+      http_.cache_.store(key_, stored);
+    } else {
+      http_.cache_.remove(key_);
+    }
+    return {isFound, std::move(stored.body), isConfirmed, false};
+  }
+
+  Transfer first() const {
+    Transfer transfer;
+    transfer.address = base_ + request_.path + joined(request_.query, '?') +
+                       joined(request_.secretQuery, request_.query.empty() ? '?' : '&');
+    transfer.certificates = http_.certificates_;
+    transfer.headers = harmlessHeaders();
+    transfer.headers.insert(transfer.headers.end(), request_.secretHeaders.begin(),
+                            request_.secretHeaders.end());
+    return transfer;
+  }
+
+  Fields harmlessHeaders() const {
+    Fields headers = request_.headers;
+    if (stored_ && stored_->isFound && !stored_->tag.empty()) {
+      headers.emplace_back("If-None-Match", stored_->tag);
+    }
+    if (stored_ && stored_->isFound && !stored_->modified.empty()) {
+      headers.emplace_back("If-Modified-Since", stored_->modified);
+    }
+    return headers;
+  }
+
+  /// Nothing if the cache got the answer in the meantime.
+  std::optional<TransferResult> follow() {
+    Transfer transfer = first();
+    for (int hop = 0; hop <= kMostRedirects; ++hop) {
+      std::optional<TransferResult> result = sendPatiently(transfer);
+      if (!result || !isRedirect(result->status) || result->location.empty()) {
+        return result;
+      }
+      const std::string scheme = schemeOf(result->location);
+      if (scheme != "https" && (scheme != "http" || schemeOf(transfer.address) != "http")) {
+        throw HttpError(Reason::kWrongAnswer, host_ + " redirects to an unprotected address");
+      }
+      const std::string host = hostOf(result->location);
+      if (host != host_) {
+        transfer.headers = harmlessHeaders();
+        host_ = host;
+      }
+      transfer.address = result->location;
+    }
+    throw HttpError(Reason::kWrongAnswer,
+                    host_ + " redirects more than " + std::to_string(kMostRedirects) + " times");
+  }
+
+  /// Repeats what may succeed a moment later.
+  std::optional<TransferResult> sendPatiently(Transfer& transfer) {
+    Pace& pace = http_.paceOf(host_, host_ == hostOf(base_));
+    int status = 0;
+    for (int tries = 1;; ++tries) {
+      if (!pace.take(end_, [this] { return findFresh(); })) {
+        if (findFresh()) {
+          return std::nullopt;
+        }
+        if (status != 0) {
+          complainOfStatus(status, host_);
+        }
+        throw HttpError(Reason::kBusy, host_ + " must not be asked so soon again");
+      }
       transfer.limit = std::min(kHopLimit, left());
-      if (transfer.limit.count() <= 0) {
-        throw HttpError(Reason::kUnreachable, host + " takes too long");
-      }
       TransferResult result = send(transfer);
-      if (result.failure == Failure::kBroken) {
-        if (tries == 1 && wait(jittered(kFirstBackOff / 2))) {
+      pace.giveBack();
+      if (isBusy(result.status)) {
+        const std::optional<Seconds> asked = retryAfter(result, secondsNow());
+        if (asked) {
+          pace.pause(*asked * Milliseconds(1000));
+        } else {
+          pace.backOff();
+        }
+        if (tries < kMostTries) {
+          status = result.status;
           continue;
         }
-      } else if (isBusy(result.status)) {
-        const milliseconds asked = retryAfter(result);
-        if (tries < kMostTries && wait(asked.count() < 0 ? jittered(backOff) : asked)) {
-          continue;
-        }
-      }
-      if (result.failure != Failure::kNone) {
-        complainOfTransfer(result, host);
+      } else if (result.failure == Failure::kBroken && tries == 1) {
+        continue;
+      } else if (result.failure != Failure::kNone) {
+        complainOfTransfer(result, host_);
+      } else {
+        pace.succeed();
       }
       return result;
     }
   }
 
-  const Http& http_;
+  Http& http_;
   const HttpRequest& request_;
-  std::string address_;
+  std::string base_;
+  std::string host_;  // that is asked
+  std::string key_;   // of the cache
   Clock::time_point end_;
+  std::optional<StoredAnswer> stored_{};
 };
 
-Http::Http(const Settings& settings, const Service& service) : service_(service) {
+Http::Http(const Settings& settings, const Service& service)
+    : service_(service), cache_(sharedCache(settings)) {
+  const std::string cache = cachePath(settings);
+  folder_ = cache.substr(0, cache.rfind('/'));
   const std::string section = service.section;
   base_ = settings.get(section, "base", service.base);
   while (!base_.empty() && base_.back() == '/') {
@@ -224,16 +337,17 @@ Http::Http(const Settings& settings, const Service& service) : service_(service)
   timeout_ = static_cast<int>(timeout);
 }
 
-HttpAnswer Http::get(const HttpRequest& request) {
-  Call call(*this, request);
-  TransferResult result = call.run();
-  HttpAnswer answer;
-  answer.isFound = result.status == 200;
-  if (!answer.isFound && result.status != 404 && result.status != 410) {
-    complainOfStatus(result.status, hostOf(base_));
+Http::~Http() = default;
+
+Pace& Http::paceOf(const std::string& host, bool isOwn) {
+  std::unique_ptr<Pace>& pace = paces_[host];
+  if (!pace) {
+    pace = std::make_unique<Pace>(folder_, host, isOwn ? service_.requests : kOtherRequests,
+                                  std::chrono::seconds(isOwn ? service_.seconds : 1));
   }
-  answer.body = std::move(result.body);
-  return answer;
+  return *pace;
 }
+
+HttpAnswer Http::get(const HttpRequest& request) { return Call(*this, request).answer(); }
 
 }  // namespace quilp::kit

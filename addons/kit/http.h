@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -8,6 +10,9 @@
 #include "settings.h"
 
 namespace quilp::kit {
+
+class HttpCache;
+class Pace;
 
 /// Names and values: of a query, or headers.
 using Fields = std::vector<std::pair<std::string, std::string>>;
@@ -65,12 +70,18 @@ class HttpError : public std::runtime_error {
 std::string percentEncoded(const std::string& text);
 
 /// Asks one service by HTTP GET: within its pace, within time limits, and with the machine's cache.
+/// An old copy is better than no answer; a line on standard error tells of it. All requests of a
+/// process are made by one thread.
+///
 /// The settings of a service are base=, key= or key_file=, language=, timeout= (seconds for a whole
 /// request, 20 unless given), certificates= (a file of authorities, instead of the system's).
 class Http {
  public:
   /// Throws std::runtime_error if a setting is wrong.
   Http(const Settings& settings, const Service& service);
+  ~Http();
+  Http(const Http&) = delete;
+  Http& operator=(const Http&) = delete;
 
   const std::string& key() const { return key_; }            // empty for none
   const std::string& language() const { return language_; }  // empty for none
@@ -81,12 +92,17 @@ class Http {
  private:
   class Call;
 
+  Pace& paceOf(const std::string& host, bool isOwn);
+
   Service service_;
   std::string base_;
   std::string key_;
   std::string language_;
   std::string certificates_;
   int timeout_ = 0;
+  std::string folder_;  // of the cache
+  HttpCache& cache_;
+  std::map<std::string, std::unique_ptr<Pace>> paces_;  // of hosts
 };
 
 }  // namespace quilp::kit

@@ -168,7 +168,8 @@ TransferResult send(const Transfer& transfer) {
   Receiver receiver{result};
   std::unique_ptr<curl_slist, void (*)(curl_slist*)> headers(nullptr, curl.freeAll);
   for (const auto& [name, value] : transfer.headers) {
-    curl_slist* const list = curl.append(headers.get(), (name + ": " + value).c_str());
+    const std::string line = std::string(name).append(": ").append(value);
+    curl_slist* const list = curl.append(headers.get(), line.c_str());
     if (list == nullptr) {
       throw std::bad_alloc();
     }
