@@ -97,6 +97,7 @@ completes '-o default' "$quilp" scan --format json . ''
 completes 'search show episode' "$quilp" --format json help tv ''
 completes 'Movie Music' "$quilp" addon check --type = M
 completes '-o default' "$quilp" addon check --type Movie ''
+completes catalogue "$quilp" addon enable ca
 
 # zsh and fish ask the program in the same way.
 zsh=$(find "$usr/share/zsh" -name _quilp)

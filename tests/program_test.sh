@@ -98,6 +98,8 @@ refused '"-n" needs a value' movie search x -n
 refused '"--json" takes no value' addon check x --type movie --json=1
 refused '"Moive"; did you mean "Movie"' addon check x --type Moive
 refused '--type is missing' addon check x
+refused '"katalogue"; did you mean "catalogue"' addon enable katalogue
+refused 'NAME is missing' addon disable
 refused 'FILE is missing' karaoke
 refused 'SEASON: "" is no number' tv episode tt9500001 '' 1
 

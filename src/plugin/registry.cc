@@ -19,8 +19,8 @@ RegistrySection::Value sectionValue(const IniFile& registry, const char* section
 
 }  // namespace
 
-std::optional<std::vector<RegistrySection>> readRegistry() {
-  const IniFile file(kRegistryFile);
+std::optional<std::vector<RegistrySection>> readRegistry(const char* path) {
+  const IniFile file(path);
   if (!file.loaded()) {
     return {};
   }
@@ -44,7 +44,7 @@ const RegistrySection* firstEnabledSection(const std::vector<RegistrySection>& r
 }
 
 std::optional<AddOn> findAddOn(const char* type, bool ownClassOnly, const Context& context) {
-  const auto registry = readRegistry();
+  const auto registry = readRegistry(kRegistryFile);
   if (!registry) {
     context.tell(std::string("iniparser_load(") + kRegistryFile + ") failed!\n");
     return {};

@@ -30,7 +30,7 @@ struct RegistrySection {
 };
 
 /// The registry's sections in file order; no value if the file cannot be read or parsed.
-std::optional<std::vector<RegistrySection>> readRegistry();
+std::optional<std::vector<RegistrySection>> readRegistry(const char* path);
 
 /// The first section with an enabled add-on for the media type; null if there is none.
 const RegistrySection* firstEnabledSection(const std::vector<RegistrySection>& registry,

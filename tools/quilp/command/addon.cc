@@ -6,6 +6,8 @@ void addAddonCommands(Command& program) {
   Command& addon = program.add("addon", "Add-ons");
   addAddonCheck(addon);
   addAddonList(addon);
+  addAddonEnable(addon);
+  addAddonDisable(addon);
 }
 
 }  // namespace quilp

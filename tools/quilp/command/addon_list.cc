@@ -1,5 +1,6 @@
 #include <json/value.h>
 
+#include <algorithm>
 #include <iostream>
 #include <string>
 
@@ -9,7 +10,9 @@
 #include "output/json_output.h"
 #include "output/table.h"
 #include "platform.h"
+#include "platform/registry_file.h"
 #include "platform/registry_view.h"
+#include "platform/stock_add_ons.h"
 
 namespace quilp {
 namespace {
@@ -39,6 +42,29 @@ Json::Value jsonOfServing(const RegistrySection* section) {
   return section != nullptr ? jsonText(section->name) : Json::Value();
 }
 
+bool isEnabled(const RegistryView& registry, const StockAddOn& addOn) {
+  const auto& sections = registry.sections();
+  return std::any_of(sections.begin(), sections.end(), [&addOn](const RegistrySection& section) {
+    return section.isEnabled() && isOf(addOn, section);
+  });
+}
+
+Json::Value jsonOf(const RegistryView& registry, const StockAddOn& addOn) {
+  Json::Value value;
+  value["name"] = addOn.name;
+  for (const std::string& type : addOn.typeList()) {
+    value["types"].append(type);
+  }
+  value["does"] = addOn.does;
+  value["asks"] = addOn.asks;
+  value["key"] = addOn.key;
+  value["program"] = jsonText(addOn.program());
+  value["installed"] = addOn.isInstalled();
+  value["enabled"] = isEnabled(registry, addOn);
+  value["attribution"] = addOn.attribution;
+  return value;
+}
+
 bool printListAsJson(const RegistryView& registry) {
   Json::Value list;
   list["file"] = libquilp::kRegistryFile;
@@ -53,6 +79,10 @@ bool printListAsJson(const RegistryView& registry) {
     if (media.printing != libquilp::Printing::kNone) {
       entry["print"] = jsonOfServing(registry.serving(media, Use::kPrint));
     }
+  }
+  list["stock"] = Json::Value(Json::arrayValue);
+  for (const StockAddOn& addOn : stockAddOns()) {
+    list["stock"].append(jsonOf(registry, addOn));
   }
   return printJson(list);
 }
@@ -69,6 +99,19 @@ void printObstacles(const RegistryView& registry, const RegistrySection& section
   }
   const bool isAsked = records.empty() || print.empty();
   printLine(label, isAsked ? RegistryView::defect(section) : "");
+}
+
+void printStock(const RegistryView& registry) {
+  Table table({"stock add-on", "serves", "installed", "enabled", "what it does", "asks", "needs"});
+  for (const StockAddOn& addOn : stockAddOns()) {
+    table.addRow({addOn.name, addOn.types, yesNo(addOn.isInstalled()),
+                  yesNo(isEnabled(registry, addOn)), addOn.does, addOn.asks, addOn.key});
+  }
+  table.print();
+  std::cout << '\n';
+  for (const StockAddOn& addOn : stockAddOns()) {
+    printLine(addOn.name, addOn.attribution);
+  }
 }
 
 bool printListAsTable(const RegistryView& registry) {
@@ -95,6 +138,8 @@ bool printListAsTable(const RegistryView& registry) {
   for (const RegistrySection& section : registry.sections()) {
     printObstacles(registry, section);
   }
+  std::cout << (registry.sections().empty() ? "" : "\n");
+  printStock(registry);
   return static_cast<bool>(std::cout.flush());
 }
 
@@ -109,7 +154,8 @@ int list(Format format) {
 
 void addAddonList(Command& addon) {
   static Format format;
-  Command& command = addon.add("list", "List the registry's add-ons, and which of them are asked");
+  Command& command = addon.add(
+      "list", "List the registry's add-ons, which of them are asked, and the stock add-ons");
   addFormat(command, format, {Format::kTable, Format::kJson});
   command.run = [] { return list(format); };
 }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "kit/settings.h"
+#include "platform/stock_add_ons.h"
 
 namespace quilp {
 
 using kit::catalogueFile;
 
 /// What the owner of the data sets wants to be said beside their data.
-inline constexpr char kCatalogueAttribution[] =
-    "Information courtesy of IMDb (https://www.imdb.com). Used with permission.";
+inline const char* catalogueAttribution() { return stockAddOn("catalogue")->attribution; }
 
 }  // namespace quilp

@@ -87,7 +87,7 @@ void report(const Imported& imported, const std::string& file, double seconds) {
   std::printf("%llu titles and %llu episodes in %s, in %.0f seconds\n%s\n",
               static_cast<unsigned long long>(imported.titles),
               static_cast<unsigned long long>(imported.episodes), file.c_str(), seconds,
-              kCatalogueAttribution);
+              catalogueAttribution());
 }
 
 int import(ImportOptions options) {

@@ -154,7 +154,7 @@ int info() {
     const auto found = store.meta().find(key);
     printLine(label, found == store.meta().end() ? "" : found->second);
   }
-  std::printf("%s\n", kCatalogueAttribution);
+  std::printf("%s\n", catalogueAttribution());
   return std::fflush(stdout) == 0 ? 0 : kNothingFound;
 }
 

@@ -20,6 +20,8 @@ void addAddonCommands(Command& program);
 // Parts of the "addon" command.
 void addAddonCheck(Command& addon);
 void addAddonList(Command& addon);
+void addAddonEnable(Command& addon);
+void addAddonDisable(Command& addon);
 
 // Parts of the "catalogue" command.
 void addCatalogueImport(Command& catalogue);

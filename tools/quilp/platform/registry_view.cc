@@ -52,7 +52,7 @@ std::string RegistryView::problemOfFile() {
 }
 
 RegistryView::RegistryView() {
-  if (auto sections = libquilp::readRegistry()) {
+  if (auto sections = libquilp::readRegistry(libquilp::kRegistryFile)) {
     sections_ = std::move(*sections);
   } else {
     problem_ = problemOfFile();

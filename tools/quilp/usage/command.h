@@ -44,6 +44,7 @@ struct Operand {
   Take take;
   bool required = true;
   bool repeated = false;  // only the last one may be
+  std::string values{};   // for completion: "one|other"; its name tells if empty
 };
 
 /// The program or one of its commands. It has commands of its own, or a function to run.

@@ -23,9 +23,9 @@ class Candidates {
 
   /// `value` is what the help calls a value: "FILE", "xml|json".
   void addValues(const std::string& value, const std::string& before = "") const {
-    if (value == "FILE" || value == "PATH" || value == "PROGRAM") {
+    if (value == "FILE" || value == "PATH" || value == "PROGRAM" || value == "DIR") {
       std::cout << ":\n";
-    } else if (value.find('|') != std::string::npos) {
+    } else if (value.find('|') != std::string::npos || (value >= "a" && value < "{")) {
       for (std::size_t at = 0, end = 0; end != std::string::npos; at = end + 1) {
         end = value.find('|', at);
         add(before + value.substr(at, end - at), "");
@@ -100,7 +100,8 @@ bool printCompletions(const Command& program, const std::vector<std::string>& wo
   } else if (!place.hasHelp && !command.operands.empty()) {
     const std::size_t last = command.operands.size() - 1;
     if (place.operands <= last || command.operands[last].repeated) {
-      candidates.addValues(command.operands[std::min(place.operands, last)].name);
+      const Operand& operand = command.operands[std::min(place.operands, last)];
+      candidates.addValues(operand.values.empty() ? operand.name : operand.values);
     }
   }
   return static_cast<bool>(std::cout.flush());

@@ -1,0 +1,54 @@
+#include "platform/stock_add_ons.h"
+
+#include <filesystem>
+#include <sstream>
+#include <system_error>
+
+#include "platform.h"
+#include "plugin/run_program.h"
+
+namespace quilp {
+namespace {
+
+/// Beside the folder of this program, so that a whole installation can be moved.
+std::filesystem::path folder() {
+  std::error_code error;
+  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+  return self.parent_path().parent_path() / libquilp::kAddOnFolder;
+}
+
+}  // namespace
+
+// One line each, in the order in which they are listed: name, types, what it does, the host that it
+// asks, the setting that it needs, attribution.
+const std::vector<StockAddOn>& stockAddOns() {
+  static const std::vector<StockAddOn> kAddOns = {
+      {"catalogue", "Movie TV", "answers from the offline catalogue", "", "",
+       "Information courtesy of IMDb (https://www.imdb.com). Used with permission."},
+  };
+  return kAddOns;
+}
+
+const StockAddOn* stockAddOn(const std::string& name) {
+  for (const StockAddOn& addOn : stockAddOns()) {
+    if (name == addOn.name) {
+      return &addOn;
+    }
+  }
+  return nullptr;
+}
+
+std::vector<std::string> StockAddOn::typeList() const {
+  std::istringstream words(types);
+  std::vector<std::string> list;
+  for (std::string word; words >> word;) {
+    list.push_back(word);
+  }
+  return list;
+}
+
+std::string StockAddOn::program() const { return (folder() / name).string(); }
+
+bool StockAddOn::isInstalled() const { return libquilp::canBeExecuted(program().c_str()); }
+
+}  // namespace quilp
