@@ -1,132 +1,96 @@
 // Writes data sets of the shape that "quilp catalogue import" reads, with invented titles and
-// people. The same seed and number give the same bytes on every machine.
+// people: three quarters are episodes. The same seed and number give the same rows on every
+// machine, and, where they are not compressed, the same bytes.
+
+#include <zlib.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "invent.h"
 
 namespace {
 
-/// SplitMix64.
-class Random {
- public:
-  explicit Random(std::uint64_t seed) : state_(seed) {}
+using invent::Random;
 
-  std::uint64_t next() {
-    std::uint64_t z = state_ += 0x9e3779b97f4a7c15U;
-    z = (z ^ z >> 30) * 0xbf58476d1ce4e5b9U;
-    z = (z ^ z >> 27) * 0x94d049bb133111ebU;
-    return z ^ z >> 31;
-  }
-  std::uint32_t below(std::uint32_t limit) {
-    return static_cast<std::uint32_t>((next() >> 32) * limit >> 32);
-  }
-  bool once(std::uint32_t in) { return below(in) == 0; }
+enum RandomKind : std::uint8_t { kPlan = 2, kTitle, kRest, kEpisode, kPerson };
 
-  /// Small numbers are likely, each ten times as large ten times rarer, about.
-  std::uint32_t skewed(std::uint32_t limit) {
-    const std::uint64_t part = below(limit) + std::uint64_t{1};
-    const std::uint32_t zoom = below(4);
-    return static_cast<std::uint32_t>(zoom == 0 ? part - 1
-                                                : part * below(1U << 16) >> 16 >> 2 * zoom);
-  }
-
- private:
-  std::uint64_t state_;
+struct Options {
+  std::string folder;
+  std::uint32_t titles = 10000;
+  std::uint64_t seed = 1;
+  bool gzip = false;
 };
-
-constexpr std::array kOnsets = {"b", "br", "d",  "dr", "f",  "g", "gr", "h", "j",  "k",
-                                "l", "m",  "n",  "p",  "r",  "s", "sh", "t", "th", "v",
-                                "w", "st", "tr", "c",  "cl", "z", "qu", "fl"};
-constexpr std::array kVowels = {"a", "e", "i", "o", "u", "ea", "ai", "ou", "y"};
-constexpr std::array kCodas = {"", "n", "r", "l", "s", "m", "t", "nd", "rk", "ll", "", "x"};
-constexpr std::array kCyrillic = {"ба", "ро", "ми", "на", "лет", "ска", "вод", "ны", "тор", "зем"};
-constexpr std::array kHan = {"山", "水", "光", "海", "城", "夜",
-                             "星", "花", "王", "路", "风", "心"};
-constexpr std::array kGenres = {"Drama", "Comedy", "Mystery", "Action", "Documentary", "Romance"};
-constexpr std::array kRegions = {"DE", "FR", "ES", "IT", "RU", "CN", "US", "GB", "PL", "SE"};
-
-/// The n-th word: the same each time.
-std::string wordOf(std::uint32_t n) {
-  Random random(n * 977 + 5);
-  std::string word;
-  const std::uint32_t syllables = 1 + random.below(n < 400 ? 2 : 3);
-  for (std::uint32_t i = 0; i < syllables; ++i) {
-    word += kOnsets[random.below(kOnsets.size())];
-    word += kVowels[random.below(kVowels.size())];
-  }
-  return word + kCodas[random.below(kCodas.size())];
-}
-
-std::string capital(std::string word) {
-  word[0] = static_cast<char>(word[0] & ~0x20);
-  return word;
-}
-
-std::string foreign(Random& random, bool han) {
-  std::string text;
-  for (std::uint32_t i = 0; i < 2 + random.below(4); ++i) {
-    text += han ? kHan[random.below(kHan.size())] : kCyrillic[random.below(kCyrillic.size())];
-    text += !han && random.once(3) ? " " : "";
-  }
-  return text;
-}
-
-std::string titleOf(Random& random) {
-  std::string title = random.once(3) ? "The" : "";
-  const std::uint32_t words = 1 + random.below(3);
-  for (std::uint32_t i = 0; i < words; ++i) {
-    title += (title.empty() ? "" : " ") + capital(wordOf(random.skewed(60000)));
-  }
-  switch (random.below(24)) {
-    case 0:
-      title += " II";
-      break;
-    case 1:
-      title += " 2";
-      break;
-    case 2:
-      title += " & " + capital(wordOf(random.skewed(60000)));
-      break;
-    case 3:
-      title += ": " + capital(wordOf(random.skewed(60000))) + " of " +
-               capital(wordOf(random.skewed(60000)));
-      break;
-    case 4:
-      title += "é";
-      break;
-    default:
-      break;
-  }
-  return title;
-}
 
 class File {
  public:
-  File(const std::string& folder, const char* name, const char* header)
-      : file_(std::fopen((folder + '/' + name + ".tsv").c_str(), "w")) {
+  File(const Options& options, const char* name, const char* header)
+      : path_(options.folder + '/' + name + (options.gzip ? ".tsv.gz" : ".tsv")),
+        file_(gzopen(path_.c_str(), options.gzip ? "wb4" : "wbT")) {
     if (file_ == nullptr) {
-      throw std::runtime_error(folder + ": cannot write");
+      fail();
     }
-    std::fprintf(file_, "%s\n", header);
+    gzbuffer(file_, 1U << 18);
+    row(header);
   }
-  ~File() { std::fclose(file_); }
+  ~File() {
+    if (file_ != nullptr) {
+      gzclose(file_);
+    }
+  }
   File(const File&) = delete;
   File& operator=(const File&) = delete;
-  template <class... Values>
-  void row(const char* format, Values... values) {
-    std::fprintf(file_, format, values...);
+
+  /// Columns: texts and numbers.
+  template <class... Columns>
+  void row(const Columns&... columns) {
+    const std::size_t start = line_.size();
+    (add(columns), ...);
+    line_.back() = '\n';
+    if (start > 1U << 16) {
+      flush();
+    }
+  }
+  void close() {
+    flush();
+    gzFile file = file_;
+    file_ = nullptr;
+    if (gzclose(file) != Z_OK) {
+      fail();
+    }
   }
 
  private:
-  std::FILE* file_;
+  void add(std::string_view text) {
+    line_ += text.empty() ? "\\N" : text;
+    line_ += '\t';
+  }
+  void add(std::uint32_t number) {
+    std::array<char, 12> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+    line_.append(text.data(), end).append(1, '\t');
+  }
+  void flush() {
+    if (!line_.empty() && gzwrite(file_, line_.data(), static_cast<unsigned>(line_.size())) <= 0) {
+      fail();
+    }
+    line_.clear();
+  }
+  [[noreturn]] void fail() const { throw std::runtime_error(path_ + ": " + std::strerror(errno)); }
+
+  std::string path_;
+  gzFile file_;
+  std::string line_;
 };
 
 std::string id(const char* prefix, std::uint32_t number) {
@@ -135,126 +99,300 @@ std::string id(const char* prefix, std::uint32_t number) {
   return text.data();
 }
 
-struct Files {
-  explicit Files(const std::string& folder)
-      : basics(folder, "title.basics",
-               "tconst\ttitleType\tprimaryTitle\toriginalTitle\tisAdult\tstartYear\tendYear\truntim"
-               "eMinutes\tgenres"),
-        akas(folder, "title.akas",
-             "titleId\tordering\ttitle\tregion\tlanguage\ttypes\tattributes\tisOriginalTitle"),
-        episode(folder, "title.episode", "tconst\tparentTconst\tseasonNumber\tepisodeNumber"),
-        ratings(folder, "title.ratings", "tconst\taverageRating\tnumVotes"),
-        crew(folder, "title.crew", "tconst\tdirectors\twriters"),
-        principals(folder, "title.principals",
-                   "tconst\tordering\tnconst\tcategory\tjob\tcharacters"),
-        names(folder, "name.basics",
-              "nconst\tprimaryName\tbirthYear\tdeathYear\tprimaryProfession\tknownForTitles") {}
-  File basics, akas, episode, ratings, crew, principals, names;
+/// Empty, which is written as \N, once in so many.
+std::string orNone(std::uint32_t number, std::uint32_t once, Random& random) {
+  return random.once(once) ? std::string() : std::to_string(number);
+}
+
+constexpr std::array kFilmTypes = {"movie", "movie",   "movie", "movie",     "short",
+                                   "short", "tvMovie", "video", "tvSpecial", "videoGame"};
+constexpr std::array kShowTypes = {"tvSeries", "tvSeries", "tvSeries", "tvMiniSeries", "tvPilot"};
+constexpr std::array kGenres = {"Action", "Comedy",  "Documentary", "Drama",
+                                "Family", "Mystery", "Romance",     "War"};
+constexpr std::array kRegions = {"DE", "FR", "ES", "IT", "RU", "CN", "US", "GB",
+                                 "PL", "SE", "IL", "JP", "BR", "HU", "CA", "AU"};
+constexpr std::array kForeign = {"RU", "CN", "IL", "JP"};
+constexpr std::array kAkaTypes = {"imdbDisplay", "imdbDisplay", "",
+                                  "alternative", "working",     "dvd"};
+constexpr std::array kCast = {"actor", "actress", "actor", "actress", "self"};
+constexpr std::array kOthers = {"producer", "composer", "cinematographer", "editor",
+                                "archive_footage"};
+
+struct Work {
+  std::uint32_t show = 0;   // of an episode; 0 for others
+  std::uint32_t place = 0;  // of an episode in its show, from 0
+  bool hasEpisodes = false;
 };
 
-/// Of each forty titles one is a show and the next thirty are its episodes; the rest are films.
-constexpr std::uint32_t kGroup = 40;
-constexpr std::uint32_t kEpisodes = 30;
+class Writer {
+ public:
+  explicit Writer(const Options& options)
+      : options_(options),
+        people_(options.titles / 2 + 100),
+        basics_(options, "title.basics",
+                "tconst\ttitleType\tprimaryTitle\toriginalTitle\tisAdult\tstartYear\tendYear\t"
+                "runtimeMinutes\tgenres"),
+        akas_(options, "title.akas",
+              "titleId\tordering\ttitle\tregion\tlanguage\ttypes\tattributes\tisOriginalTitle"),
+        episode_(options, "title.episode", "tconst\tparentTconst\tseasonNumber\tepisodeNumber"),
+        ratings_(options, "title.ratings", "tconst\taverageRating\tnumVotes"),
+        crew_(options, "title.crew", "tconst\tdirectors\twriters"),
+        principals_(options, "title.principals",
+                    "tconst\tordering\tnconst\tcategory\tjob\tcharacters"),
+        names_(options, "name.basics",
+               "nconst\tprimaryName\tbirthYear\tdeathYear\tprimaryProfession\tknownForTitles") {}
 
-void writeFilmOrShow(Files& files, std::uint32_t number, bool show, std::uint32_t people) {
-  Random random(number * 2654435761U + 17);
-  const std::string tt = id("tt", number);
-  const std::string title = titleOf(random);
-  const std::uint32_t year = 1925 + random.below(100);
-  const std::string original = random.once(6) ? titleOf(random) : title;
-  files.basics.row("%s\t%s\t%s\t%s\t0\t%u\t\\N\t%u\t%s,%s\n", tt.c_str(),
-                   show             ? "tvSeries"
-                   : random.once(3) ? "short"
-                                    : "movie",
-                   title.c_str(), original.c_str(), year, 60 + random.below(90),
-                   kGenres[random.below(3)], kGenres[3 + random.below(3)]);
-  if (!random.once(3)) {
-    const std::uint32_t votes = 5 + (random.skewed(2000) * random.skewed(1000) >> random.below(8));
-    files.ratings.row("%s\t%u.%u\t%u\n", tt.c_str(), 3 + random.below(6), random.below(10), votes);
-  }
-  const std::uint32_t akas = 1 + random.skewed(30);
-  for (std::uint32_t i = 1; i <= akas; ++i) {
-    const std::uint32_t region = random.below(kRegions.size());
-    const std::string aka = region == 4      ? foreign(random, false)
-                            : region == 5    ? foreign(random, true)
-                            : random.once(2) ? titleOf(random)
-                                             : title;
-    files.akas.row("%s\t%u\t%s\t%s\t\\N\timdbDisplay\t\\N\t0\n", tt.c_str(), i, aka.c_str(),
-                   kRegions[region]);
-  }
-  files.crew.row("%s\t%s\t\\N\n", tt.c_str(), id("nm", 1 + random.skewed(people)).c_str());
-  for (std::uint32_t i = 1; i <= 10; ++i) {
-    files.principals.row("%s\t%u\t%s\t%s\t\\N\t[\"%s\"]\n", tt.c_str(), i,
-                         id("nm", 1 + random.skewed(people)).c_str(),
-                         random.once(2) ? "actor" : "actress",
-                         capital(wordOf(random.skewed(9000))).c_str());
+  void write();
+
+ private:
+  void plan();
+  std::uint32_t idAt(std::uint32_t number) const;
+  std::vector<std::uint32_t> inTextOrder(std::uint32_t count) const;
+  std::string titleAt(std::uint32_t number) const;
+  std::string someone(Random& random) const;
+  void writeTitle(std::uint32_t number);
+  void writeEpisode(std::uint32_t number);
+  void writeAkas(const std::string& tt, const std::string& title, Random& random);
+  void writePeople(const std::string& tt, std::uint32_t cast, Random& random);
+  void writeRating(const std::string& tt, std::uint32_t often, Random& random);
+
+  const Options& options_;
+  std::uint32_t people_;
+  File basics_, akas_, episode_, ratings_, crew_, principals_, names_;
+  std::vector<Work> works_;  // by number
+};
+
+/// Most shows have a few episodes, some have thousands. They follow their show.
+void Writer::plan() {
+  works_.resize(options_.titles);
+  Random random(options_.seed, kPlan, 0);
+  for (std::uint32_t number = 0; number < options_.titles;) {
+    const std::uint32_t show = number++;
+    if (!random.once(20)) {
+      continue;
+    }
+    works_[show].hasEpisodes = true;
+    const std::uint32_t bits = random.below(9);
+    const std::uint32_t more = random.below(1U << bits);
+    std::uint32_t episodes = (1U << std::min(bits, 6U)) + more;
+    episodes += random.once(400) ? random.below(4000) : 0;
+    for (std::uint32_t i = 0; i < episodes && number < options_.titles; ++i) {
+      works_[number++] = {show + 1, i, false};
+    }
   }
 }
 
-void writeEpisode(Files& files, std::uint32_t number, std::uint32_t show, std::uint32_t place) {
-  Random random(number * 2654435761U + 23);
-  const std::string tt = id("tt", number);
-  const std::string title =
-      random.once(3) ? "Episode #1." + std::to_string(place) : titleOf(random);
-  files.basics.row("%s\ttvEpisode\t%s\t%s\t0\t%u\t\\N\t45\tDrama\n", tt.c_str(), title.c_str(),
-                   title.c_str(), 1990 + show % 30);
-  files.episode.row("%s\t%s\t%u\t%u\n", tt.c_str(), id("tt", show).c_str(), 1 + place / 10,
-                    1 + place % 10);
-  for (std::uint32_t i = 1; i <= 4; ++i) {
-    files.akas.row("%s\t%u\tFolge %u\t%s\t\\N\t\\N\t\\N\t0\n", tt.c_str(), i, place,
-                   kRegions[random.below(kRegions.size())]);
-  }
-  if (random.once(5)) {
-    files.ratings.row("%s\t%u.%u\t%u\n", tt.c_str(), 5 + random.below(5), random.below(10),
-                      5 + random.below(300));
-  }
+/// Identifiers have gaps.
+std::uint32_t Writer::idAt(std::uint32_t number) const {
+  Random random(options_.seed, 1, number);
+  return 1 + number * 3 + random.below(3);
 }
 
 /// Rows are in the order of their identifiers as text: 8 digits come between those of 7.
-std::vector<std::uint32_t> inTextOrder(std::uint32_t count) {
-  std::vector<std::uint32_t> numbers(count);
+std::vector<std::uint32_t> Writer::inTextOrder(std::uint32_t count) const {
+  std::vector<std::pair<std::uint64_t, std::uint32_t>> order(count);
   for (std::uint32_t i = 0; i < count; ++i) {
-    numbers[i] = i + 1;
+    const std::uint64_t identifier = idAt(i);
+    order[i] = {identifier < 10000000 ? identifier * 20 : identifier * 2 + 1, i};
   }
-  std::sort(numbers.begin(), numbers.end(), [](std::uint32_t a, std::uint32_t b) {
-    const std::uint64_t left = a < 10000000 ? std::uint64_t{a} * 10 : a;
-    const std::uint64_t right = b < 10000000 ? std::uint64_t{b} * 10 : b;
-    return left != right ? left < right : a < b;
-  });
+  std::sort(order.begin(), order.end());
+  std::vector<std::uint32_t> numbers(count);
+  std::transform(order.begin(), order.end(), numbers.begin(),
+                 [](const auto& each) { return each.second; });
   return numbers;
 }
 
-void write(const std::string& folder, std::uint32_t titles, std::uint32_t seed) {
-  Files files(folder);
-  const std::uint32_t people = titles / 4 + 10;
-  for (const std::uint32_t number : inTextOrder(titles)) {
-    const std::uint32_t place = (number + seed) % kGroup;
-    if (place > 0 && place <= kEpisodes && number > place) {
-      writeEpisode(files, number, number - place, place - 1);
+/// Some titles are those of others, or their sequels.
+std::string Writer::titleAt(std::uint32_t number) const {
+  Random random(options_.seed, kTitle, number);
+  const std::uint32_t like = random.below(60);
+  if (like < 3 && number > 100) {
+    Random other(options_.seed, kTitle, number - 1 - random.below(100));
+    other.below(60);
+    const std::string title = invent::title(other);
+    return like == 0 ? title : title + (like == 1 ? " 2" : " III");
+  }
+  return invent::title(random);
+}
+
+std::string Writer::someone(Random& random) const {
+  return id("nm", idAt(random.once(3) ? random.below(people_) : random.zipf(people_)));
+}
+
+void Writer::writeRating(const std::string& tt, std::uint32_t often, Random& random) {
+  if (random.below(100) >= often) {
+    return;
+  }
+  std::uint32_t votes = 5 + random.below(20);
+  for (std::uint32_t i = 0; i < 17 && !random.once(3); ++i) {
+    votes += votes / 2;
+    votes += random.below(votes / 2);
+  }
+  std::uint32_t tenths = 25 + random.below(35);
+  tenths += random.below(35);
+  ratings_.row(tt, std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10), votes);
+}
+
+void Writer::writeAkas(const std::string& tt, const std::string& title, Random& random) {
+  akas_.row(tt, 1U, title, "", "", "original", "", 1U);
+  const std::uint32_t count = random.zipf(16);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const std::string region = one(kRegions, random);
+    const bool foreign = std::find(kForeign.begin(), kForeign.end(), region) != kForeign.end();
+    const bool same = random.once(2);
+    const std::string other = foreign ? invent::foreignTitle(random, region)
+                              : same  ? title
+                                      : invent::title(random);
+    const std::string language = region == "IL" ? "he" : random.once(20) ? "en" : "";
+    const std::string types = one(kAkaTypes, random);
+    akas_.row(tt, i + 2, other, region, language, types,
+              types == "alternative" ? "literal title" : "", 0U);
+  }
+}
+
+void Writer::writePeople(const std::string& tt, std::uint32_t cast, Random& random) {
+  const auto list = [&](std::uint32_t most) {
+    std::string people;
+    const std::uint32_t count = random.below(most + 1);
+    for (std::uint32_t i = 0; i < count; ++i) {
+      people += (i == 0 ? "" : ",") + someone(random);
+    }
+    return people;
+  };
+  const std::string directors = list(2);
+  const std::string writers = list(3);
+  crew_.row(tt, directors, writers);
+  std::uint32_t ordering = 0;
+  for (std::uint32_t i = 0; i < cast; ++i) {
+    std::string role;
+    if (!random.once(6)) {
+      role = "[\"" + invent::capital(invent::word(random.zipf(9000)));
+      role += random.once(30) ? " \\\"" + invent::word(random.zipf(900)) + "\\\"" : "";
+      role += random.once(20) ? "\",\"" + invent::capital(invent::word(random.zipf(9000))) : "";
+      role += "\"]";
+    }
+    const std::string person = someone(random);
+    principals_.row(tt, ++ordering, person, one(kCast, random), "", role);
+  }
+  if (cast > 2) {
+    const std::string writer = someone(random);
+    const char* const job = random.once(3) ? "created by" : "screenplay";
+    principals_.row(tt, ++ordering, writer, "writer", job, "");
+    const std::string other = someone(random);
+    principals_.row(tt, ++ordering, other, one(kOthers, random), "", "");
+  }
+}
+
+void Writer::writeTitle(std::uint32_t number) {
+  Random random(options_.seed, kRest, number);
+  const bool show = works_[number].hasEpisodes;
+  const std::string tt = id("tt", idAt(number));
+  const std::string title = titleAt(number);
+  const std::string original = random.once(6) ? invent::title(random) : title;
+  const std::string type = show ? one(kShowTypes, random) : one(kFilmTypes, random);
+  const std::uint32_t age = random.zipf(120);
+  const std::uint32_t year = 2027 - age - (random.once(3) ? random.below(12) : 0);
+  const std::string firstYear = orNone(year, 12, random);
+  const std::uint32_t end = year + random.below(8);
+  const std::string lastYear = show && !firstYear.empty() ? orNone(end, 3, random) : "";
+  std::string genres;
+  const std::uint32_t wanted = random.below(4);
+  for (std::uint32_t i = 0, first = random.below(3); i < wanted; ++i, first += 2) {
+    genres += (i == 0 ? "" : ",") + std::string(kGenres[first % kGenres.size()]);
+  }
+  const bool adult = random.once(40);
+  const std::uint32_t length = 20 + random.below(130);
+  const std::string minutes = orNone(length, 3, random);
+  basics_.row(tt, type, title, original, adult ? 1U : 0U, firstYear, lastYear, minutes, genres);
+  writeRating(tt, 45, random);
+  writeAkas(tt, original, random);
+  writePeople(tt, 2 + random.below(11), random);
+}
+
+void Writer::writeEpisode(std::uint32_t number) {
+  Random random(options_.seed, kEpisode, number);
+  const Work& work = works_[number];
+  const std::string tt = id("tt", idAt(number));
+  const std::uint32_t season = 1 + work.place / 24;
+  const std::uint32_t place = 1 + work.place % 24;
+  std::string title = "Episode #" + std::to_string(season) + '.' + std::to_string(place);
+  title = random.once(2) ? invent::title(random) : title;
+  const std::uint32_t year = 1970 + season + random.below(40);
+  const std::string aired = orNone(year, 12, random);
+  const std::uint32_t length = 20 + random.below(40);
+  const std::string minutes = orNone(length, 3, random);
+  basics_.row(tt, "tvEpisode", title, title, 0U, aired, "", minutes, "Drama");
+  const bool numbered = !random.once(12);
+  episode_.row(tt, id("tt", idAt(work.show - 1)), numbered ? std::to_string(season) : "",
+               numbered ? std::to_string(place) : "");
+  writeRating(tt, 12, random);
+  const std::uint32_t akas = random.below(7);
+  for (std::uint32_t i = 0; i < akas; ++i) {
+    akas_.row(tt, i + 1, "Folge #" + std::to_string(place), one(kRegions, random), "", "", "", 0U);
+  }
+  writePeople(tt, random.below(3), random);
+}
+
+void Writer::write() {
+  plan();
+  for (const std::uint32_t number : inTextOrder(options_.titles)) {
+    if (works_[number].show != 0) {
+      writeEpisode(number);
     } else {
-      writeFilmOrShow(files, number, place == 0, people);
+      writeTitle(number);
     }
   }
-  for (const std::uint32_t number : inTextOrder(people)) {
-    Random random(number * 40503U + 3);
-    files.names.row("%s\t%s %s\t\\N\t\\N\tactor\t\\N\n", id("nm", number).c_str(),
-                    capital(wordOf(random.below(3000))).c_str(),
-                    capital(wordOf(random.below(60000))).c_str());
+  for (const std::uint32_t number : inTextOrder(people_)) {
+    Random random(options_.seed, kPerson, number);
+    const std::string name = invent::person(random);
+    const std::uint32_t year = 1900 + random.below(105);
+    const std::string birth = orNone(year, 2, random);
+    names_.row(id("nm", idAt(number)), name, birth, "", "actor", "");
   }
+  for (File* each : {&basics_, &akas_, &episode_, &ratings_, &crew_, &principals_, &names_}) {
+    each->close();
+  }
+}
+
+constexpr const char* kUsage =
+    "usage: catalogue_data DIR [--titles N] [--seed N] [--gzip]\n"
+    "Writes data sets of invented titles into the folder DIR (10000 titles, seed 1).\n";
+
+bool read(int argc, char** argv, Options& options) {
+  std::vector<const char*> operands;
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view word = argv[i];
+    if (word == "--gzip") {
+      options.gzip = true;
+    } else if (word == "--titles" && i + 1 < argc) {
+      options.titles = static_cast<std::uint32_t>(std::strtoul(argv[++i], nullptr, 10));
+    } else if (word == "--seed" && i + 1 < argc) {
+      options.seed = std::strtoull(argv[++i], nullptr, 10);
+    } else if (word.substr(0, 1) == "-") {
+      return false;
+    } else {
+      operands.push_back(argv[i]);
+    }
+  }
+  if (operands.size() == 1) {
+    options.folder = operands[0];
+  }
+  return operands.size() == 1 && options.titles > 0 && options.titles <= 30'000'000;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 3 || argc > 4) {
-    std::fprintf(stderr, "usage: catalogue_data DIR TITLES [SEED]\n");
+  Options options;
+  if (!read(argc, argv, options)) {
+    std::fputs(kUsage, stderr);
     return 2;
   }
   try {
-    write(argv[1], static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10)),
-          argc == 4 ? static_cast<std::uint32_t>(std::strtoul(argv[3], nullptr, 10)) : 0);
+    Writer(options).write();
   } catch (const std::exception& error) {
     std::fprintf(stderr, "catalogue_data: %s\n", error.what());
     return 1;
   }
+  return 0;
 }
