@@ -235,7 +235,7 @@ void Writer::writeRating(const std::string& tt, std::uint32_t often, Random& ran
 
 void Writer::writeAkas(const std::string& tt, const std::string& title, Random& random) {
   akas_.row(tt, 1U, title, "", "", "original", "", 1U);
-  const std::uint32_t count = random.zipf(16);
+  const std::uint32_t count = random.zipf(9);
   for (std::uint32_t i = 0; i < count; ++i) {
     const std::string region = one(kRegions, random);
     const bool foreign = std::find(kForeign.begin(), kForeign.end(), region) != kForeign.end();
@@ -326,7 +326,7 @@ void Writer::writeEpisode(std::uint32_t number) {
   episode_.row(tt, id("tt", idAt(work.show - 1)), numbered ? std::to_string(season) : "",
                numbered ? std::to_string(place) : "");
   writeRating(tt, 12, random);
-  const std::uint32_t akas = random.below(7);
+  const std::uint32_t akas = random.below(9);
   for (std::uint32_t i = 0; i < akas; ++i) {
     akas_.row(tt, i + 1, "Folge #" + std::to_string(place), one(kRegions, random), "", "", "", 0U);
   }
