@@ -98,4 +98,85 @@ for cut in 1 40 700 2500; do
     diff - /tmp/whole >&2 || fail "resumed after $cut bytes: other rows"
 done
 
+# What is written is whole, lies where media centres look, and can be taken back.
+tree() {
+  (cd /tmp/m && find . -type f -exec sha1sum {} + | sort -k 2)
+}
+dressed() {
+  "$QUILP_PROGRAM" scan /tmp/m --write nfo --journal /tmp/journal "$@" >/dev/null 2>/tmp/errors
+}
+rm -rf '/tmp/m/Artist - Album (2001)'
+mkdir '/tmp/m/Signal Row' '/tmp/m/Signal Row/Season 2'
+touch '/tmp/m/Signal Row/Season 2/S02E01-E02 - The Points.mkv'
+echo kept >'/tmp/m/Harbor Lights 2011.nfo'
+tree >/tmp/before
+dressed --dry-run && tree | diff /tmp/before - >&2 || fail "a dry run writes: $(cat /tmp/errors)"
+dressed || fail "write: $(cat /tmp/errors)"
+tree >/tmp/after
+diff <(grep -vxFf /tmp/before /tmp/after | cut -c 43- | LC_ALL=C sort) - <<'END' >&2 || fail "other files"
+./Die.Salzlampe.1999.1080p.nfo
+./Fig.nfo
+./Harbour Lights (1987)/movie.nfo
+./Signal Row - S01E01.nfo
+./Signal Row/Season 2/S02E01-E02 - The Points.nfo
+./Signal Row/tvshow.nfo
+./Signal.Row.S02E01-E02.nfo
+./abc {imdb-tt0000004}.nfo
+./parts/The.Salt.Lamp.1999.cd1.nfo
+END
+[ "$(cat '/tmp/m/Harbor Lights 2011.nfo')" = kept ] || fail "a file that was there is replaced"
+diff '/tmp/m/Fig.nfo' - <<'END' >&2 || fail "other NFO of a film"
+<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
+<movie>
+  <title>Fig</title>
+  <ratings>
+    <rating name="default" max="10" default="true">
+      <value>6.0</value>
+    </rating>
+  </ratings>
+  <uniqueid type="imdb" default="true">tt0000005</uniqueid>
+  <genre>Drama</genre>
+  <year>2004</year>
+</movie>
+END
+[ "$(grep -c '<episodedetails>' '/tmp/m/Signal Row/Season 2/S02E01-E02 - The Points.nfo')" = 2 ] ||
+  fail "not one root an episode"
+dressed && tree | diff /tmp/after - >&2 || fail "a second run writes: $(cat /tmp/errors)"
+dressed --replace || fail "replace: $(cat /tmp/errors)"
+grep -q '<movie>' '/tmp/m/Harbor Lights 2011.nfo' || fail "--replace keeps a file"
+echo mine >>/tmp/m/Fig.nfo
+"$QUILP_PROGRAM" scan --undo /tmp/journal 2>/tmp/errors && fail "a changed file is not told"
+grep -q 'left as it is: /tmp/m/Fig.nfo' /tmp/errors || fail "undo: $(cat /tmp/errors)"
+rm /tmp/m/Fig.nfo
+"$QUILP_PROGRAM" scan --undo /tmp/journal 2>/tmp/errors || fail "undo: $(cat /tmp/errors)"
+tree | diff /tmp/before - >&2 || fail "undo leaves another tree"
+! ls /tmp/journal* 2>/dev/null || fail "undo leaves its journal"
+
+# Renamed files keep what belongs to them; nothing is overwritten.
+touch '/tmp/m/Die.Salzlampe.1999.1080p.en.srt' '/tmp/m/Fig (2004).avi'
+tree >/tmp/before
+"$QUILP_PROGRAM" scan /tmp/m --rename '{title} ({year}) [{resolution}]' --journal /tmp/journal \
+  >/dev/null 2>/tmp/errors || fail "rename: $(cat /tmp/errors)"
+for name in 'The Salt Lamp (1999) [1080p].mkv' 'The Salt Lamp (1999) [1080p].en.srt' 'Fig.avi' \
+  'parts/The Salt Lamp (1999) - cd2.avi' 'Harbour Lights (2011).mkv'; do
+  [ -e "/tmp/m/$name" ] || fail "rename: no $name: $(cat /tmp/errors)"
+done
+grep -q 'Fig.avi: there is a' /tmp/errors || fail "rename: a collision is not told"
+"$QUILP_PROGRAM" scan --undo /tmp/journal 2>/tmp/errors || fail "undo: $(cat /tmp/errors)"
+tree | diff /tmp/before - >&2 || fail "undo of names leaves another tree"
+
+# kill -9 in the middle of it: undo takes back what was done.
+for delay in 0.01 0.02 0.04 0.08; do
+  "$QUILP_PROGRAM" scan /tmp/m --write nfo --rename '{title} {year}' --journal /tmp/journal \
+    >/dev/null 2>&1 &
+  program=$!
+  sleep $delay
+  kill -9 $program 2>/dev/null
+  wait $program 2>/dev/null
+  [ ! -e /tmp/journal ] || "$QUILP_PROGRAM" scan --undo /tmp/journal 2>/tmp/errors ||
+    fail "undo after kill -9: $(cat /tmp/errors)"
+  find /tmp/m -name '.*.quilp' -delete
+  tree | diff /tmp/before - >&2 || fail "undo after kill -9 leaves another tree"
+done
+
 exit "$failures"

@@ -1,11 +1,14 @@
 #include "scan/scan.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "command/commands.h"
 #include "command/options.h"
+#include "output/exit_status.h"
+#include "scan/changes.h"
 
 namespace quilp {
 namespace {
@@ -13,6 +16,19 @@ namespace {
 constexpr int kMostCandidates = 100;
 constexpr int kMostJobs = 64;
 constexpr int kMostSure = 100;
+
+/// "nfo", "artwork", or both with a comma.
+void takeWrite(const std::string& words, DressRequest& request) {
+  for (std::size_t start = 0; start <= words.size();) {
+    const std::size_t end = std::min(words.find(',', start), words.size());
+    const std::string word = words.substr(start, end - start);
+    if (word != "nfo" && word != "artwork") {
+      throw WrongUsage(noSuch("thing to write", word, {"nfo", "artwork"}));
+    }
+    (word == "nfo" ? request.nfo : request.artwork) = true;
+    start = end + 1;
+  }
+}
 
 }  // namespace
 
@@ -43,8 +59,26 @@ void addScanCommand(Command& program) {
   command.options.push_back({0, "resume", "FILE",
                              "Keep what was found in this file, and leave out what it already has",
                              toText(request.memory)});
+  command.options.push_back({0, "write", "nfo,artwork",
+                             "Write NFO files and pictures beside the files of sure matches",
+                             [](const std::string& words) { takeWrite(words, request.dress); }});
+  command.options.push_back({0, "rename", "PATTERN",
+                             "Rename the files of sure matches, such as \"{title} ({year})\"",
+                             toText(request.dress.pattern)});
+  command.options.push_back({0, "replace", "", "Let --write replace files that are there",
+                             [](const std::string&) { request.replace = true; }});
+  command.options.push_back({0, "dry-run", "", "Only tell what would be written and renamed",
+                             [](const std::string&) { request.dryRun = true; }});
+  command.options.push_back(
+      {0, "journal", "FILE", "List all changes in this file, for --undo", toText(request.journal)});
+  static std::string journalToUndo;
+  command.options.push_back(
+      {0, "undo", "JOURNAL", "Take back all changes of a scan", toText(journalToUndo)});
   addFormat(command, request.format, {Format::kTable, Format::kJson, Format::kCsv});
   command.run = [] {
+    if (!journalToUndo.empty()) {
+      return undo(journalToUndo) == 0 ? 0 : kNothingFound;
+    }
     const auto keepIn = [](std::vector<std::string>& words) {
       return [&words](const std::string& word) { words.push_back(word); };
     };

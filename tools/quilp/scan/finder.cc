@@ -1,7 +1,6 @@
 #include "scan/finder.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "scan/judge.h"
 #include "scan/nfo_ids.h"
@@ -135,7 +134,7 @@ bool Finder::takeKnown(const std::string& id, const char* reason, const MediaIte
   }
   note(described.answer, row);
   row.match = described.title.empty() ? row.title : described.title;
-  row.matchYear = std::atoi(described.date.substr(0, 4).c_str());
+  row.matchYear = yearOf(described.date);
   row.id = id;
   row.confidence = kKnown;
   row.reason = reason;

@@ -1,7 +1,9 @@
 #include "scan/scan.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
+#include <ctime>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -13,6 +15,8 @@
 
 #include "output/message.h"
 #include "platform/why_nothing.h"
+#include "scan/changes.h"
+#include "scan/dress.h"
 #include "scan/finder.h"
 #include "scan/interruption.h"
 #include "scan/media_files.h"
@@ -45,6 +49,18 @@ std::string settingsOf(const ScanRequest& request) {
          std::to_string(request.candidates) + '/' + std::to_string(request.sure);
 }
 
+std::string journalOf(const ScanRequest& request) {
+  if (!request.journal.empty() || request.dryRun) {
+    return request.journal;
+  }
+  const std::time_t now = std::time(nullptr);
+  std::tm parts{};
+  localtime_r(&now, &parts);
+  std::array<char, 64> name{};
+  std::strftime(name.data(), name.size(), "quilp-scan-%Y%m%d-%H%M%S.journal", &parts);
+  return name.data();
+}
+
 /// The folder that a table's paths are relative to; empty for none.
 std::string folderOf(const ScanRequest& request) {
   return request.paths.size() == 1 && request.listed.empty() ? request.paths.front() : "";
@@ -60,7 +76,12 @@ class Scan {
         items_(std::move(items)),
         rows_(items_.size()),
         memory_(request.memory, settingsOf(request)),
-        writer_(makeRowWriter(request.format, folderOf(request))) {}
+        writer_(makeRowWriter(request.format, folderOf(request))) {
+    if (request.dress.any()) {
+      changes_ = std::make_unique<Changes>(journalOf(request), request.replace, request.dryRun);
+      dresser_ = std::make_unique<Dresser>(request.dress, *changes_);
+    }
+  }
 
   void run() {
     std::vector<std::thread> threads;
@@ -77,6 +98,17 @@ class Scan {
   bool end() { return writer_->end(); }
   bool interrupted() const { return interruption_.wanted(); }
   const Tally& tally() const { return tally_; }
+
+  /// What was written, or would be; empty where nothing was asked for.
+  std::string changes(bool dryRun) const {
+    if (!changes_) {
+      return {};
+    }
+    const std::string count = std::to_string(changes_->count());
+    return dryRun ? count + " changes would be made"
+                  : count + " changes; \"quilp scan --undo " + changes_->journal() +
+                        "\" takes them back";
+  }
   const std::string& error() const { return error_; }
 
   /// Where there is no match at all.
@@ -91,7 +123,12 @@ class Scan {
     try {
       for (std::size_t i; !interruption_.wanted() && (i = next_++) < items_.size();) {
         const ScanRow* known = memory_.find(items_[i].path);
-        take(i, known != nullptr ? *known : finder_.find(items_[i]), known == nullptr);
+        ScanRow row = known != nullptr ? *known : finder_.find(items_[i]);
+        row.file = items_[i].path;  // as it is given now
+        if (dresser_) {
+          dresser_->dress(items_[i], row);
+        }
+        take(i, std::move(row), known == nullptr);
       }
     } catch (const std::exception& error) {
       const std::lock_guard<std::mutex> lock(mutex_);
@@ -102,12 +139,16 @@ class Scan {
 
   void take(std::size_t i, ScanRow row, bool isNew) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    row.file = items_[i].path;  // as it is given now
     if (isNew) {
       memory_.add(row);
     }
     if (row.failed && ++told_[row.failure] <= kMostAlike) {
       messages_.say(row.file + ": " + row.failure);
+    }
+    if (dresser_) {
+      for (const std::string& message : dresser_->takeMessages()) {
+        messages_.say(message);
+      }
     }
     tally_.add(row);
     messages_.showProgress(tally_.progress(items_.size()) + ' ' + row.file);
@@ -127,6 +168,8 @@ class Scan {
   std::vector<std::optional<ScanRow>> rows_;  // of the items that were looked up
   Memory memory_;
   std::unique_ptr<RowWriter> writer_;
+  std::unique_ptr<Changes> changes_;  // null: nothing is written
+  std::unique_ptr<Dresser> dresser_;
   std::atomic<std::size_t> next_{0};
   std::mutex mutex_;  // for what follows, and for memory and writer
   std::size_t written_ = 0;
@@ -154,6 +197,7 @@ int scan(const ScanRequest& request) {
     throw std::runtime_error(scan.error().empty() ? "cannot write" : scan.error());
   }
   tell(scan.tally().summary(extras));
+  tell(scan.changes(request.dryRun));
   if (scan.interrupted()) {
     return kInterrupted;
   }

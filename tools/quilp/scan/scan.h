@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "output/format.h"
+#include "scan/dress.h"
 #include "scan/item.h"
 
 namespace quilp {
@@ -19,6 +20,10 @@ struct ScanRequest {
   int sure = 80;
   std::string memory;
   std::string overrides;
+  DressRequest dress;
+  bool replace = false;
+  bool dryRun = false;
+  std::string journal;  // empty: one in the current folder, named by the time
 };
 
 /// Finds out what media files are and prints a row for each. Returns the program's exit status.

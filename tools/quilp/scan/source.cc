@@ -12,7 +12,6 @@
 namespace quilp {
 namespace {
 
-using libquilp::Answer;
 using libquilp::Lookup;
 using libquilp::Values;
 using libquilp::XMLNode;
@@ -23,9 +22,6 @@ std::string textOf(const XMLNode& entry, const char* element) {
   return orNothing(libquilp::firstClear(entry.getChildNode(element)));
 }
 
-/// The year that a date begins with.
-int yearOf(const std::string& date) { return std::atoi(date.substr(0, 4).c_str()); }
-
 const char* dateElement(MediaKind kind) {
   return kind == MediaKind::kEpisode ? "first_air_date" : "year";
 }
@@ -33,7 +29,7 @@ const char* dateElement(MediaKind kind) {
 Candidate candidateOf(const XMLNode& entry, MediaKind kind) {
   Candidate candidate{textOf(entry, "id"), libquilp::decoded(textOf(entry, "title")),
                       yearOf(textOf(entry, dateElement(kind)))};
-  candidate.votes = std::atol(textOf(entry, "votes").c_str());
+  candidate.votes = std::strtol(textOf(entry, "votes").c_str(), nullptr, 10);
   for (const char* element : {"original_title", "alternative_title"}) {
     entry.forEachChild(element, [&](const XMLNode& title) {
       candidate.otherTitles.push_back(libquilp::decoded(orNothing(libquilp::firstClear(title))));
@@ -66,13 +62,16 @@ void takeBuiltIn(const libquilp::ListRequest<Record>& request, const Values& val
   lookup.conclude(!searched.candidates.empty(), found.reason);
 }
 
-/// The five characters that the library drops from an add-on's identifier.
-std::string forLookup(const libquilp::Request& request, const std::string& id) {
+}  // namespace
+
+int yearOf(const std::string& date) {
+  return static_cast<int>(std::strtol(date.substr(0, 4).c_str(), nullptr, 10));
+}
+
+std::string idForLookup(const libquilp::Request& request, const std::string& id) {
   libquilp::Observer quiet;
   return addOnFor(request, libquilp::Use::kRecords, {&quiet}) ? "quilp" + id : id;
 }
-
-}  // namespace
 
 const libquilp::Request& requestOf(MediaKind kind) {
   switch (kind) {
@@ -121,14 +120,14 @@ Described describeTitle(MediaKind kind, const std::string& id) {
   described.id = id;
   if (kind == MediaKind::kMovie) {
     libquilp::Owned<velMovieInfo_, velFreeMovieInfo> movie;
-    const std::string given = forLookup(libquilp::kMovieDetails, id);
+    const std::string given = idForLookup(libquilp::kMovieDetails, id);
     described.answer = libquilp::run<velMovieInfo_>(libquilp::kMovieDetails,
                                                     Values::title(given.c_str()), {&quiet}, movie);
     described.title = libquilp::decoded(orNothing(movie.title));
     described.date = orNothing(movie.year);
   } else {
     libquilp::Owned<velTVShowInfo, velFreeTVShowInfo> show;
-    const std::string given = forLookup(libquilp::kShowDetails, id);
+    const std::string given = idForLookup(libquilp::kShowDetails, id);
     described.answer = libquilp::run<velTVShowInfo>(libquilp::kShowDetails,
                                                     Values::title(given.c_str()), {&quiet}, show);
     described.title = libquilp::decoded(orNothing(show.title));
@@ -141,7 +140,7 @@ Described describeEpisode(const std::string& show, int season, int episode) {
   libquilp::Observer quiet;
   Described described;
   libquilp::Owned<velTVEpisode, velFreeTVEpisode> info;
-  const std::string given = forLookup(libquilp::kEpisodeDetails, show);
+  const std::string given = idForLookup(libquilp::kEpisodeDetails, show);
   described.answer = libquilp::run<velTVEpisode>(
       libquilp::kEpisodeDetails, Values::ofEpisode(given.c_str(), season, episode, nullptr),
       {&quiet}, info);

@@ -16,6 +16,13 @@ const libquilp::Request& requestOf(MediaKind kind);
 /// Whether an add-on is asked for the kind. Built-in lookups must not overlap.
 bool hasAddOn(MediaKind kind);
 
+/// An identifier of a search as the details of a title take it: the library drops five characters
+/// from an add-on's.
+std::string idForLookup(const libquilp::Request& request, const std::string& id);
+
+/// The year that a date begins with; 0 for none.
+int yearOf(const std::string& date);
+
 struct Searched {
   Candidates candidates;
   libquilp::Answer answer;  // why there are none

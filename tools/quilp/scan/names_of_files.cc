@@ -1,0 +1,138 @@
+#include "scan/names_of_files.h"
+
+#include <array>
+#include <filesystem>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "text/utf8.h"
+
+namespace quilp {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMostBytes = 255;  // of one name on most file systems
+
+/// Marks that turn the direction of text, or cannot be seen: U+0080 to U+009F, U+200B to U+200F,
+/// U+202A to U+202E, U+2066 to U+2069, U+FEFF.
+bool isInvisible(std::string_view character) {
+  const auto isFrom = [character](std::string_view first, std::string_view last) {
+    return character >= first && character <= last;
+  };
+  return isFrom("\xC2\x80", "\xC2\x9F") || isFrom("\xE2\x80\x8B", "\xE2\x80\x8F") ||
+         isFrom("\xE2\x80\xAA", "\xE2\x80\xAE") || isFrom("\xE2\x81\xA6", "\xE2\x81\xA9") ||
+         character == "\xEF\xBB\xBF";
+}
+
+std::string twoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+
+std::string numbersOf(const std::vector<int>& numbers) {
+  if (numbers.empty()) {
+    return {};
+  }
+  const std::string first = twoDigits(numbers.front());
+  return numbers.size() == 1 ? first : first + "-" + twoDigits(numbers.back());
+}
+
+std::string valueOf(const std::string& field, const MediaItem& item, const ScanRow& row) {
+  const int year = row.matchYear != 0 ? row.matchYear : row.year;
+  const std::vector<std::pair<std::string, std::string>> values = {
+      {"title", row.match.empty() ? row.title : row.match},
+      {"year", year != 0 ? std::to_string(year) : ""},
+      {"season",
+       row.kind == MediaKind::kEpisode && row.seasons.empty() ? "01" : numbersOf(row.seasons)},
+      {"episode", numbersOf(row.episodes)},
+      {"episode_title", row.matchEpisode.empty() ? row.episodeTitle : row.matchEpisode},
+      {"part", item.name.part},
+      {"resolution", item.name.resolution},
+      {"source", item.name.source},
+      {"edition", item.name.edition},
+      {"group", item.name.group},
+      {"id", row.id}};
+  for (const auto& [name, value] : values) {
+    if (name == field) {
+      return fileNamePart(value);
+    }
+  }
+  throw std::runtime_error("the pattern has an unknown field {" + field + "}");
+}
+
+/// " ()" and " []" that are left where a field had no value, and separators at the end.
+std::string tidied(std::string text) {
+  for (const char* empty : {" ()", " []", " {}", "()", "[]"}) {
+    for (std::size_t at; (at = text.find(empty)) != std::string::npos;) {
+      text.erase(at, std::string_view(empty).size());
+    }
+  }
+  while (!text.empty() && (text.back() == ' ' || text.back() == '-' || text.back() == '.')) {
+    text.pop_back();
+  }
+  return text;
+}
+
+std::string cut(const std::string& name, std::size_t most) {
+  std::string kept;
+  libquilp::forEachCharacter(name, [&](std::string_view character) {
+    if (kept.size() + character.size() <= most) {
+      kept += character;
+    } else {
+      most = 0;
+    }
+  });
+  return kept;
+}
+
+}  // namespace
+
+std::string fileNamePart(std::string_view text) {
+  std::string part;
+  libquilp::forEachCharacter(text, [&part](std::string_view character) {
+    const auto first = static_cast<unsigned char>(character.empty() ? '?' : character.front());
+    if (first < 0x20 || first == 0x7F || isInvisible(character)) {
+      return;
+    }
+    if (character == ":") {
+      part += part.empty() || part.back() == ' ' ? "-" : " -";
+    } else if (character.empty() ||
+               std::string_view("/\\*?\"<>|").find(character.front()) != std::string_view::npos) {
+      part += character == "/" || character == "\\" || character == "|" ? "-" : "";
+    } else {
+      part += character;
+    }
+  });
+  const std::size_t start = part.find_first_not_of(" .");
+  const std::size_t end = part.find_last_not_of(" .");
+  return start == std::string::npos ? "" : part.substr(start, end - start + 1);
+}
+
+std::string nameByPattern(const std::string& pattern, const MediaItem& item, const ScanRow& row,
+                          const std::string& file) {
+  std::string text;
+  for (std::size_t i = 0; i < pattern.size(); ++i) {
+    const std::size_t end = pattern[i] == '{' ? pattern.find('}', i) : std::string::npos;
+    if (end == std::string::npos) {
+      text += pattern[i];
+      continue;
+    }
+    text += valueOf(pattern.substr(i + 1, end - i - 1), item, row);
+    i = end;
+  }
+  const fs::path old(file);
+  const std::string extension = item.isFolder ? "" : old.extension().native();
+  fs::path to = old.parent_path();
+  const fs::path relative(text);
+  for (auto part = relative.begin(); part != relative.end(); ++part) {
+    const bool isLast = std::next(part) == relative.end();
+    const std::string name =
+        cut(tidied(fileNamePart(part->native())), kMostBytes - (isLast ? extension.size() : 0));
+    if (name.empty()) {
+      throw std::runtime_error("the pattern leaves no name for " + file);
+    }
+    to /= isLast ? name + extension : name;
+  }
+  return to.native();
+}
+
+}  // namespace quilp
