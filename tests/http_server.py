@@ -2,7 +2,9 @@
 
 Each request is a line of the log: seconds, path, and the header X-Key if there is one."""
 
+import email.utils
 import gzip
+import hashlib
 import http.server
 import os
 import socket
@@ -79,8 +81,49 @@ class Handler(http.server.BaseHTTPRequestHandler):
                 linger = struct.pack("ii", 1, 0)
                 self.connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, linger)
                 os.close(self.connection.detach())
+        elif name == "sets":
+            self.data_set(*rest)
         else:
             self.answer(404, b"")
+
+    def data_set(self, way, name):  # of /tmp/served: whole, or in another way
+        with open("/tmp/served/" + name, "rb") as file:
+            whole = body = file.read()
+        tag = '"%s"' % hashlib.sha256(whole).hexdigest()
+        modified = email.utils.formatdate(os.path.getmtime("/tmp/served/" + name), usegmt=True)
+        status, start = 200, 0
+        if way == "nothing":
+            linger = struct.pack("ii", 1, 0)
+            self.connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, linger)
+            os.close(self.connection.detach())
+            return
+        if way == "gone" and name == "title.akas.tsv.gz":
+            status, body = 404, b"none"
+        elif way == "page" and name == "title.basics.tsv.gz":
+            body = b"<html>"
+        elif self.headers.get("If-None-Match") == tag:
+            status, body = 304, b""
+        elif "Range" in self.headers and self.headers.get("If-Range") == tag:
+            start = int(self.headers["Range"][6:-1])
+            status, body = 206, whole[start:]
+        log.write("%s %d\n" % (self.path, status))
+        log.flush()
+        self.send_response(status)
+        self.send_header("ETag", tag)
+        self.send_header("Last-Modified", modified)
+        self.send_header("Content-Length", str(len(body)))
+        if status == 206:
+            self.send_header("Content-Range", "bytes %d-%d/%d" % (start, len(whole) - 1, len(whole)))
+        self.end_headers()
+        if way == "slow":
+            for i in range(0, len(body), 2000):
+                self.wfile.write(body[i:i + 2000])
+                time.sleep(0.02)
+        elif way == "pieces" and len(body) > 80000:
+            self.wfile.write(body[:80000])
+            self.close_connection = True
+        else:
+            self.wfile.write(body)
 
 
 class Server(http.server.ThreadingHTTPServer):

@@ -98,6 +98,8 @@ completes 'search show episode' "$quilp" --format json help tv ''
 completes 'Movie Music' "$quilp" addon check --type = M
 completes '-o default' "$quilp" addon check --type Movie ''
 completes catalogue "$quilp" addon enable ca
+completes --accept-terms "$quilp" catalogue fetch --a
+completes '-o default' "$quilp" catalogue import ''
 
 # zsh and fish ask the program in the same way.
 zsh=$(find "$usr/share/zsh" -name _quilp)

@@ -100,6 +100,7 @@ refused '"Moive"; did you mean "Movie"' addon check x --type Moive
 refused '--type is missing' addon check x
 refused '"katalogue"; did you mean "catalogue"' addon enable katalogue
 refused 'NAME is missing' addon disable
+refused 'DIR is missing' catalogue fetch --accept-terms
 refused 'FILE is missing' karaoke
 refused 'SEASON: "" is no number' tv episode tt9500001 '' 1
 

@@ -1,15 +1,17 @@
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <string>
+#include <system_error>
 
 #include "catalogue/import.h"
 #include "command/catalogue_file.h"
 #include "command/commands.h"
 #include "command/options.h"
+#include "output/duration.h"
 #include "output/message.h"
 #include "scan/messages.h"
 
@@ -40,12 +42,6 @@ Take toSize(std::size_t& bytes) {
                        'M');
     }
   };
-}
-
-std::string minutesAndSeconds(double seconds) {
-  const auto whole = std::lround(seconds);
-  const std::string rest = std::to_string(whole % 60);
-  return std::to_string(whole / 60) + ':' + (rest.size() < 2 ? "0" : "") + rest;
 }
 
 class Teller {
@@ -93,6 +89,11 @@ void report(const Imported& imported, const std::string& file, double seconds) {
 int import(ImportOptions options) {
   if (options.to.empty()) {
     options.to = catalogueFile();
+    std::error_code unlikely;  // of which the import tells when it cannot write the file
+    if (options.to.front() == '/') {
+      std::filesystem::create_directories(std::filesystem::path(options.to).parent_path(),
+                                          unlikely);
+    }
   }
   Teller teller;
   try {

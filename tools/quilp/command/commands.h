@@ -24,6 +24,7 @@ void addAddonEnable(Command& addon);
 void addAddonDisable(Command& addon);
 
 // Parts of the "catalogue" command.
+void addCatalogueFetch(Command& catalogue);
 void addCatalogueImport(Command& catalogue);
 void addCatalogueInfo(Command& catalogue);
 void addCatalogueSearch(Command& catalogue);
