@@ -359,6 +359,25 @@ TEST_F(AddOn, IsSearchedAlongThePath) {
   setenv("PATH", path.c_str(), 1);
 }
 
+TEST_F(AddOn, IsToldTheWordsOfASearch) {
+  const char kKeep[] =
+      "{ env | grep -E '^QUILP_(NAME|YEAR)'; echo $HOME; } >/etc/config/words\ntrue\n";
+  const string home = string(std::getenv("HOME")) + '\n';
+  // What the host inherited is of another search.
+  setenv("QUILP_NAME", "inherited", 1);
+  setenv("QUILP_YEAR", "1999", 1);
+  test::answerWith("Movie", kMovies, kKeep);
+  ask("velSearchMovie", {"The.Film 2049 (2010) 720p"});
+  EXPECT_EQ(test::readFile("/etc/config/words"), "QUILP_NAME=The.Film 2049 (2010) 720p\n" + home);
+  ask("velGetMovieByID", {"abcde1"});
+  EXPECT_EQ(test::readFile("/etc/config/words"), home);
+  test::answerWith("TV", kShows, kKeep);
+  ask("velPrintSearchTVShows", {"A B"});
+  EXPECT_EQ(test::readFile("/etc/config/words"), "QUILP_NAME=A B\n" + home);
+  unsetenv("QUILP_NAME");
+  unsetenv("QUILP_YEAR");
+}
+
 TEST_F(AddOn, IsHeardByNobody) {
   setenv("SPOIL", "loud", 1);
   test::registerAddOn("Movie", QUILP_TESTS "/addon.sh");

@@ -56,7 +56,8 @@ Lookup::Lookup(const Request& request, const Values& values, Use use, const Cont
 }
 
 bool Lookup::runAddOn() {
-  call_.emplace(*answer_.addOn, argumentsOf(request_, values_, *answer_.addOn), context_);
+  call_.emplace(*answer_.addOn, argumentsOf(request_, values_, *answer_.addOn),
+                variablesOf(request_, values_), context_);
   const ProgramEnd& end = call_->end();
   answer_.status = end.reported();
   if (!end.started()) {

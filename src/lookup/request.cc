@@ -94,6 +94,15 @@ std::vector<std::string> argumentsOf(const Request& request, const Values& value
   return arguments;
 }
 
+Variables variablesOf(const Request& request, const Values& values) {
+  for (const Option& option : request.options) {
+    if (option.value == Value::kKeyword && values.keyword != nullptr) {
+      return {{kNameVariable, values.keyword}};
+    }
+  }
+  return {};
+}
+
 bool writeOut(const PrintedAnswer& answer) {
   if (answer.document) {
     std::fputs(answer.document->c_str(), stdout);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lookup/answer.h"
+#include "plugin/environment.h"
 #include "plugin/observer.h"
 #include "plugin/record_table.h"
 
@@ -115,6 +116,9 @@ std::optional<AddOn> addOnFor(const Request& request, Use use, const Context& co
 /// Verb and options, as passed to the add-on.
 std::vector<std::string> argumentsOf(const Request& request, const Values& values,
                                      const AddOn& addOn);
+
+/// What an add-on finds in its environment: a search, the caller's own words.
+Variables variablesOf(const Request& request, const Values& values);
 
 /// Elements of movies and shows in an add-on's search that only programs read which match files.
 inline constexpr const char* kMatchingElements[] = {"original_title", "alternative_title", "votes"};

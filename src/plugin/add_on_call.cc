@@ -14,7 +14,7 @@ const char* withoutPrefix(const char* id) {
 }
 
 AddOnCall::AddOnCall(const AddOn& addOn, const std::vector<std::string>& arguments,
-                     const Context& context) {
+                     const Variables& variables, const Context& context) {
   file_.choose();
   std::vector<std::string> words = {addOn.program};
   words.insert(words.end(), arguments.begin(), arguments.end());
@@ -28,7 +28,8 @@ AddOnCall::AddOnCall(const AddOn& addOn, const std::vector<std::string>& argumen
   if (context.observer != nullptr) {
     context.observer->addOnStarted(words);
   }
-  end_ = runProgram(argv.data());
+  Environment environment(variables);
+  end_ = runProgram(argv.data(), environment.data());
   if (context.observer != nullptr) {
     context.observer->addOnEnded(end_);
   }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "plugin/environment.h"
 #include "plugin/files.h"
 #include "plugin/observer.h"
 #include "plugin/registry.h"
@@ -17,7 +18,8 @@ const char* withoutPrefix(const char* id);
 class AddOnCall {
  public:
   /// Runs the add-on with the arguments, then "-o" FILE.
-  AddOnCall(const AddOn& addOn, const std::vector<std::string>& arguments, const Context& context);
+  AddOnCall(const AddOn& addOn, const std::vector<std::string>& arguments,
+            const Variables& variables, const Context& context);
 
   const ProgramEnd& end() const { return end_; }
   const char* file() const { return file_.name(); }

@@ -77,8 +77,9 @@ class Redirection {
 
 /// Starts the program, or the system's shell with a script that has no interpreter line. Returns 0
 /// or an errno value.
-int start(pid_t& child, const char* path, char** argv, const Redirection& redirection) {
-  const int error = posix_spawn(&child, path, redirection.actions(), nullptr, argv, environ);
+int start(pid_t& child, const char* path, char** argv, char** environment,
+          const Redirection& redirection) {
+  const int error = posix_spawn(&child, path, redirection.actions(), nullptr, argv, environment);
   if (error != ENOEXEC) {
     return error;
   }
@@ -86,7 +87,8 @@ int start(pid_t& child, const char* path, char** argv, const Redirection& redire
   do {
     script.push_back(*++argv);
   } while (*argv != nullptr);
-  return posix_spawn(&child, kSystemShell, redirection.actions(), nullptr, script.data(), environ);
+  return posix_spawn(&child, kSystemShell, redirection.actions(), nullptr, script.data(),
+                     environment);
 }
 
 /// Errors after which execvp tries the next folder of PATH.
@@ -97,14 +99,14 @@ bool triesNext(int error) {
 
 }  // namespace
 
-ProgramEnd runProgram(char** argv) {
+ProgramEnd runProgram(char** argv, char** environment) {
   ProgramEnd end;
   const bool isPath = std::strchr(argv[0], '/') != nullptr;
   end.error = isPath && access(argv[0], F_OK) == 0 ? EACCES : ENOENT;
   pid_t child = -1;
   const Redirection redirection;
   anyProgram(argv[0], [&](const char* path) {
-    end.error = start(child, path, argv, redirection);
+    end.error = start(child, path, argv, environment, redirection);
     return !triesNext(end.error);
   });
   if (!end.started()) {

@@ -19,8 +19,9 @@ struct ProgramEnd {
   int reported() const { return interrupted ? 0 : exitStatus(); }
 };
 
-/// Runs argv[0], found like execvp does, with its output to /dev/null. Waits without a time limit.
-ProgramEnd runProgram(char** argv);
+/// Runs argv[0], found like execvp does, in the given environment and with its output to /dev/null.
+/// Waits without a time limit.
+ProgramEnd runProgram(char** argv, char** environment);
 
 /// Whether execvp would find the program, directly or along PATH.
 bool canBeExecuted(const char* program);

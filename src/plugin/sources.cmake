@@ -1,5 +1,6 @@
 target_sources(quilp_objects PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/add_on_call.cc
+  ${CMAKE_CURRENT_LIST_DIR}/environment.cc
   ${CMAKE_CURRENT_LIST_DIR}/fetch_report.cc
   ${CMAKE_CURRENT_LIST_DIR}/files.cc
   ${CMAKE_CURRENT_LIST_DIR}/observer.cc

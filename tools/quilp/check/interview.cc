@@ -208,8 +208,12 @@ std::optional<Document> Interview::judgeAnswer(const Question& question, const R
   return document;
 }
 
+/// The second time as newer callers ask: with the keyword in the environment, too.
 void Interview::askAgain(const Question& question, const Document& document) {
-  const Run run = runner_.run(question.arguments);
+  const libquilp::Variables variables =
+      question.hasKeyword() ? libquilp::Variables{{libquilp::kNameVariable, question.text()}}
+                            : libquilp::Variables{};
+  const Run run = runner_.run(question.arguments, variables);
   const Document again = openDocument(question.request, run.file->name());
   const std::string fault = conduct(run);
   if (!fault.empty()) {

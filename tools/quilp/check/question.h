@@ -19,6 +19,9 @@ struct Question {
   /// The arguments with another text: the value of the first option.
   std::vector<std::string> argumentsWith(const std::string& text) const;
 
+  /// The value of the first option.
+  const std::string& text() const;
+
   /// Whether that text is a keyword, which is cleaned before the add-on gets it.
   bool hasKeyword() const;
 };

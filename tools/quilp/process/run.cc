@@ -92,7 +92,9 @@ class Pipe {
 /// One run, from the start of the add-on to the end of all its processes.
 class Watch {
  public:
-  Watch(const std::vector<std::string>& command, const std::string& folder, Run& run) : run_(run) {
+  Watch(const std::vector<std::string>& command, const libquilp::Variables& variables,
+        const std::string& folder, Run& run)
+      : run_(run), environment_(variables) {
     // The input stays open; how much is left in it shows whether the add-on read it.
     if (write(input_.writing(), kInput.data(), kInput.size()) < 0) {
       throw std::system_error(errno, std::generic_category(), "cannot write to a pipe");
@@ -150,7 +152,7 @@ class Watch {
       dup2(output_.writing(), STDOUT_FILENO);
       dup2(output_.writing(), STDERR_FILENO);
       if (chdir(folder.c_str()) == 0) {
-        execvp(argv[0], argv.data());
+        execvpe(argv[0], argv.data(), environment_.data());
       }
       const int error = errno;
       _exit(write(errors.writing(), &error, sizeof error) < 0 ? 1 : 0);
@@ -194,6 +196,7 @@ class Watch {
   }
 
   Run& run_;
+  libquilp::Environment environment_;
   Pipe input_;
   Pipe output_;
   pid_t child_ = -1;
@@ -214,19 +217,20 @@ Runner::~Runner() {
   std::filesystem::remove_all(folder_, ignored);
 }
 
-Run Runner::run(const std::vector<std::string>& arguments) {
+Run Runner::run(const std::vector<std::string>& arguments, const libquilp::Variables& variables) {
   auto file = std::make_shared<libquilp::CTmpFile>();
   file->choose();
-  Run run = runInto(arguments, file->name());
+  Run run = runInto(arguments, file->name(), variables);
   run.file = file;
   return run;
 }
 
 Run Runner::runUnwritable(const std::vector<std::string>& arguments) {
-  return runInto(arguments, folder_ + "/no such folder/document");
+  return runInto(arguments, folder_ + "/no such folder/document", {});
 }
 
-Run Runner::runInto(const std::vector<std::string>& arguments, const std::string& file) {
+Run Runner::runInto(const std::vector<std::string>& arguments, const std::string& file,
+                    const libquilp::Variables& variables) {
   std::vector<std::string> command = {program_};
   command.insert(command.end(), arguments.begin(), arguments.end());
   command.insert(command.end(), {"-o", file});
@@ -235,7 +239,7 @@ Run Runner::runInto(const std::vector<std::string>& arguments, const std::string
   const SignalWatch signals;
   const Leftovers leftovers(folder_, file);
   {
-    Watch watch(command, folder_, run);
+    Watch watch(command, variables, folder_, run);
     watch.wait(Clock::now() + limit_, file.c_str());
   }
   run.leftovers = leftovers.collect();

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "plugin/environment.h"
 #include "plugin/files.h"
 
 namespace quilp {
@@ -38,7 +39,7 @@ class Runner {
   Runner& operator=(const Runner&) = delete;
 
   /// `arguments` are those before "-o FILE".
-  Run run(const std::vector<std::string>& arguments);
+  Run run(const std::vector<std::string>& arguments, const libquilp::Variables& variables = {});
 
   /// The same, with a file that cannot be created.
   Run runUnwritable(const std::vector<std::string>& arguments);
@@ -46,7 +47,8 @@ class Runner {
   const std::string& program() const { return program_; }
 
  private:
-  Run runInto(const std::vector<std::string>& arguments, const std::string& file);
+  Run runInto(const std::vector<std::string>& arguments, const std::string& file,
+              const libquilp::Variables& variables);
 
   std::string program_;
   std::chrono::milliseconds limit_;
