@@ -74,6 +74,13 @@ for page in "$top"/docs/man/*.[1-9]; do
 done
 [ -x "$usr/share/doc/quilp/examples/addon-movie.sh" ] || fail "no example of an add-on"
 
+# Wherever it was installed, the program finds the stock add-ons, and they start.
+catalogue=$("$quilp" addon list --format json | sed -n 's/.*"program" : "\(.*\/catalogue\)".*/\1/p') || true
+[ "$catalogue" = "$usr/libexec/quilp/catalogue" ] || fail "the stock add-on is expected at $catalogue"
+status=0
+"$catalogue" 2>/dev/null || status=$?
+[ "$status" -eq 2 ] || fail "the stock add-on ends with $status"
+
 # completes EXPECTED WORD...: the words that may stand for the last one, or what readline is told.
 # shellcheck source=completions/quilp.bash
 . "$usr/share/bash-completion/completions/quilp"
