@@ -228,8 +228,9 @@ class Judge {
       };
       bool known = child.type() != pugi::node_element;
       std::string meant;
-      const bool isTitleSearch =
-          request_.entry != nullptr && request_.media.printing == libquilp::Printing::kRecords;
+      const bool isTitle = request_.media.printing == libquilp::Printing::kRecords;
+      const bool isTitleSearch = isTitle && request_.entry != nullptr;
+      known = known || (isTitle && isRead("imdb"));
       known =
           known || (isTitleSearch && std::any_of(std::begin(libquilp::kMatchingElements),
                                                  std::end(libquilp::kMatchingElements), isRead));

@@ -25,6 +25,7 @@ const std::vector<StockAddOn>& stockAddOns() {
   static const std::vector<StockAddOn> kAddOns = {
       {"catalogue", "Movie TV", "answers from the offline catalogue", "", "",
        "Information courtesy of IMDb (https://www.imdb.com). Used with permission."},
+      {"chain", "Movie TV Music", "asks other add-ons and merges what they answer", "", "", ""},
   };
   return kAddOns;
 }
