@@ -67,9 +67,14 @@ void Document::value(const std::string& name, std::string_view bytes) {
   text_.append("]]></").append(name).append(">\n");
 }
 
-void Document::plain(const std::string& name, std::string_view bytes) {
+void Document::plain(const std::string& name, std::string_view bytes,
+                     const Attributes& attributes) {
   indent();
-  text_.append("<").append(name).append(">");
+  text_.append("<").append(name);
+  for (const auto& [attribute, number] : attributes) {
+    text_.append(" ").append(attribute).append("=\"").append(std::to_string(number)).append("\"");
+  }
+  text_.append(">");
   for (const char c : allowed(bytes)) {
     switch (c) {
       case '&':

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quilp::kit {
@@ -20,8 +21,9 @@ class Document {
   /// An element with its value in a CDATA section.
   void value(const std::string& name, std::string_view text);
 
-  /// An element with plain text, as karaoke has it.
-  void plain(const std::string& name, std::string_view text);
+  /// An element with plain text, as karaoke has it, and attributes, whose values are numbers.
+  using Attributes = std::vector<std::pair<std::string, int>>;
+  void plain(const std::string& name, std::string_view text, const Attributes& attributes = {});
 
   /// Writes the document and closes all elements. Throws std::runtime_error; no file is left then.
   void write(const std::string& path);

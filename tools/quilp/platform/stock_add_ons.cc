@@ -26,6 +26,7 @@ const std::vector<StockAddOn>& stockAddOns() {
       {"catalogue", "Movie TV", "answers from the offline catalogue", "", "",
        "Information courtesy of IMDb (https://www.imdb.com). Used with permission."},
       {"chain", "Movie TV Music", "asks other add-ons and merges what they answer", "", "", ""},
+      {"song", "KTV", "reads the names of karaoke songs", "", "", ""},
   };
   return kAddOns;
 }
