@@ -25,6 +25,7 @@ addon 0 enable catalogue
 asked Movie catalogue-movie
 asked TV catalogue-tv
 asked Music built-in
+grep -q 'catalogue cannot answer yet: .*catalogue.db is missing' /tmp/errors || fail "$(cat /tmp/errors)"
 grep -q 'courtesy of IMDb' /tmp/out || fail "enable: no attribution: $(cat /tmp/out)"
 [ "$(stat -c %a "$registry")" = 644 ] || fail "the mode of a new registry"
 cp "$registry" /tmp/once

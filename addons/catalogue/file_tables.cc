@@ -64,7 +64,9 @@ class FileTables : public Tables {
 
 FileTables::FileTables(const std::string& path) : path_(path) {
   if (access(path.c_str(), R_OK) != 0) {
-    throw std::runtime_error(path + ": " + std::strerror(errno));
+    const std::string hint =
+        errno == ENOENT ? "; \"quilp catalogue import\" makes the catalogue" : "";
+    throw std::runtime_error(path + ": " + std::strerror(errno) + hint);
   }
   sqlite3* opened = nullptr;
   const int result =

@@ -1,9 +1,13 @@
+#include <unistd.h>
+
 #include <cstdio>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "command/catalogue_file.h"
 #include "command/commands.h"
+#include "kit/settings.h"
 #include "lookup/request.h"
 #include "output/exit_status.h"
 #include "output/message.h"
@@ -50,6 +54,21 @@ std::vector<const StockAddOn*> addOnsOf(const Names& names) {
   return addOns;
 }
 
+/// What keeps an add-on from answering, although it is enabled; empty for nothing.
+std::string whatLacks(const StockAddOn& addOn) {
+  if (*addOn.key != '\0' && kit::Settings().get(addOn.name, addOn.key, "").empty()) {
+    return std::string("the setting ") + addOn.key + " of [" + addOn.name +
+           "] is missing: see quilp.conf(5)";
+  }
+  if (addOn.name == std::string("catalogue")) {
+    const std::string file = catalogueFile();
+    if (file.front() == '/' && access(file.c_str(), F_OK) != 0) {
+      return file + " is missing: \"quilp catalogue import\" makes it";
+    }
+  }
+  return "";
+}
+
 int enable(const Names& names) {
   const std::vector<const StockAddOn*> addOns = addOnsOf(names);
   RegistryFile registry;
@@ -63,10 +82,8 @@ int enable(const Names& names) {
     if (*addOn->attribution != '\0') {
       printLine(addOn->name, addOn->attribution);
     }
-    if (*addOn->key != '\0') {
-      tell(std::string(addOn->name) + " needs the setting \"" + addOn->key + "\" of the section [" +
-           addOn->name + "]: see quilp.conf(5)");
-    }
+    const std::string lack = whatLacks(*addOn);
+    tell(lack.empty() ? "" : std::string(addOn->name) + " cannot answer yet: " + lack);
   }
   return std::cout.flush() ? 0 : kNothingFound;
 }

@@ -87,7 +87,8 @@ bool printListAsJson(const RegistryView& registry) {
   return printJson(list);
 }
 
-void printObstacles(const RegistryView& registry, const RegistrySection& section) {
+/// Returns whether there are any.
+bool printObstacles(const RegistryView& registry, const RegistrySection& section) {
   const std::string label = '[' + section.name + ']';
   const std::string records = registry.obstacle(section, Use::kRecords);
   const std::string print = registry.obstacle(section, Use::kPrint);
@@ -98,7 +99,9 @@ void printObstacles(const RegistryView& registry, const RegistrySection& section
     printLine(label, print.empty() ? "" : "not for print: " + print);
   }
   const bool isAsked = records.empty() || print.empty();
-  printLine(label, isAsked ? RegistryView::defect(section) : "");
+  const std::string defect = isAsked ? RegistryView::defect(section) : "";
+  printLine(label, defect);
+  return !records.empty() || !print.empty() || !defect.empty();
 }
 
 void printStock(const RegistryView& registry) {
@@ -135,10 +138,11 @@ bool printListAsTable(const RegistryView& registry) {
   }
   uses.print();
   std::cout << '\n';
+  bool hasObstacles = false;
   for (const RegistrySection& section : registry.sections()) {
-    printObstacles(registry, section);
+    hasObstacles = printObstacles(registry, section) || hasObstacles;
   }
-  std::cout << (registry.sections().empty() ? "" : "\n");
+  std::cout << (hasObstacles ? "\n" : "");
   printStock(registry);
   return static_cast<bool>(std::cout.flush());
 }

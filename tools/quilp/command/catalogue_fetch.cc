@@ -116,6 +116,7 @@ class FetchTeller {
 int fetchAll(const std::string& folder) {
   const std::string base = baseAddress();
   const Folder lock(folder);
+  const std::string prefix = folder + '/';
   Curl curl;
   FetchTeller teller;
   int status = 0;
@@ -124,7 +125,7 @@ int fetchAll(const std::string& folder) {
     const std::string name = std::string(dataSet) + ".tsv.gz";
     teller.start(name, ++number);
     const Downloaded result = download(
-        curl, base + name, folder + '/' + name,
+        curl, base + name, prefix + name,
         [&teller](std::uint64_t bytes, std::uint64_t total) { teller.show(bytes, total); });
     teller.clear();
     switch (result.outcome) {

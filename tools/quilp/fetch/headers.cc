@@ -29,7 +29,8 @@ Headers readHeaders(const std::string& path) {
     line.erase(line.find_last_not_of("\r \t") + 1);
     if (line.compare(0, 5, "HTTP/") == 0) {
       headers = {};
-      headers.status = std::atoi(line.c_str() + std::min(line.find(' '), line.size()));
+      const char* const status = line.c_str() + std::min(line.find(' '), line.size());
+      headers.status = static_cast<int>(std::strtol(status, nullptr, 10));
     } else if (take(line, "ETag", value)) {
       headers.etag = value;
     } else if (take(line, "Last-Modified", value)) {
