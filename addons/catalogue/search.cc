@@ -9,6 +9,7 @@
 #include "layout.h"
 #include "normalise.h"
 #include "score.h"
+#include "tally.h"
 #include "words.h"
 
 namespace quilp::catalogue {
@@ -162,9 +163,9 @@ void Search::compareWords(std::vector<QueryWord>& words) {
     }
   }
   tables_.prefetchStarts("posting", postings, kPostingBytes);
-  std::unordered_map<std::uint32_t, double> weights;
+  Tally tally;
   for (std::size_t i = 0; i < known.size() && i < kRarest; ++i) {
-    std::unordered_map<std::uint32_t, double> ofWord;
+    tally.startWord();
     for (const Reading& reading : known[i]->readings) {
       const double weight = std::log(allNames_ / (reading.names + 1.0)) / (1 + reading.wrong * .5);
       const std::string row = tables_.rowStart("posting", reading.number, kPostingBytes);
@@ -173,28 +174,14 @@ void Search::compareWords(std::vector<QueryWord>& words) {
       from.text();
       std::uint32_t name = 0;
       // The end of a row that was cut off may be half a number.
-      for (std::uint32_t n = 0; n < count && from.rest().size() > 5; ++n) {
+      const std::size_t rest = row.size() < kPostingBytes ? 0 : 5;
+      for (std::uint32_t n = 0; n < count && from.rest().size() > rest; ++n) {
         name += from.number32();
-        double& held = ofWord[name];
-        held = std::max(held, weight);
-      }
-      for (std::uint32_t n = 0; row.size() < kPostingBytes && !from.atEnd() && n < 6; ++n) {
-        name += from.number32();
-        double& held = ofWord[name];
-        held = std::max(held, weight);
-      }
-    }
-    for (const auto& [name, weight] : ofWord) {
-      if (i == 0 || weights.size() < 20000 || weights.count(name) != 0) {
-        weights[name] += weight;
+        tally.add(name, static_cast<float>(weight));
       }
     }
   }
-  std::vector<std::pair<double, std::uint32_t>> order;
-  order.reserve(weights.size());
-  for (const auto& [name, weight] : weights) {
-    order.emplace_back(weight, name);
-  }
+  std::vector<std::pair<float, std::uint32_t>> order = tally.all();
   const auto better = [](const auto& a, const auto& b) {
     return a.first != b.first ? a.first > b.first : a.second < b.second;
   };
