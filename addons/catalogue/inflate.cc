@@ -55,10 +55,10 @@ ByteSource::ByteSource(std::string path)
 
 ByteSource::~ByteSource() { close(file_); }
 
-std::size_t ByteSource::fill() {
+std::size_t ByteSource::readFile(char* to, std::size_t size) {
   ssize_t got = 0;
   do {
-    got = ::read(file_, input_.data(), kInput);
+    got = ::read(file_, to, size);
   } while (got < 0 && errno == EINTR);
   if (got < 0) {
     throw std::runtime_error(path_ + ": " + std::strerror(errno));
@@ -66,6 +66,8 @@ std::size_t ByteSource::fill() {
   consumed_ += static_cast<std::uint64_t>(got);
   return static_cast<std::size_t>(got);
 }
+
+std::size_t ByteSource::fill() { return readFile(input_.data(), kInput); }
 
 std::size_t ByteSource::inflateSome(char* to, std::size_t size) {
   z_stream& stream = gzip_->stream;
@@ -101,8 +103,7 @@ std::size_t ByteSource::read(char* to, std::size_t size) {
     return inflateSome(to, size);
   }
   if (input_.empty()) {
-    input_.resize(kInput);
-    input_.resize(fill());
+    return readFile(to, size);
   }
   const std::size_t count = std::min(size, input_.size());
   std::memcpy(to, input_.data(), count);

@@ -25,6 +25,7 @@ class ByteSource {
 
  private:
   struct Gzip;
+  std::size_t readFile(char* to, std::size_t size);
   std::size_t fill();
   std::size_t inflateSome(char* to, std::size_t size);
 

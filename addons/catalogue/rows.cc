@@ -8,7 +8,7 @@
 namespace quilp::catalogue {
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{1} << 19;
+constexpr std::size_t kBlock = std::size_t{1} << 18;
 constexpr std::size_t kQueue = 3;
 constexpr std::size_t kLongestLine = std::size_t{1} << 20;
 constexpr std::size_t kSamples = 20;
@@ -77,14 +77,23 @@ bool Rows::push(Block block) {
   return !stopped_;
 }
 
+/// The room of a block that was read, for another.
+std::string Rows::spare() {
+  const std::lock_guard lock(mutex_);
+  std::string text = std::move(spare_);
+  spare_.clear();
+  text.clear();
+  return text;
+}
+
 /// Cuts the file into blocks of whole lines.
 void Rows::readAhead() {
   try {
     std::string rest;
     while (true) {
       Block block;
-      block.text = std::move(rest);
-      rest.clear();
+      block.text = spare();
+      block.text.swap(rest);
       const std::size_t held = block.text.size();
       block.text.resize(held + kBlock);
       const std::size_t got = source_.read(block.text.data() + held, kBlock);
@@ -117,6 +126,7 @@ bool Rows::nextBlock() {
   }
   std::unique_lock lock(mutex_);
   changed_.wait(lock, [this] { return !queue_.empty(); });
+  spare_ = std::move(block_.text);
   block_ = std::move(queue_.front());
   queue_.pop_front();
   changed_.notify_all();

@@ -64,6 +64,7 @@ class Rows {
 
   void readAhead();
   bool push(Block block);
+  std::string spare();
   bool nextBlock();
   bool nextLine(std::string_view& line);
   bool split(std::string_view line);
@@ -83,6 +84,7 @@ class Rows {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Block> queue_;
+  std::string spare_;
   bool stopped_ = false;
   std::thread thread_;
 };

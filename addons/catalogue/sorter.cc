@@ -164,10 +164,16 @@ char* Sorter::room(std::size_t size) {
         blockBytes_ + block + 2 * entries_.capacity() * sizeof(Entry) > memory_) {
       spill();
     }
-    blocks_.emplace_back(new char[block]);
     blockBytes_ += block;
-    free_ = blocks_.back().get();
-    freeBytes_ = block;
+    if (block > kBlock) {
+      large_.emplace_back(new char[block]);
+      return large_.back().get();
+    }
+    if (usedBlocks_ == blocks_.size()) {
+      blocks_.emplace_back(new char[kBlock]);
+    }
+    free_ = blocks_[usedBlocks_++].get();
+    freeBytes_ = kBlock;
   }
   char* const record = free_;
   free_ += size;
@@ -197,8 +203,8 @@ void Sorter::spill() {
   run->flush();
   runs_.push_back(std::move(run));
   entries_.clear();
-  blocks_.clear();
-  blockBytes_ = freeBytes_ = 0;
+  large_.clear();
+  usedBlocks_ = blockBytes_ = freeBytes_ = 0;  // blocks are kept for the next run
 }
 
 void Sorter::sort() {
@@ -208,6 +214,7 @@ void Sorter::sort() {
   }
   spill();
   std::vector<Entry>().swap(entries_);
+  blocks_.clear();
   auto ended = std::remove_if(runs_.begin(), runs_.end(), [](std::unique_ptr<Run>& run) {
     run->rewind();
     return !run->next();

@@ -44,6 +44,8 @@ class Sorter {
   std::size_t memory_;
   std::string folder_;
   std::vector<std::unique_ptr<char[]>> blocks_;
+  std::vector<std::unique_ptr<char[]>> large_;  // of a record each
+  std::size_t usedBlocks_ = 0;
   std::size_t blockBytes_ = 0;
   char* free_ = nullptr;
   std::size_t freeBytes_ = 0;

@@ -123,7 +123,7 @@ void addCatalogueImport(Command& catalogue) {
   command.options.push_back({0, "cast", "N", "Cast members kept of each title (default: 10)",
                              toNumber("--cast", cast, 0, 1000)});
   command.options.push_back(
-      {0, "memory", "SIZE", "Memory to use, such as 256M (default: 1G)", toSize(options.memory)});
+      {0, "memory", "SIZE", "Memory to use, such as 64M (default: 256M)", toSize(options.memory)});
   command.run = [] {
     options.adult = !withoutAdult;
     options.cast = static_cast<unsigned>(cast);
