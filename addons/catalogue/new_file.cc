@@ -38,7 +38,7 @@ constexpr const char* kTables =
 }
 
 void syncPath(const std::string& path, int flags) {
-  const int file = open(path.c_str(), flags | O_CLOEXEC);
+  const int file = ::open(path.c_str(), flags | O_CLOEXEC);
   if (file < 0) {
     failSystem(path);
   }
@@ -60,6 +60,7 @@ class NewFile : public NewStore {
   void finish() override;
 
  private:
+  void open();
   void run(const char* sql);
   sqlite3_stmt* prepared(const char* sql);
   void done(sqlite3_stmt* statement);
@@ -75,7 +76,7 @@ class NewFile : public NewStore {
 
 NewFile::NewFile(const std::string& path) : path_(path), new_(path + ".new") {
   // One that a killed import left behind is written anew.
-  lock_ = open(new_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
+  lock_ = ::open(new_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
   if (lock_ < 0) {
     failSystem(new_);
   }
@@ -89,8 +90,17 @@ NewFile::NewFile(const std::string& path) : path_(path), new_(path + ".new") {
     close(lock_);  // the other import has just put it in place
     throw std::runtime_error(new_ + ": another import has just finished");
   }
-  if (ftruncate(lock_, 0) != 0) {
+  try {
+    open();
+  } catch (...) {
+    unlink(new_.c_str());
     close(lock_);
+    throw;
+  }
+}
+
+void NewFile::open() {
+  if (ftruncate(lock_, 0) != 0) {
     failSystem(new_);
   }
   sqlite3* opened = nullptr;
