@@ -21,6 +21,7 @@ int run(int argc, char** argv) {
     const std::string value = sign == nullptr ? "" : sign + 1;
     const std::string name(argv[i], std::strcspn(argv[i], "="));
     if (value == "key") {
+      http.requireKey();
       request.secretQuery.emplace_back(name, http.key());
     } else {
       request.query.emplace_back(name, value);

@@ -107,6 +107,10 @@ anew
 row 'http_get: 127.0.0.1:8390 has no time for this request (status 503)' /always/503
 [ "$(asked /always/503)" = 3 ] || fail "asked $(asked /always/503) times"
 
+anew
+sed -i /^key=/d $QUILP_CONFIG
+row 'http_get: there is no key: [x] of /tmp/quilp.conf wants key= or key_file=' /size/4 key=key
+
 # TLS.
 base=https://127.0.0.1:8391
 anew certificates=/tmp/certificate.pem

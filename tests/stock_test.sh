@@ -36,6 +36,17 @@ asked Movie built-in
 addon 0 enable catalogue
 cmp "$registry" /tmp/once || fail "disabled and enabled"
 
+
+# What is wrong, in a sentence.
+export QUILP_CONFIG=/tmp/quilp.conf
+printf '[catalogue]\npath=/tmp/none.db\n[chain]\nMovie=catalogue\nTV=catalogue /tmp/none\nMusic=/bin/true\n' >$QUILP_CONFIG
+addon 1 test catalogue chain
+grep -q '^quilp: catalogue: /tmp/none.db: No such file' /tmp/errors || fail "test: $(cat /tmp/errors)"
+grep -q '^quilp: chain: \[chain\] TV: /tmp/none cannot be started' /tmp/errors || fail "test: $(cat /tmp/errors)"
+sed -i 's| /tmp/none$||' $QUILP_CONFIG
+addon 0 test chain
+grep -qx 'chain: asks catalogue true' /tmp/out || fail "test: $(cat /tmp/out)"
+
 # A registry of others: what others wrote stays, and the new ones are asked first.
 rm "$registry"*
 printf '%s\n' '; mine: no end of "[" here' '[Other]' 'Type=Movie' 'Class=Kestrawind' 'Enable = TRUE ; yes' \

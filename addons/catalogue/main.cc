@@ -142,6 +142,11 @@ bool describeShow(const Call& call, Document& document) {
   return true;
 }
 
+std::string test() {
+  const Store store(kit::catalogueFile());
+  return kit::catalogueFile() + " can be read";
+}
+
 }  // namespace
 }  // namespace quilp::catalogue
 
@@ -156,5 +161,6 @@ int main(int argc, char** argv) {
                            {{"searchmovie", "movielist", searchMovie},
                             {"getmovieinfobyid", "movie", describeMovie},
                             {"searchtvshow", "tvshowlist", searchShow},
-                            {"gettvshowinfo", showRoot, describeShow}});
+                            {"gettvshowinfo", showRoot, describeShow}},
+                           test);
 }

@@ -192,6 +192,27 @@ bool searchPictures(const Call& call, Document& document) {
   return search(call, document, Sources("Music", kUsualMusic), "artistthumbnail", "url");
 }
 
+/// Each of its add-ons can be tested by itself.
+std::string test() {
+  std::set<std::string> programs;
+  for (const auto& [type, usual] : {std::pair("Movie", kUsualMovies), std::pair("TV", kUsualShows),
+                                    std::pair("Music", kUsualMusic)}) {
+    unsetenv(kInside);
+    for (const Source& source : Sources(type, usual).list) {
+      if (access(source.program.c_str(), X_OK) != 0) {
+        throw std::runtime_error(std::string("[chain] ") + type + ": " + source.program +
+                                 " cannot be started");
+      }
+      programs.insert(source.name);
+    }
+  }
+  std::string text = "asks";
+  for (const std::string& name : programs) {
+    text += ' ' + name;
+  }
+  return text;
+}
+
 }  // namespace
 }  // namespace quilp::chain
 
@@ -213,5 +234,6 @@ int main(int argc, char** argv) {
                             {"gettvshowinfo", showRoot, describeShow},
                             {"searchAlbum", "albumlist", searchAlbums},
                             {"getAlbumByArtist", "albumlist", searchAlbums},
-                            {"getArtistThumbnail", "artistthumbnail", searchPictures}});
+                            {"getArtistThumbnail", "artistthumbnail", searchPictures}},
+                           test);
 }

@@ -348,6 +348,22 @@ Pace& Http::paceOf(const std::string& host, bool isOwn) {
   return *pace;
 }
 
+void Http::requireKey() const {
+  if (key_.empty()) {
+    throw HttpError(Reason::kKeyRefused, std::string("there is no key: [") + service_.section +
+                                             "] of " + settingsFile() + " wants key= or key_file=");
+  }
+}
+
+std::string Http::test(HttpRequest request) {
+  request.isReload = true;
+  const std::string host = hostOf(base_);
+  if (!get(request).isFound) {
+    throw HttpError(Reason::kWrongAnswer, host + " has no such page: is base= right?");
+  }
+  return host + " answers";
+}
+
 HttpAnswer Http::get(const HttpRequest& request) { return Call(*this, request).answer(); }
 
 }  // namespace quilp::kit

@@ -47,13 +47,13 @@ struct HttpAnswer {
   bool isStale = false;   // an old copy, since the service gives no answer
 };
 
-/// There is no answer. The text is one sentence and names the service's host.
+/// There is no answer. The text is one sentence.
 class HttpError : public std::runtime_error {
  public:
   enum class Reason {
     kUnreachable,  // no network, no connection, or too slow
     kCertificate,  // the host does not prove that it is itself
-    kKeyRefused,   // 401
+    kKeyRefused,   // 401, or there is none
     kBlocked,      // 403, 451
     kBusy,         // 429, 503, or too many requests of this machine wait
     kWrongAnswer,  // anything else
@@ -86,8 +86,15 @@ class Http {
   const std::string& key() const { return key_; }            // empty for none
   const std::string& language() const { return language_; }  // empty for none
 
+  /// For a service that answers nobody without a key. Throws HttpError.
+  void requireKey() const;
+
   /// Throws HttpError.
   HttpAnswer get(const HttpRequest& request);
+
+  /// Makes a request that finds something, past the cache. Returns a sentence for "quilp addon
+  /// test", or throws HttpError.
+  std::string test(HttpRequest request);
 
  private:
   class Call;

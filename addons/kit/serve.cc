@@ -19,8 +19,13 @@ int complain(const char* program, std::string text, int status) {
 
 }  // namespace
 
-int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs) {
+int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs,
+          std::string (*test)()) {
   try {
+    if (argc > 1 && std::string(argv[1]) == "test") {
+      const std::string text = test == nullptr ? "needs neither settings nor a network" : test();
+      return std::printf("%s: %s\n", program, text.c_str()) < 0 ? kNoAnswer : 0;
+    }
     const Call call = readCall(argc, argv);
     const Verb* const verb = std::find_if(verbs.begin(), verbs.end(),
                                           [&](const Verb& each) { return call.verb == each.name; });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <string>
 
 #include "call.h"
 #include "document.h"
@@ -18,6 +19,10 @@ struct Verb {
 
 /// The main function of an add-on: answers one call, and returns the exit status: 0 for a document,
 /// 1 for none, 2 for a wrong call. What went wrong is one line on standard error.
-int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs);
+///
+/// The verb "test" of "quilp addon test" tells on standard output whether the add-on can work:
+/// `test` returns that, or throws std::exception. It is null for an add-on that needs nothing.
+int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs,
+          std::string (*test)() = nullptr);
 
 }  // namespace quilp::kit

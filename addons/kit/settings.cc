@@ -8,14 +8,11 @@
 #include "platform.h"
 
 namespace quilp::kit {
-namespace {
 
 const char* settingsFile() {
   const char* const named = std::getenv("QUILP_CONFIG");
   return named != nullptr && *named != '\0' ? named : libquilp::kSettingsFile;
 }
-
-}  // namespace
 
 Settings::Settings() : file_(settingsFile()) {
   struct stat status {};

@@ -20,6 +20,9 @@ class Settings {
   libquilp::IniFile file_;
 };
 
+/// The file of the settings.
+const char* settingsFile();
+
 /// Where the offline catalogue is.
 std::string catalogueFile();
 

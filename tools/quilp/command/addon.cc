@@ -8,6 +8,7 @@ void addAddonCommands(Command& program) {
   addAddonList(addon);
   addAddonEnable(addon);
   addAddonDisable(addon);
+  addAddonTest(addon);
 }
 
 }  // namespace quilp

@@ -7,14 +7,13 @@
 
 #include "command/catalogue_file.h"
 #include "command/commands.h"
+#include "command/stock_operand.h"
 #include "kit/settings.h"
 #include "lookup/request.h"
 #include "output/exit_status.h"
 #include "output/message.h"
 #include "output/table.h"
 #include "platform/registry_file.h"
-#include "platform/stock_add_ons.h"
-#include "usage/suggestion.h"
 
 namespace quilp {
 namespace {
@@ -38,22 +37,6 @@ void report(const RegistryFile& registry) {
   }
 }
 
-std::vector<const StockAddOn*> addOnsOf(const Names& names) {
-  std::vector<const StockAddOn*> addOns;
-  addOns.reserve(names.size());
-  for (const std::string& name : names) {
-    addOns.push_back(stockAddOn(name));
-    if (addOns.back() == nullptr) {
-      std::vector<std::string> known;
-      for (const StockAddOn& addOn : stockAddOns()) {
-        known.emplace_back(addOn.name);
-      }
-      throw WrongUsage(noSuch("stock add-on", name, known));
-    }
-  }
-  return addOns;
-}
-
 /// What keeps an add-on from answering, although it is enabled; empty for nothing.
 std::string whatLacks(const StockAddOn& addOn) {
   if (*addOn.key != '\0' && kit::Settings().get(addOn.name, addOn.key, "").empty()) {
@@ -70,7 +53,7 @@ std::string whatLacks(const StockAddOn& addOn) {
 }
 
 int enable(const Names& names) {
-  const std::vector<const StockAddOn*> addOns = addOnsOf(names);
+  const std::vector<const StockAddOn*> addOns = stockAddOnsOf(names);
   RegistryFile registry;
   // Each one goes before those that are there.
   for (auto addOn = addOns.rbegin(); addOn != addOns.rend(); ++addOn) {
@@ -89,7 +72,7 @@ int enable(const Names& names) {
 }
 
 int disable(const Names& names) {
-  const std::vector<const StockAddOn*> addOns = addOnsOf(names);
+  const std::vector<const StockAddOn*> addOns = stockAddOnsOf(names);
   RegistryFile registry;
   for (const StockAddOn* const addOn : addOns) {
     registry.disable(*addOn);
@@ -99,21 +82,10 @@ int disable(const Names& names) {
   return std::cout.flush() ? 0 : kNothingFound;
 }
 
-/// What the help and completion call a stock add-on: "catalogue|…".
-std::string shape() {
-  std::string names;
-  for (const StockAddOn& addOn : stockAddOns()) {
-    names += (names.empty() ? "" : "|") + std::string(addOn.name);
-  }
-  return names;
-}
-
 void add(Command& addon, const char* word, const char* summary, Names& names,
          int (*run)(const Names&)) {
   Command& command = addon.add(word, summary);
-  command.operands.push_back({"NAME", "A stock add-on: " + shape(),
-                              [&names](const std::string& name) { names.push_back(name); }, true,
-                              true, shape()});
+  command.operands.push_back(stockOperand(names));
   command.run = [&names, run] { return run(names); };
 }
 

@@ -22,6 +22,7 @@ void addAddonCheck(Command& addon);
 void addAddonList(Command& addon);
 void addAddonEnable(Command& addon);
 void addAddonDisable(Command& addon);
+void addAddonTest(Command& addon);
 
 // Parts of the "catalogue" command.
 void addCatalogueFetch(Command& catalogue);
