@@ -91,11 +91,12 @@ cp "$registry" /tmp/before
 addon 2 enable catalog
 grep -q 'did you mean "catalogue"' /tmp/errors || fail "$(cat /tmp/errors)"
 addon 2 enable
-cp "$QUILP_PROGRAM" /tmp/quilp 2>/dev/null
-if [ -z "${QUILP_EMULATOR-}" ]; then
+# A sanitizer's program is too large for /tmp.
+if [ -z "${QUILP_EMULATOR-}" ] && cp "$QUILP_PROGRAM" /tmp/quilp 2>/dev/null; then
   /tmp/quilp addon enable catalogue 2>/tmp/errors && fail "enabled what is not installed"
   grep -q 'catalogue is not installed: /libexec/quilp/catalogue' /tmp/errors || fail "$(cat /tmp/errors)"
 fi
+rm -f /tmp/quilp
 chmod 555 /etc/config
 addon 1 enable catalogue
 grep -q 'cannot be changed: Permission denied; only its owner' /tmp/errors || fail "$(cat /tmp/errors)"
