@@ -152,15 +152,10 @@ std::string test() {
 
 int main(int argc, char** argv) {
   using namespace quilp::catalogue;
-  // The root of gettvshowinfo depends on what is asked.
-  const char* showRoot = "tvshow";
-  for (int i = 2; i + 1 < argc; i += 2) {
-    showRoot = std::string(argv[i]) == "-e" ? "tvepisode" : showRoot;
-  }
   return quilp::kit::serve("catalogue", argc, argv,
                            {{"searchmovie", "movielist", searchMovie},
                             {"getmovieinfobyid", "movie", describeMovie},
                             {"searchtvshow", "tvshowlist", searchShow},
-                            {"gettvshowinfo", showRoot, describeShow}},
+                            {"gettvshowinfo", quilp::kit::showRoot(argc, argv), describeShow}},
                            test);
 }

@@ -218,9 +218,7 @@ std::string test() {
 
 int main(int argc, char** argv) {
   using namespace quilp::chain;
-  const char* showRoot = "tvshow";  // it depends on what is asked
   for (int i = 1; i < argc; i += i == 1 ? 1 : 2) {
-    showRoot = std::strcmp(argv[i], "-e") == 0 ? "tvepisode" : showRoot;
     if (i == 1) {
       arguments.emplace_back(argv[i]);
     } else if (std::strcmp(argv[i], "-o") != 0 && i + 1 < argc) {
@@ -231,7 +229,7 @@ int main(int argc, char** argv) {
                            {{"searchmovie", "movielist", searchMovie},
                             {"getmovieinfobyid", "movie", describeMovie},
                             {"searchtvshow", "tvshowlist", searchShow},
-                            {"gettvshowinfo", showRoot, describeShow},
+                            {"gettvshowinfo", quilp::kit::showRoot(argc, argv), describeShow},
                             {"searchAlbum", "albumlist", searchAlbums},
                             {"getAlbumByArtist", "albumlist", searchAlbums},
                             {"getArtistThumbnail", "artistthumbnail", searchPictures}},

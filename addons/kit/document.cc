@@ -93,17 +93,21 @@ void Document::plain(const std::string& name, std::string_view bytes,
   text_.append("</").append(name).append(">\n");
 }
 
-void Document::write(const std::string& path) {
+const std::string& Document::text() {
   while (!open_.empty()) {
     close();
   }
+  return text_;
+}
+
+void Document::write(const std::string& path) {
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (file < 0) {
     throw std::runtime_error(path + ": " + std::strerror(errno));
   }
   struct stat status {};
   const bool isFile = fstat(file, &status) == 0 && S_ISREG(status.st_mode);
-  std::string_view rest = text_;
+  std::string_view rest = text();
   int error = 0;
   while (error == 0 && !rest.empty()) {
     const ssize_t written = ::write(file, rest.data(), rest.size());

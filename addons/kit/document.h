@@ -25,7 +25,10 @@ class Document {
   using Attributes = std::vector<std::pair<std::string, int>>;
   void plain(const std::string& name, std::string_view text, const Attributes& attributes = {});
 
-  /// Writes the document and closes all elements. Throws std::runtime_error; no file is left then.
+  /// The whole document; closes all elements.
+  const std::string& text();
+
+  /// Writes the document. Throws std::runtime_error; no file is left then.
   void write(const std::string& path);
 
  private:

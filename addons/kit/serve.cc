@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 namespace quilp::kit {
@@ -19,7 +20,7 @@ int complain(const char* program, std::string text, int status) {
 
 }  // namespace
 
-int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs,
+int serve(const char* program, int argc, char** argv, const std::vector<Verb>& verbs,
           std::string (*test)()) {
   try {
     if (argc > 1 && std::string(argv[1]) == "test") {
@@ -27,8 +28,8 @@ int serve(const char* program, int argc, char** argv, std::initializer_list<Verb
       return std::printf("%s: %s\n", program, text.c_str()) < 0 ? kNoAnswer : 0;
     }
     const Call call = readCall(argc, argv);
-    const Verb* const verb = std::find_if(verbs.begin(), verbs.end(),
-                                          [&](const Verb& each) { return call.verb == each.name; });
+    const auto verb = std::find_if(verbs.begin(), verbs.end(),
+                                   [&](const Verb& each) { return call.verb == each.name; });
     if (verb == verbs.end()) {
       return complain(program, "no verb \"" + call.verb + '"', kWrong);
     }
@@ -43,6 +44,14 @@ int serve(const char* program, int argc, char** argv, std::initializer_list<Verb
   } catch (const std::exception& error) {
     return complain(program, error.what(), kNoAnswer);
   }
+}
+
+const char* showRoot(int argc, char** argv) {
+  const char* root = "tvshow";
+  for (int i = 2; i + 1 < argc; i += 2) {
+    root = std::strcmp(argv[i], "-e") == 0 ? "tvepisode" : root;
+  }
+  return root;
 }
 
 }  // namespace quilp::kit

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <initializer_list>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "call.h"
 #include "document.h"
@@ -14,7 +15,7 @@ struct Verb {
   const char* root;  // of the document
 
   /// Fills the document. Returns false where there is nothing to tell. May throw std::exception.
-  bool (*answer)(const Call& call, Document& document);
+  std::function<bool(const Call& call, Document& document)> answer;
 };
 
 /// The main function of an add-on: answers one call, and returns the exit status: 0 for a document,
@@ -22,7 +23,10 @@ struct Verb {
 ///
 /// The verb "test" of "quilp addon test" tells on standard output whether the add-on can work:
 /// `test` returns that, or throws std::exception. It is null for an add-on that needs nothing.
-int serve(const char* program, int argc, char** argv, std::initializer_list<Verb> verbs,
+int serve(const char* program, int argc, char** argv, const std::vector<Verb>& verbs,
           std::string (*test)() = nullptr);
+
+/// The root element of gettvshowinfo, which depends on what is asked.
+const char* showRoot(int argc, char** argv);
 
 }  // namespace quilp::kit

@@ -26,6 +26,8 @@ const std::vector<StockAddOn>& stockAddOns() {
       {"catalogue", "Movie TV", "answers from the offline catalogue", "", "",
        "Information courtesy of IMDb (https://www.imdb.com). Used with permission."},
       {"chain", "Movie TV Music", "asks other add-ons and merges what they answer", "", "", ""},
+      {"tvmaze", "TV", "asks TVmaze about shows", "api.tvmaze.com", "",
+       "Data from TVmaze (https://www.tvmaze.com), CC BY-SA 4.0."},
       {"song", "KTV", "reads the names of karaoke songs", "", "", ""},
   };
   return kAddOns;

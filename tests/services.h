@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "kit/document.h"
+#include "tvmaze/answers.h"
+
+// All functions that read answers of services, for tests that spoil the answers.
+
+struct AnswerReader {
+  const char* sample;  // its file in the folder services
+  std::function<void(const std::string& answer, quilp::kit::Document& document)> read;
+};
+
+inline const std::vector<AnswerReader>& answerReaders() {
+  using quilp::kit::Document;
+  using Text = std::string;
+  static const std::vector<AnswerReader> kReaders = {
+      {"tvmaze_search",
+       [](const Text& answer, Document& document) {
+         for (const auto& show : quilp::tvmaze::readSearch(answer)) {
+           writeShowHit(show, document);
+         }
+       }},
+      {"tvmaze_show",
+       [](const Text& answer, Document& document) {
+         writeShow(quilp::tvmaze::readShow(answer), document);
+       }},
+      {"tvmaze_episode",
+       [](const Text& answer, Document& document) {
+         writeEpisode(quilp::tvmaze::readEpisode(answer), document);
+       }},
+  };
+  return kReaders;
+}
+
+/// The document of an answer; empty if the answer is refused.
+inline std::string documentOf(const AnswerReader& reader, const std::string& answer) {
+  quilp::kit::Document document("root");
+  try {
+    reader.read(answer, document);
+  } catch (const std::runtime_error&) {
+    return "";
+  }
+  return document.text();
+}

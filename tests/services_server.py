@@ -1,0 +1,54 @@
+"""Answers add-ons on loopback as their services do: services_server.py PORT LOG CERTIFICATE KEY
+
+What it answers is in the folder services: a request is answered by the first row that fits."""
+
+import http.server
+import os
+import re
+import ssl
+import sys
+import urllib.parse
+
+# Of a row: path, what the query must hold, the file, or the text of an answer.
+ROWS = [
+    ("/tvmaze/search/shows", {"q": "(?i)salt tide"}, "tvmaze_search.json"),
+    ("/tvmaze/search/shows", {}, "[]"),
+    ("/tvmaze/lookup/shows", {"imdb": "tt7000001"}, "tvmaze_show.json"),
+    ("/tvmaze/shows/7001", {}, "tvmaze_show.json"),
+    ("/tvmaze/shows/7001/episodebynumber", {"season": "1", "number": "1"}, "tvmaze_episode.json"),
+]
+
+
+class Handler(http.server.BaseHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+
+    def log_message(self, *_):
+        pass
+
+    def do_GET(self):
+        log.write("%s %s\n" % (self.path, self.headers.get("Authorization", "-")))
+        log.flush()
+        address = urllib.parse.urlsplit(self.path)
+        path = urllib.parse.unquote(address.path)
+        query = urllib.parse.parse_qs(address.query)
+        status, body = 404, b""
+        for wanted, values, answer in ROWS:
+            fits = all(re.search(value + "$", query.get(name, [""])[0]) for name, value in values.items())
+            if wanted == path and fits:
+                status, body = 200, answer.encode()
+                if answer.endswith(".json"):
+                    with open(os.path.join(os.path.dirname(__file__), "services", answer), "rb") as file:
+                        body = file.read()
+                break
+        self.send_response(status)
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        self.wfile.write(body)
+
+
+log = open(sys.argv[2], "a")
+server = http.server.ThreadingHTTPServer(("127.0.0.1", int(sys.argv[1])), Handler)
+context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+context.load_cert_chain(sys.argv[3], sys.argv[4])
+server.socket = context.wrap_socket(server.socket, server_side=True)
+server.serve_forever()
