@@ -164,9 +164,33 @@ catalogue import /tmp/bad --to /tmp/bad.db >/dev/null || fail "a few broken rows
 grep -q 'title.basics.tsv.gz:1[0-9]*: not 9 columns' /tmp/errors || fail "the row is not named"
 grep -q '2 broken rows' /tmp/errors || fail "broken rows: $(cat /tmp/errors)"
 
-# Rows in another order, less memory: the same file.
+# Odd rows: line ends of two bytes, zero bytes, numbers too large, a title twice, text of 300 KB.
+mkdir /tmp/odd
+{
+  head -n 1 /tmp/sets/title.basics.tsv
+  printf 'tt0000001\tmovie\tSalt\0Lamp\tSalt\0Lamp\t0\t99999999999\t-1\t1e9\tDrama\n'
+  printf 'tt0000002\tmovie\tHarbour\t\\N\t0\t2011\t\\N\t\\N\t\\N\n'
+  printf 'tt0000002\tmovie\tHarbour\t\\N\t0\t2012\t\\N\t\\N\t\\N\n'
+  printf 'tt0000003\tmovie\t%0300000d\t\\N\t0\t2012\t\\N\t\\N\t\\N\n' 7
+} | sed 's/$/\r/' >/tmp/odd/title.basics.tsv
+printf 'tconst\taverageRating\tnumVotes\r\ntt0000002\t99.99\t99999999999\r\n' >/tmp/odd/title.ratings.tsv
+catalogue import /tmp/odd --to /tmp/odd.db >/tmp/out || fail "odd rows: $(cat /tmp/errors)"
+grep -q '^3 titles' /tmp/out || fail "odd rows: $(cat /tmp/out)"
+grep -q 'basics.tsv:4: the identifier of the row before' /tmp/errors || fail "a title twice"
+printf '[catalogue]\npath=/tmp/odd.db\n' >/tmp/etc/odd.conf
+QUILP_CONFIG=/tmp/etc/odd.conf catalogue show tt0000001 | grep -q '^year' && fail "a year too large"
+QUILP_CONFIG=/tmp/etc/odd.conf first tt0000001 "salt lamp"
+QUILP_CONFIG=/tmp/etc/odd.conf catalogue show tt0000002 | grep -q $'\r' && fail "a line end in a value"
+: >/tmp/odd/title.akas.tsv
+catalogue import /tmp/odd --to /tmp/odd.db >/dev/null && fail "an empty data set"
+head -c 2000000 /dev/zero | tr '\0' x >>/tmp/odd/title.ratings.tsv
+rm /tmp/odd/title.akas.tsv
+catalogue import /tmp/odd --to /tmp/odd.db >/dev/null && fail "a row of 2 MB"
+grep -q 'a line is longer than 1 MB' /tmp/errors || fail "a row of 2 MB: $(cat /tmp/errors)"
+
+# Rows in another order, less memory: the same file. So many words are sorted in temporary files.
 mkdir /tmp/many /tmp/other
-"${generate[@]}" /tmp/many --titles 12000
+"${generate[@]}" /tmp/many --titles 40000
 for file in /tmp/many/*.tsv; do
   { head -n 1 "$file"; tail -n +2 "$file" | tac; } >"/tmp/other/${file##*/}"
   touch -r "$file" "/tmp/other/${file##*/}"

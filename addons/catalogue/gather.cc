@@ -296,6 +296,7 @@ void Gatherer::gather() {
   parents_ = std::make_unique<Joined>(
       sets_.episode(),
       std::vector<std::string_view>{"tconst", "parentTconst", "seasonNumber", "episodeNumber"});
+  std::uint32_t before = 0;
   while (basics_->next()) {
     Rows& row = basics_->rows();
     if (row.broken().rows % kRowsATell == 0) {
@@ -306,6 +307,11 @@ void Gatherer::gather() {
       row.reject("no identifier such as tt0000001 with a title");
       continue;
     }
+    if (id == before) {
+      row.reject("the identifier of the row before");
+      continue;
+    }
+    before = id;
     if (row[4] == "1" && !options_.adult) {
       continue;
     }

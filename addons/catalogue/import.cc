@@ -285,13 +285,16 @@ void Import::writeNames() {
   ranked_->sort();
   exact_ = sorter(6);
   words_ = sorter(2);
+  Rowed rows(*store_, "name", kNamesARow, false);
   std::uint32_t number = 0;
   std::string text;
   for (; ranked_->next(); ++number) {
     const std::string_view normalised = ranked_->key().substr(4);
-    text.assign(ranked_->value());
-    text += normalised;
-    store_->insert("name", number, text);
+    text.clear();
+    Packer item(text);
+    item.number(ranked_->value().size() + normalised.size());
+    text.append(ranked_->value()).append(normalised);
+    rows.add(number, text);
     key.clear();
     appendSortable(key, hashOf(sortedWords(normalised)));
     text.clear();
@@ -304,6 +307,7 @@ void Import::writeNames() {
       tell("writing names", kReadingShare + kTitlesShare * 2);
     }
   }
+  rows.flush();
   result_.names = number;
   ranked_.reset();
 }

@@ -9,7 +9,8 @@
 //   person    number / kPeopleARow -> their names
 //   season    identifier of a show * kSeasons + season -> its episodes, deflated
 //   ident     identifier / kIdentsARow -> which identifier, and its rank or its season
-//   name      number of a normalised name -> its references and its text; the best known name is 0
+//   name      number of a normalised name / kNamesARow -> their references and texts; the best
+//             known name is 0
 //   exact     hash of the sorted words / names a bucket -> numbers of names
 //   word      the words in order, with their number
 //   posting   number of a word -> its text and the numbers of names that have it; the most frequent
@@ -17,8 +18,9 @@
 
 namespace quilp::catalogue {
 
-inline constexpr int kVersion = 1;
-inline constexpr unsigned kTitlesARow = 8;
+inline constexpr int kVersion = 2;
+inline constexpr unsigned kTitlesARow = 16;
+inline constexpr unsigned kNamesARow = 8;
 inline constexpr unsigned kPeopleARow = 32;
 inline constexpr unsigned kIdentsARow = 32;
 inline constexpr unsigned kSeasons = 4096;

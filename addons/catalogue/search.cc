@@ -78,13 +78,17 @@ void Search::compare(std::uint32_t name) {
   if (!compared_.emplace(name, true).second) {
     return;
   }
-  const auto row = tables_.row("name", name);
+  const auto row = tables_.row("name", name / kNamesARow);
   if (!row) {
     throw Damaged("a name is missing");
   }
-  Unpacker from(*row);
+  Unpacker all(*row);
+  for (unsigned skip = name % kNamesARow; skip > 0; --skip) {
+    all.text();
+  }
+  Unpacker from(all.text());
   const std::uint64_t count = from.number();
-  if (count > row->size()) {
+  if (count > from.rest().size()) {
     throw Damaged("a name has too many titles");
   }
   std::vector<Reference> references(static_cast<std::size_t>(count));
@@ -117,7 +121,11 @@ void Search::compare(std::uint32_t name) {
 }
 
 void Search::compareNames(const Tables::Keys& names) {
-  tables_.prefetch("name", names);
+  Tables::Keys rows;
+  for (const std::uint64_t name : names) {
+    rows.push_back(name / kNamesARow);
+  }
+  tables_.prefetch("name", rows);
   for (const std::uint64_t name : names) {
     compare(static_cast<std::uint32_t>(name));
   }
