@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "kit/document.h"
+#include "tmdb/answers.h"
 #include "tvmaze/answers.h"
 
 // All functions that read answers of services, for tests that spoil the answers.
@@ -16,8 +17,33 @@ struct AnswerReader {
 
 inline const std::vector<AnswerReader>& answerReaders() {
   using quilp::kit::Document;
+  using quilp::kit::Kind;
   using Text = std::string;
   static const std::vector<AnswerReader> kReaders = {
+      {"tmdb_search",
+       [](const Text& answer, Document& document) {
+         const quilp::tmdb::Wanted wanted{Kind::kMovie, "de-AT"};
+         isTranslated(answer, wanted);
+         for (const auto& movie : quilp::tmdb::readSearch(answer, wanted, answer)) {
+           writeMovieHit(movie, document);
+         }
+       }},
+      {"tmdb_movie",
+       [](const Text& answer, Document& document) {
+         writeMovie(quilp::tmdb::readTitle(answer, {Kind::kMovie, "de-AT"}), document);
+       }},
+      {"tmdb_show",
+       [](const Text& answer, Document& document) {
+         writeShow(quilp::tmdb::readTitle(answer, {Kind::kShow, "en"}), document);
+       }},
+      {"tmdb_episode",
+       [](const Text& answer, Document& document) {
+         writeEpisode(quilp::tmdb::readEpisode(answer, {Kind::kShow, "fr-CA"}), document);
+       }},
+      {"tmdb_find",
+       [](const Text& answer, Document& document) {
+         document.value("id", quilp::tmdb::readFound(answer, Kind::kShow));
+       }},
       {"tvmaze_search",
        [](const Text& answer, Document& document) {
          for (const auto& show : quilp::tvmaze::readSearch(answer)) {

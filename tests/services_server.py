@@ -11,6 +11,16 @@ import urllib.parse
 
 # Of a row: path, what the query must hold, the file, or the text of an answer.
 ROWS = [
+    ("/tmdb/search/movie", {"query": "(?i)(the )?paper boat", "language": "en-US", "api_key": "k3y"}, "tmdb_search_english.json"),
+    ("/tmdb/search/movie", {"query": "(?i)(the )?paper boat", "year": "", "api_key": "k3y"}, "tmdb_search.json"),
+    ("/tmdb/search/tv", {"query": "(?i)flutlicht"}, '{"results": [{"id": 8101, "name": "Flutlicht", "overview": "x"}]}'),
+    ("/tmdb/search/movie", {}, '{"results": []}'),
+    ("/tmdb/search/tv", {}, '{"results": []}'),
+    ("/tmdb/find/tt8000001", {}, "tmdb_find.json"),
+    ("/tmdb/movie/8001", {"append_to_response": ".*translations.*"}, "tmdb_movie.json"),
+    ("/tmdb/tv/8101", {}, "tmdb_show.json"),
+    ("/tmdb/tv/8101/season/1/episode/2", {}, "tmdb_episode.json"),
+    ("/tmdb/configuration", {}, "{}"),
     ("/tvmaze/search/shows", {"q": "(?i)salt tide"}, "tvmaze_search.json"),
     ("/tvmaze/search/shows", {}, "[]"),
     ("/tvmaze/lookup/shows", {"imdb": "tt7000001"}, "tvmaze_show.json"),
@@ -33,7 +43,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         query = urllib.parse.parse_qs(address.query)
         status, body = 404, b""
         for wanted, values, answer in ROWS:
-            fits = all(re.search(value + "$", query.get(name, [""])[0]) for name, value in values.items())
+            fits = all(re.fullmatch(value, query.get(name, [""])[0]) for name, value in values.items())
             if wanted == path and fits:
                 status, body = 200, answer.encode()
                 if answer.endswith(".json"):

@@ -26,8 +26,9 @@ done
 settings() {
   rm -rf /tmp/cache
   printf '[cache]\npath=/tmp/cache/http.db\n' >$QUILP_CONFIG
-  for service in tvmaze; do
+  for service in tmdb tvmaze; do
     printf '[%s]\nbase=%s/%s\ncertificates=/tmp/certificate.pem\n' $service $here $service
+    [ $service != tmdb ] || echo key=k3y
     [ $service != "${1-}" ] || printf '%s\n' "${@:2}"
   done >>$QUILP_CONFIG
 }
@@ -69,5 +70,25 @@ row 1 'tvmaze: nothing found' tvmaze gettvshowinfo -i 7001 -s 1 -e 9 -l en
 row 1 'tvmaze: nothing found' tvmaze gettvshowinfo -i ../7001 -l en
 QUILP_NAME=Salt.Tide.2021.S01E01.mkv row 0 '<tvshow><id>7002;<title>Salt Tide;<first_air_date>2021;;' tvmaze searchtvshow -t 'Salt Tide' -n 1 -l en
 keeps tvmaze --type TV --keyword 'Salt Tide'
+
+works tmdb
+export QUILP_LANGUAGE=de-AT
+row 0 '<movie><id>8001;<title>Das Papierboot;<url>https://image.tmdb.org/t/p/w500/p8001.jpg;<year>2011;<outline>A boat of paper.;<original_title>The Paper Boat;<votes>1200;;<movie><id>8002;<title>The Barge;<url>https://image.tmdb.org/t/p/w500/p8002.jpg;<year>2012;<outline>Eine Fähre.;<original_title>La Barque;;<movie><id>8003;<title>Boot;<outline>Ein Boot.;<original_title>Boot;;' tmdb searchmovie -t 'Paper Boat' -n 5
+QUILP_YEAR=2012 row 0 '<movie><id>8002;<title>The Barge;<url>https://image.tmdb.org/t/p/w500/p8002.jpg;<year>2012;<outline>Eine Fähre.;<original_title>La Barque;;' tmdb searchmovie -t 'Paper Boat' -n 1
+row 0 '<title>Das Papierschiff;<year>2011;<rating>7.3;<id>8001;<imdb>tt8000001;<director>Ana Quist;<mpaa>12;<company>Quay Films;<country>Norway;<genre>Drama;<actor><name>Mira Holm;<role>Edda;;<actor><name>Tom Reed;<role>;;<outline>Ein Boot aus Papier.;<plot>Ein Boot aus Papier.;<poster>https://image.tmdb.org/t/p/w500/en.jpg;' tmdb getmovieinfobyid -i 8001
+QUILP_LANGUAGE=de row 0 '<title>Das Papierboot;<year>2011;<rating>7.3;<id>8001;<imdb>tt8000001;<director>Ana Quist;<mpaa>PG;<company>Quay Films;<country>Norway;<genre>Drama;<actor><name>Mira Holm;<role>Edda;;<actor><name>Tom Reed;<role>;;<outline>Ein Boot aus Papier.;<plot>Ein Boot aus Papier.;<poster>https://image.tmdb.org/t/p/w500/en.jpg;' tmdb getmovieinfobyid -i imdb:tt8000001
+row 0 '<title>Floodlight;<id>8101;<imdb>tt8100001;<first_air_date>2017-09-01;<last_air_date>2019-10-04;<poster>https://image.tmdb.org/t/p/w500/p8101.jpg;<banner>https://image.tmdb.org/t/p/w1280/b8101.jpg;<outline>A harbour at night.;<rating>8.0;<actor><name>Olaf Berg;<role>Kern;;<genres>Crime;<duration>52 min;<content_rating>TV-MA;<network>Hafen TV;<creator>Ana Quist;' tmdb gettvshowinfo -i 8101 -l en
+row 0 '<title>Flutlicht;<id>8101;<imdb>tt8100001;<first_air_date>2017-09-01;<last_air_date>2019-10-04;<poster>https://image.tmdb.org/t/p/w500/p8101.jpg;<banner>https://image.tmdb.org/t/p/w1280/b8101.jpg;<outline>A harbour at night.;<rating>8.0;<actor><name>Olaf Berg;<role>Kern;;<genres>Crime;<duration>52 min;<content_rating>16;<network>Hafen TV;<creator>Ana Quist;' tmdb gettvshowinfo -i 8101 -l de-DE
+row 0 '<title>The Dyke;<id>8150;<air_date>2017-09-08;<thumbnail>https://image.tmdb.org/t/p/w300/s8150.jpg;<outline>La digue cède.;<actor><name>Olaf Berg;<role>Kern;;<actor><name>Ida Falk;<role>Pilot;;<director>Ana Quist;<rating>8.0;' tmdb gettvshowinfo -i 8101 -s 1 -e 2 -l fr-CA
+row 1 'tmdb: nothing found' tmdb getmovieinfobyid -i 9
+unset QUILP_LANGUAGE
+keeps tmdb --type Movie --keyword 'Paper Boat'
+keeps tmdb --type TV --keyword Flutlicht --episode 2
+settings tmdb key=eyJ.t0ken poster_size=w92
+row 0 '<title>The Paper Boat;<year>2011;<rating>7.3;<id>8001;<imdb>tt8000001;<director>Ana Quist;<mpaa>PG;<company>Quay Films;<country>Norway;<genre>Drama;<actor><name>Mira Holm;<role>Edda;;<actor><name>Tom Reed;<role>;;<outline>A boat of paper.;<plot>A boat of paper.;<poster>https://image.tmdb.org/t/p/w92/en.jpg;' tmdb getmovieinfobyid -i 8001
+grep -q '^/tmdb/movie/8001?.* Bearer eyJ.t0ken$' /tmp/log || fail "the token is not sent"
+! grep -aqr 'k3y\|t0ken' /tmp/cache || fail "the cache has a key"
+settings tmdb key= poster_size=w500
+row 1 'tmdb: there is no key: [tmdb] of /tmp/quilp.conf wants key= or key_file=' tmdb getmovieinfobyid -i 8001
 
 [ "$failures" -eq 0 ]

@@ -50,6 +50,10 @@ std::string Json::text() const {
   return isWhole ? value_->asString() : "";
 }
 
+std::string Json::untrimmed() const { return value_->isString() ? value_->asString() : ""; }
+
+bool Json::isTrue() const { return value_->isBool() && value_->asBool(); }
+
 double Json::number() const {
   if (value_->isNumeric() && !value_->isBool()) {
     return value_->asDouble();

@@ -28,6 +28,11 @@ class Json {
   /// A string without blanks at its ends, or a whole number as a string.
   std::string text() const;
 
+  /// A string as it is.
+  std::string untrimmed() const;
+
+  bool isTrue() const;
+
   /// A number, also one that is written as a string; 0 for none.
   double number() const;
 

@@ -26,6 +26,9 @@ const std::vector<StockAddOn>& stockAddOns() {
       {"catalogue", "Movie TV", "answers from the offline catalogue", "", "",
        "Information courtesy of IMDb (https://www.imdb.com). Used with permission."},
       {"chain", "Movie TV Music", "asks other add-ons and merges what they answer", "", "", ""},
+      {"tmdb", "Movie TV", "asks TMDB about movies and shows", "api.themoviedb.org", "key",
+       "This product uses TMDB and the TMDB APIs but is not endorsed, certified, or otherwise "
+       "approved by TMDB."},
       {"tvmaze", "TV", "asks TVmaze about shows", "api.tvmaze.com", "",
        "Data from TVmaze (https://www.tvmaze.com), CC BY-SA 4.0."},
       {"song", "KTV", "reads the names of karaoke songs", "", "", ""},
