@@ -1,4 +1,4 @@
-# The target "reference": pages made of the public header's comments. What they leave out is an error.
+# The target "reference": pages made of the public headers' comments. What they leave out is an error.
 find_package(Doxygen QUIET)
 if(DOXYGEN_FOUND)
   set(DOXYGEN_DISTRIBUTE_GROUP_DOC YES)
@@ -7,8 +7,8 @@ if(DOXYGEN_FOUND)
   set(DOXYGEN_HAVE_DOT NO)
   set(DOXYGEN_MACRO_EXPANSION YES)
   set(DOXYGEN_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/reference)
-  set(DOXYGEN_PREDEFINED QUILP_API=)
+  set(DOXYGEN_PREDEFINED QUILP_API= QUILP_EXPORT=)
   set(DOXYGEN_QUIET YES)
   set(DOXYGEN_WARN_AS_ERROR FAIL_ON_WARNINGS)
-  doxygen_add_docs(reference include/libquilp.h)
+  doxygen_add_docs(reference include/libquilp.h include/quilp.h)
 endif()

@@ -116,7 +116,8 @@ void run(const Target& target, const test::Lookup& lookup) {
 }  // namespace
 
 // Replaces the library's function: here the add-on writes its document without a process.
-libquilp::ProgramEnd libquilp::runProgram(char** argv, char** /*environment*/) {
+libquilp::ProgramEnd libquilp::runProgram(char** argv, char** /*environment*/,
+                                          Control* /*control*/) {
   while (argv[1] != nullptr) {
     ++argv;
   }

@@ -46,13 +46,25 @@ void Lookup::Recorder::pageFetched(const Fetch& fetch) {
 Lookup::Lookup(const Request& request, const Values& values, Use use, const Context& context,
                Answer& answer)
     : request_(request), values_(values), answer_(answer), recorder_(context.observer) {
+  context_ = context;
   context_.observer = context.observer != nullptr ? &recorder_ : nullptr;
   if (values.id == nullptr) {
     answer_.reason = Reason::kWrongRequest;
     answer_.subject = "there is no identifier";
     return;
   }
-  answer_.addOn = addOnFor(request, use, context_);
+  if (!context.isBuiltInOnly) {
+    answer_.addOn = addOnFor(request, use, context_);
+  }
+}
+
+/// Whether the lookup was ended from outside. That is the reason then, whatever was found.
+bool Lookup::wasCut() {
+  const Reason reason = context_.control != nullptr ? context_.control->reason() : Reason::kOk;
+  if (reason != Reason::kOk) {
+    answer_.reason = reason;
+  }
+  return reason != Reason::kOk;
 }
 
 bool Lookup::runAddOn() {
@@ -74,7 +86,18 @@ bool Lookup::runAddOn() {
   return answer_.reason == Reason::kOk;
 }
 
-XMLNode Lookup::document() { return runAddOn() ? openDocument() : XMLNode(); }
+XMLNode Lookup::document() {
+  if (runAddOn()) {
+    return openDocument();
+  }
+  // An add-on may have written its document and then hang.
+  XMLNode root;
+  if (wasCut() && call_->end().started()) {
+    root = openDocument();
+    wasCut();
+  }
+  return root;
+}
 
 XMLNode Lookup::openDocument() {
   int error = 0;
@@ -127,7 +150,7 @@ bool Lookup::setReason(const Fetch& fetch) {
 }
 
 void Lookup::conclude(bool found, Reason known) {
-  if (answer_.reason != Reason::kOk) {
+  if (wasCut() || answer_.reason != Reason::kOk) {
     return;
   }
   const std::vector<Fetch>& fetches = recorder_.fetches();

@@ -60,6 +60,7 @@ class Lookup {
   };
 
   bool runAddOn();
+  bool wasCut();
   XMLNode openDocument();
   bool setReason(const Fetch& fetch);
 

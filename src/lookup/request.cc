@@ -23,7 +23,7 @@ std::string textOf(Value value, const Values& values, const AddOn& addOn) {
       return language;
     }
     case Value::kId:
-      return withoutPrefix(values.id);
+      return values.isWholeId ? values.id : withoutPrefix(values.id);
     case Value::kSeason:
       return std::to_string(values.season);
     case Value::kEpisode:
@@ -95,12 +95,19 @@ std::vector<std::string> argumentsOf(const Request& request, const Values& value
 }
 
 Variables variablesOf(const Request& request, const Values& values) {
+  Variables variables;
   for (const Option& option : request.options) {
-    if (option.value == Value::kKeyword && values.keyword != nullptr) {
-      return {{kNameVariable, values.keyword}};
+    if (option.value == Value::kKeyword) {
+      variables.emplace_back(kNameVariable, orEmpty(values.keyword));
     }
   }
-  return {};
+  if (values.year != 0) {
+    variables.emplace_back(kYearVariable, std::to_string(values.year));
+  }
+  if (values.wantedLanguage != nullptr) {
+    variables.emplace_back(kLanguageVariable, values.wantedLanguage);
+  }
+  return variables;
 }
 
 bool writeOut(const PrintedAnswer& answer) {

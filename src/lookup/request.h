@@ -51,6 +51,11 @@ struct Values {
   int count = 0;
   int season = 0;
   int episode = 0;
+  bool isWholeId = false;  // `id` has no five characters before it, also for an add-on
+
+  // What only an add-on's environment tells.
+  int year = 0;  // 0 for none
+  const char* wantedLanguage = nullptr;
 
   static Values search(const char* keyword, int count, const char* language = nullptr);
   static Values title(const char* id, const char* language = nullptr);

@@ -29,7 +29,7 @@ AddOnCall::AddOnCall(const AddOn& addOn, const std::vector<std::string>& argumen
     context.observer->addOnStarted(words);
   }
   Environment environment(variables);
-  end_ = runProgram(argv.data(), environment.data());
+  end_ = runProgram(argv.data(), environment.data(), context.control);
   if (context.observer != nullptr) {
     context.observer->addOnEnded(end_);
   }

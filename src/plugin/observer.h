@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "plugin/control.h"
 #include "plugin/run_program.h"
 
 namespace libquilp {
@@ -38,6 +39,8 @@ class Observer {
 /// What a lookup passes down to everything that it calls.
 struct Context {
   Observer* observer = nullptr;
+  Control* control = nullptr;  // may end the lookup; null: it takes the time that it takes
+  bool isBuiltInOnly = false;  // no add-on is asked
 
   void tell(const std::string& message) const;
 };

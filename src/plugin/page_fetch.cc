@@ -1,5 +1,6 @@
 #include "plugin/page_fetch.h"
 
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,8 +11,10 @@
 #include <string_view>
 #include <utility>
 
+#include "plugin/descriptor.h"
 #include "plugin/fetch_report.h"
 #include "plugin/files.h"
+#include "plugin/guarded_run.h"
 #include "readable.h"
 #include "text/cutter.h"
 #include "text/removal.h"
@@ -63,14 +66,38 @@ int exitStatus(int status) {
   return WIFSIGNALED(status) ? 1 : WEXITSTATUS(status);
 }
 
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+/// Runs a command under the control of a lookup, and reads its output as from a pipe. Returns its
+/// exit status.
+int runControlled(const std::string& command, Control& control, std::string& output) {
+  const int descriptor = aboveStandard(memfd_create("libquilp", MFD_CLOEXEC));
+  const std::unique_ptr<std::FILE, CloseFile> file(fdopen(descriptor, "r"));
+  if (!file) {
+    return kNotStarted;
+  }
+  const ProgramEnd end = runGuardedCommand(command, control, descriptor);
+  std::rewind(file.get());
+  output = readLines(file.get());
+  return end.started() ? end.exitStatus() : kNotStarted;
+}
+
 std::optional<std::string> fetchPiped(const std::string& address, const char* options,
                                       const Context& context) {
   if (!canBeQuoted(address)) {
     return {};
   }
   FetchReport report(address, context);
+  const std::string command = curlCommand(address) + options + report.option();
+  if (context.control != nullptr) {
+    std::string page;
+    report.finish(runControlled(command, *context.control, page), page);
+    return page.size() > kReadLimit ? std::nullopt : std::optional<std::string>(std::move(page));
+  }
   // "e": programs that other threads start concurrently do not inherit the pipe.
-  Pipe pipe(popen((curlCommand(address) + options + report.option()).c_str(), "re"));
+  Pipe pipe(popen(command.c_str(), "re"));
   if (!pipe) {
     report.finish(kNotStarted, {});
     return {};
@@ -88,6 +115,14 @@ std::optional<std::string> fetchPiped(const std::string& address, const char* op
 FilePage fetchToFile(const std::string& address, PageFile& file, const Context& context) {
   if (!canBeQuoted(address)) {
     return {kUnreadableCommand, {}};
+  }
+  if (context.control != nullptr) {  // without a file that another lookup may be using
+    FetchReport report(address, context);
+    std::string page;
+    const int status =
+        runControlled(curlCommand(address) + kLimits + report.option(), *context.control, page);
+    report.finish(status, page);
+    return {status, status == 0 ? std::optional<std::string>(std::move(page)) : std::nullopt};
   }
   FetchReport report(address, context);
   const std::string path = file.path;
@@ -145,7 +180,10 @@ void ServiceDocument::fetchOnce(const std::string& address) {
   const std::string command = std::string(kHttpClient) + globOption(address) + " -D '" + headers +
                               "' --connect-timeout 15 -o " + body + ' ' + quoted(address) +
                               " >/dev/null 2>&1";
-  const int status = exitStatus(std::system(command.c_str()));
+  std::string nothing;
+  const int status = context_.control != nullptr
+                         ? runControlled(command, *context_.control, nothing)
+                         : exitStatus(std::system(command.c_str()));
   if (context_.observer != nullptr) {
     report.finish(status, readFile(body.c_str()).value_or(""));
   }

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "plugin/guarded_run.h"
 #include "text/cutter.h"
 
 namespace libquilp {
@@ -91,23 +92,39 @@ int start(pid_t& child, const char* path, char** argv, char** environment,
                      environment);
 }
 
-/// Errors after which execvp tries the next folder of PATH.
-bool triesNext(int error) {
-  return error == EACCES || error == ENOENT || error == ENOTDIR || error == ENODEV ||
-         error == ESTALE || error == ETIMEDOUT;
+/// ENOENT, or EACCES for a file that is there.
+int errorOfNone(const char* name) {
+  const bool isPath = std::strchr(name, '/') != nullptr;
+  return isPath && access(name, F_OK) == 0 ? EACCES : ENOENT;
+}
+
+ProgramEnd runUnderControl(char** argv, char** environment, Control& control) {
+  GuardedProgram program{{}, argv, environment};
+  anyProgram(argv[0], [&program](const char* path) {
+    program.paths.emplace_back(path);
+    return false;
+  });
+  if (program.paths.empty()) {
+    ProgramEnd end;
+    end.error = errorOfNone(argv[0]);
+    return end;
+  }
+  return runGuarded(program, control);
 }
 
 }  // namespace
 
-ProgramEnd runProgram(char** argv, char** environment) {
+ProgramEnd runProgram(char** argv, char** environment, Control* control) {
+  if (control != nullptr) {
+    return runUnderControl(argv, environment, *control);
+  }
   ProgramEnd end;
-  const bool isPath = std::strchr(argv[0], '/') != nullptr;
-  end.error = isPath && access(argv[0], F_OK) == 0 ? EACCES : ENOENT;
+  end.error = errorOfNone(argv[0]);
   pid_t child = -1;
   const Redirection redirection;
   anyProgram(argv[0], [&](const char* path) {
     end.error = start(child, path, argv, environment, redirection);
-    return !triesNext(end.error);
+    return !triesNextProgram(end.error);
   });
   if (!end.started()) {
     return end;  // without a pid, waiting could collect a child of the host

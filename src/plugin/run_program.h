@@ -2,6 +2,8 @@
 
 #include <sys/wait.h>
 
+#include <cerrno>
+
 namespace libquilp {
 
 /// How a program ended.
@@ -19,9 +21,17 @@ struct ProgramEnd {
   int reported() const { return interrupted ? 0 : exitStatus(); }
 };
 
+class Control;
+
 /// Runs argv[0], found like execvp does, in the given environment and with its output to /dev/null.
-/// Waits without a time limit.
-ProgramEnd runProgram(char** argv, char** environment);
+/// Waits without a time limit, unless there is a control.
+ProgramEnd runProgram(char** argv, char** environment, Control* control);
+
+/// Errors after which execvp tries the next folder of PATH.
+inline bool triesNextProgram(int error) {
+  return error == EACCES || error == ENOENT || error == ENOTDIR || error == ENODEV ||
+         error == ESTALE || error == ETIMEDOUT;
+}
 
 /// Whether execvp would find the program, directly or along PATH.
 bool canBeExecuted(const char* program);

@@ -1,0 +1,199 @@
+#include "plugin/guarded_run.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sched.h>
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+
+#include "plugin/descriptor.h"
+
+namespace libquilp {
+namespace {
+
+constexpr char kSystemShell[] = "/bin/sh";
+constexpr std::size_t kStackSize = 256UL * 1024;
+constexpr int kCollecting = 20;  // milliseconds for what was killed to end
+
+/// What the guard is told, and what it tells. Lies in memory that both share, however the system
+/// starts a guard.
+struct Orders {
+  const GuardedProgram* program;
+  Control* control;
+  sigset_t mask;  // of the calling thread
+  ProgramEnd end;
+  bool cut;
+};
+
+/// Memory that a child shares.
+class SharedMemory {
+ public:
+  explicit SharedMemory(std::size_t size)
+      : size_(size),
+        start_(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) {}
+  ~SharedMemory() {
+    if (*this) {
+      munmap(start_, size_);
+    }
+  }
+  SharedMemory(const SharedMemory&) = delete;
+  SharedMemory& operator=(const SharedMemory&) = delete;
+
+  explicit operator bool() const { return start_ != MAP_FAILED; }
+  void* start() const { return start_; }
+  void* end() const { return static_cast<char*>(start_) + size_; }
+
+ private:
+  std::size_t size_;
+  void* start_;
+};
+
+int spawn(const GuardedProgram& program, const char* path, char** argv, const sigset_t& mask,
+          pid_t& child) {
+  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawnattr_init(&attributes);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK);
+  posix_spawnattr_setsigmask(&attributes, &mask);
+  const int null = aboveStandard(open("/dev/null", O_RDWR | O_CLOEXEC));
+  const int output = program.output >= 0 ? program.output : null;
+  posix_spawn_file_actions_adddup2(&actions, null, STDIN_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, null, STDERR_FILENO);
+  const int error = posix_spawn(&child, path, &actions, &attributes, argv, program.environment);
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&actions);
+  close(null);
+  return error;
+}
+
+/// Starts the first program that can be, or the system's shell with a script that has no
+/// interpreter line.
+int start(const GuardedProgram& program, const sigset_t& mask, pid_t& child) {
+  int error = ENOENT;
+  for (const std::string& path : program.paths) {
+    error = spawn(program, path.c_str(), program.argv, mask, child);
+    if (error == ENOEXEC) {
+      std::vector<char*> script = {const_cast<char*>(kSystemShell),
+                                   const_cast<char*>(path.c_str())};
+      char** argument = program.argv;
+      do {
+        script.push_back(*++argument);
+      } while (*argument != nullptr);
+      error = spawn(program, kSystemShell, script.data(), mask, child);
+    }
+    if (!triesNextProgram(error)) {
+      return error;
+    }
+  }
+  return error;
+}
+
+void drain(int children) {
+  signalfd_siginfo info;
+  while (read(children, &info, sizeof info) > 0) {
+  }
+}
+
+/// Kills the program's group and collects what belonged to it: a grandchild whose parent has ended
+/// is the guard's child.
+void endAll(pid_t child, int children, int& waitStatus) {
+  kill(-child, SIGKILL);
+  while (waitpid(child, &waitStatus, 0) < 0 && errno == EINTR) {
+  }
+  pollfd ended = {children, POLLIN, 0};
+  for (int left = kCollecting; left > 0; --left) {
+    const pid_t collected = waitpid(-1, nullptr, WNOHANG);
+    if (collected < 0) {
+      return;
+    }
+    if (collected == 0) {
+      poll(&ended, 1, 1);
+      drain(children);
+    }
+  }
+}
+
+/// The guard. All signals are blocked: a handler of the host must not run in it.
+int guard(void* argument) {
+  Orders& orders = *static_cast<Orders*>(argument);
+  struct sigaction usual = {};
+  usual.sa_handler = SIG_DFL;
+  sigaction(SIGCHLD, &usual, nullptr);
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
+  sigset_t wanted;
+  sigemptyset(&wanted);
+  sigaddset(&wanted, SIGCHLD);
+  const int children = signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK);
+  pid_t child = -1;
+  orders.end.error = start(*orders.program, orders.mask, child);
+  if (orders.end.error != 0) {
+    _exit(0);
+  }
+  pollfd events[] = {{children, POLLIN, 0}, {orders.control->descriptor(), POLLIN, 0}};
+  pid_t ended;
+  while ((ended = waitpid(child, &orders.end.waitStatus, WNOHANG)) == 0) {
+    if (orders.control->isOver() || (events[1].revents & POLLIN) != 0) {
+      orders.cut = true;
+      endAll(child, children, orders.end.waitStatus);
+      break;
+    }
+    poll(events, 2, orders.control->millisecondsLeft());
+    drain(children);
+  }
+  _exit(0);
+}
+
+}  // namespace
+
+ProgramEnd runGuarded(const GuardedProgram& program, Control& control) {
+  ProgramEnd failed;
+  if (control.isOver()) {
+    control.noteCut();
+    failed.error = ECANCELED;
+    return failed;
+  }
+  const SharedMemory shared(sizeof(Orders));
+  const SharedMemory stack(kStackSize);
+  if (!shared || !stack) {
+    failed.error = ENOMEM;
+    return failed;
+  }
+  auto* orders = new (shared.start()) Orders{&program, &control, {}, {}, false};
+  orders->end.error = EAGAIN;  // unless the guard tells otherwise
+  sigset_t all;
+  sigfillset(&all);
+  pthread_sigmask(SIG_BLOCK, &all, &orders->mask);
+  // Without a signal at its end, and so no child that the host could collect by chance.
+  const pid_t pid = clone(&guard, stack.end(), CLONE_VM | CLONE_VFORK, orders);
+  const int error = errno;
+  if (pid > 0) {
+    while (waitpid(pid, nullptr, __WCLONE) < 0 && errno == EINTR) {
+    }
+  }
+  pthread_sigmask(SIG_SETMASK, &orders->mask, nullptr);
+  if (pid < 0) {
+    failed.error = error;
+    return failed;
+  }
+  if (orders->cut) {
+    control.noteCut();
+  }
+  return orders->end;
+}
+
+ProgramEnd runGuardedCommand(const std::string& command, Control& control, int output) {
+  std::string words[] = {"sh", "-c", command};
+  char* argv[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
+  return runGuarded({{kSystemShell}, argv, environ, output}, control);
+}
+
+}  // namespace libquilp

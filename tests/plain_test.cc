@@ -1,0 +1,254 @@
+// The plain C interface, as a host uses it: through the built library.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "quilp.h"
+#include "support.h"
+
+namespace {
+
+using std::string;
+using Clock = std::chrono::steady_clock;
+
+constexpr char kMovies[] =
+    "<movielist><movie><id><![CDATA[tt01]]></id><title><![CDATA[A & <B>]]></title></movie>"
+    "<movie><title><![CDATA[C]]></title><year><![CDATA[1999]]></year></movie></movielist>";
+constexpr char kMovie[] =
+    "<movie><title><![CDATA[A]]></title><genre><![CDATA[G]]></genre><genre><![CDATA[H]]></genre>"
+    "<actor><name><![CDATA[N]]></name><role><![CDATA[R]]></role></actor></movie>";
+constexpr auto kLate = std::chrono::milliseconds(50);
+
+struct Free {
+  void operator()(quilp_request* request) const { quilp_request_free(request); }
+  void operator()(quilp_answer* answer) const { quilp_answer_free(answer); }
+};
+using Request = std::unique_ptr<quilp_request, Free>;
+using Answer = std::unique_ptr<quilp_answer, Free>;
+
+Request requestFor(quilp_lookup what, quilp_text which, const char* text, long deadline = 0) {
+  Request request(quilp_request_new(what));
+  EXPECT_EQ(quilp_request_set_text(request.get(), which, text), 0);
+  EXPECT_EQ(quilp_request_set_number(request.get(), QUILP_DEADLINE, deadline), 0);
+  return request;
+}
+
+Answer searchMovies(const char* keyword = "x", long deadline = 0) {
+  return Answer(quilp_run(requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, keyword, deadline).get()));
+}
+
+/// The name of processes that hanging add-ons start.
+bool anySleeps() {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    if (test::readFile(entry.path() / "comm") == "sleep\n") {
+      return true;
+    }
+  }
+  return false;
+}
+
+class Plain : public testing::Test {
+ protected:
+  void TearDown() override {
+    EXPECT_EQ(test::Holdings::after(before_), before_);
+    EXPECT_FALSE(anySleeps());
+  }
+
+ private:
+  test::Holdings before_ = test::Holdings::now();
+};
+
+TEST_F(Plain, ValuesAreThoseOfTheDocument) {
+  test::answerWith("Movie", kMovies,
+                   "echo \"$QUILP_NAME,$QUILP_YEAR,$QUILP_LANGUAGE\" >/etc/config/asked\n");
+  const Request request = requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "A.B 2010 720p");
+  quilp_request_set_number(request.get(), QUILP_COUNT, 3);
+  quilp_request_set_number(request.get(), QUILP_YEAR, 2010);
+  quilp_request_set_text(request.get(), QUILP_LANGUAGE, "fr");
+  Answer answer(quilp_run(request.get()));
+  EXPECT_EQ(test::readFile("/etc/config/asked"), "A.B 2010 720p,2010,fr\n");
+  EXPECT_EQ(test::arguments(), "[searchmovie][-t][A B][-n][3]");
+  EXPECT_EQ(quilp_answer_reason(answer.get()), QUILP_OK);
+  EXPECT_STREQ(quilp_answer_sentence(answer.get()), "");
+  ASSERT_EQ(quilp_answer_count(answer.get()), 2u);
+  EXPECT_STREQ(quilp_answer_text(answer.get(), 0, "title"), "A & <B>");
+  EXPECT_STREQ(quilp_answer_text(answer.get(), 1, "year"), "1999");
+  EXPECT_EQ(quilp_answer_text(answer.get(), 1, "id"), nullptr);
+  EXPECT_EQ(quilp_answer_text(answer.get(), 2, "title"), nullptr);
+  EXPECT_THAT(quilp_answer_json(answer.get()),
+              testing::AllOf(testing::HasSubstr("{\"id\":\"tt01\",\"title\":\"A & <B>\"}"),
+                             testing::HasSubstr("\"reason\":\"ok\"")));
+
+  test::answerWith("Movie", kMovie);
+  answer.reset(quilp_run(requestFor(QUILP_MOVIE_DETAILS, QUILP_ID, "tt0000001").get()));
+  EXPECT_EQ(test::arguments(), "[getmovieinfobyid][-i][tt0000001]");
+  EXPECT_EQ(quilp_answer_size(answer.get(), 0, "genre"), 2u);
+  EXPECT_STREQ(quilp_answer_value(answer.get(), 0, "genre", 1), "H");
+  EXPECT_STREQ(quilp_answer_value(answer.get(), 0, "actor", 0), "N");
+  EXPECT_STREQ(quilp_answer_role(answer.get(), 0, 0), "R");
+}
+
+TEST_F(Plain, EveryEmptyAnswerHasAReason) {
+  struct Case {
+    const char* script;
+    quilp_reason reason;
+    long number;
+  };
+  for (const Case& each :
+       {Case{"exit 3", QUILP_EXIT_STATUS, 3}, Case{"kill -9 $$", QUILP_SIGNAL, 9},
+        Case{"exit 0", QUILP_MALFORMED_DOCUMENT, 0},
+        Case{"for f; do :; done; echo '<movielist>' >\"$f\"", QUILP_MALFORMED_DOCUMENT, 0},
+        Case{"for f; do :; done; echo '<movielist/>' >\"$f\"", QUILP_NOTHING_FOUND, 0}}) {
+    test::writeScript("/etc/config/addon", string(each.script) + '\n');
+    test::registerAddOn("Movie", "/etc/config/addon");
+    const Answer answer = searchMovies();
+    EXPECT_EQ(quilp_answer_reason(answer.get()), each.reason) << each.script;
+    EXPECT_EQ(quilp_answer_number(answer.get()), each.number) << each.script;
+    EXPECT_STRNE(quilp_answer_sentence(answer.get()), "") << each.script;
+    EXPECT_STREQ(quilp_answer_add_on(answer.get()), "/etc/config/addon");
+  }
+  test::registerAddOn("Movie", "/etc/config/none");
+  EXPECT_EQ(quilp_answer_reason(searchMovies().get()), QUILP_CANNOT_START);
+  test::removeRegistry();
+  const Request request = requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "x");
+  quilp_request_set_number(request.get(), QUILP_ROUTE, QUILP_ADD_ON);
+  EXPECT_EQ(quilp_answer_reason(Answer(quilp_run(request.get())).get()), QUILP_NO_ADD_ON);
+  EXPECT_EQ(quilp_answer_reason(searchMovies("").get()), QUILP_WRONG_REQUEST);
+  EXPECT_EQ(quilp_answer_reason(Answer(quilp_run(nullptr)).get()), QUILP_WRONG_REQUEST);
+  EXPECT_EQ(quilp_request_set_number(request.get(), QUILP_COUNT, 0), -1);
+}
+
+TEST_F(Plain, ADeadlineEndsAllThatAnAddOnStarted) {
+  for (const char* script : {"sleep 60", "sleep 60 & sleep 60", "trap '' TERM INT; sleep 60",
+                             "(sleep 60 &) & sleep 60"}) {
+    test::writeScript("/etc/config/addon", string(script) + '\n');
+    test::registerAddOn("Movie", "/etc/config/addon");
+    const auto start = Clock::now();
+    const Answer answer = searchMovies("x", 100);
+    const auto took = Clock::now() - start;
+    EXPECT_GE(took, std::chrono::milliseconds(100)) << script;
+    EXPECT_LT(took, std::chrono::milliseconds(100) + kLate) << script;
+    EXPECT_EQ(quilp_answer_reason(answer.get()), QUILP_TIMED_OUT) << script;
+    EXPECT_FALSE(anySleeps()) << script;
+  }
+}
+
+TEST_F(Plain, WhatWasFoundBeforeTheDeadlineIsGiven) {
+  test::answerWith("Movie", kMovies, "sleep 60\n");
+  const Answer answer = searchMovies("x", 200);
+  EXPECT_EQ(quilp_answer_reason(answer.get()), QUILP_TIMED_OUT);
+  EXPECT_EQ(quilp_answer_count(answer.get()), 2u);
+}
+
+TEST_F(Plain, AnotherThreadCancels) {
+  test::writeScript("/etc/config/addon", ": >/etc/config/started\nsleep 60\n");
+  test::registerAddOn("Movie", "/etc/config/addon");
+  unlink("/etc/config/started");
+  const Request request = requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "x");
+  Clock::time_point cancelled;
+  std::thread other([&] {
+    while (access("/etc/config/started", F_OK) != 0) {
+      std::this_thread::yield();
+    }
+    cancelled = Clock::now();
+    quilp_request_cancel(request.get());
+  });
+  const Answer answer(quilp_run(request.get()));
+  const auto end = Clock::now();
+  other.join();
+  EXPECT_LT(end - cancelled, kLate);
+  EXPECT_EQ(quilp_answer_reason(answer.get()), QUILP_CANCELLED);
+  EXPECT_EQ(quilp_answer_reason(Answer(quilp_run(request.get())).get()), QUILP_CANCELLED);
+}
+
+TEST_F(Plain, AHostMayCollectAnyChildAndCloseItsStreams) {
+  test::answerWith("Movie", kMovies, "");
+  const auto found = [] { return quilp_answer_count(searchMovies().get()); };
+  std::signal(SIGCHLD, SIG_IGN);
+  EXPECT_EQ(found(), 2u);
+  test::writeScript("/etc/config/addon", "exit 3\n");
+  test::registerAddOn("Movie", "/etc/config/addon");
+  EXPECT_EQ(quilp_answer_number(searchMovies().get()), 3);
+  std::signal(SIGCHLD, SIG_DFL);
+  std::atomic<bool> over{false};
+  std::atomic<int> collected{0};
+  std::thread collector([&] {
+    while (!over) {
+      collected += waitpid(-1, nullptr, WNOHANG) > 0 ? 1 : 0;
+    }
+  });
+  for (int i = 0; i < 50; ++i) {
+    EXPECT_EQ(quilp_answer_number(searchMovies().get()), 3);
+  }
+  over = true;
+  collector.join();
+  EXPECT_EQ(collected, 0);
+
+  test::answerWith("Movie", kMovies, "");
+  const pid_t child = fork();
+  if (child == 0) {
+    for (const int descriptor : {0, 1, 2}) {
+      close(descriptor);
+    }
+    _exit(found() == 2 && fcntl(0, F_GETFD) < 0 && fcntl(1, F_GETFD) < 0 ? 0 : 1);
+  }
+  int status = -1;
+  EXPECT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(Plain, RandomCancelsLeaveNothing) {
+  test::answerWith("Movie", kMovies, "");
+  std::vector<std::thread> threads;
+  std::atomic<int> answers{0};
+  for (unsigned seed = 0; seed < 8; ++seed) {
+    threads.emplace_back([&answers, seed] {
+      unsigned state = seed * 7919 + 1;
+      for (int i = 0; i < 40; ++i) {
+        state = state * 1103515245 + 12345;
+        const Request request = requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "x",
+                                           i % 3 == 0 ? 1 + state / 65536 % 5 : 0);
+        std::thread other([&request, state] {
+          std::this_thread::sleep_for(std::chrono::microseconds(state / 65536 % 4000));
+          quilp_request_cancel(request.get());
+        });
+        const Answer answer(quilp_run(request.get()));
+        other.join();
+        const quilp_reason reason = quilp_answer_reason(answer.get());
+        answers += reason == QUILP_OK || reason == QUILP_CANCELLED || reason == QUILP_TIMED_OUT;
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ(answers, 8 * 40);
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST_F(Plain, PagesAreFetchedUnderControl) {
+  test::removeRegistry();
+  Answer answer = searchMovies("The Paper Lighthouse");
+  EXPECT_EQ(quilp_answer_reason(answer.get()), QUILP_OK) << quilp_answer_sentence(answer.get());
+  EXPECT_GT(quilp_answer_count(answer.get()), 0u);
+  EXPECT_EQ(quilp_answer_add_on(answer.get()), nullptr);
+  const auto start = Clock::now();
+  answer = searchMovies("The Paper Lighthouse", 5);
+  EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(5) + kLate);
+  EXPECT_EQ(quilp_answer_reason(answer.get()), QUILP_TIMED_OUT);
+}
+
+}  // namespace
