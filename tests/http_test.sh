@@ -145,7 +145,14 @@ for path in /proc/none/http.db /dev/null /tmp/log/http.db /tmp; do
   uncached $path
 done
 anew
-mkdir -p /tmp/cache
+row $'found 8\nanswer 1' /page/max-age=60/locked
+chmod -R a-w /tmp/cache
+row $'found cached 8\nanswer 1' /page/max-age=60/locked
+uncached locked
+[ -s "/dev/shm/quilp-$(id -u)/pace-127.0.0.1_8390" ] || fail "no pace without a folder"
+chmod -R u+w /tmp/cache
+rm -r /tmp/cache
+mkdir /tmp/cache
 echo 'Letters of mine' >$cache
 uncached letters
 [ "$(cat $cache)" = 'Letters of mine' ] || fail "a file that is no cache was written"

@@ -63,9 +63,8 @@ struct Pace::Slot {
   std::int64_t used = 0;   // since boot
   std::int64_t inUse = 0;  // not set back: its process was killed
 
-  static std::int64_t offset(int number) {
-    return static_cast<std::int64_t>(sizeof(Head)) +
-           static_cast<std::int64_t>(sizeof(Slot)) * number;
+  static off_t offset(int number) {
+    return static_cast<off_t>(sizeof(Head)) + static_cast<off_t>(sizeof(Slot)) * number;
   }
 };
 
@@ -92,8 +91,8 @@ bool Pace::open(const std::string& path) {
   bool isUsable =
       file_ >= 0 && fstat(file_, &status) == 0 && S_ISREG(status.st_mode) && lock(F_WRLCK, 0, true);
   // All of it is written now, so that a full disk cannot lose a slot.
-  const std::int64_t size = Slot::offset(slots_);
-  for (std::int64_t at = isUsable && fstat(file_, &status) == 0 ? status.st_size / 16 * 16 : size;
+  const off_t size = Slot::offset(slots_);
+  for (off_t at = isUsable && fstat(file_, &status) == 0 ? status.st_size / 16 * 16 : size;
        isUsable && at < size; at += 16) {
     const Slot slot;
     isUsable = pwrite(file_, &slot, sizeof slot, at) == static_cast<ssize_t>(sizeof slot);
@@ -109,11 +108,11 @@ bool Pace::open(const std::string& path) {
 }
 
 /// Locks 16 bytes.
-bool Pace::lock(int type, std::int64_t offset, bool waits) const {
+bool Pace::lock(int type, off_t offset, bool waits) const {
   struct flock range = {};
   range.l_type = static_cast<short>(type);
   range.l_whence = SEEK_SET;
-  range.l_start = static_cast<off_t>(offset);
+  range.l_start = offset;
   range.l_len = 16;
   return fcntl(file_, waits ? F_SETLKW : F_SETLK, &range) == 0;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <chrono>
-#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -43,7 +44,7 @@ class Pace {
   struct Head;
   struct Slot;
   bool open(const std::string& path);
-  bool lock(int type, std::int64_t offset, bool waits) const;
+  bool lock(int type, off_t offset, bool waits) const;
   Head head() const;
   Milliseconds pauseLeft() const;
   int lockSlot(Milliseconds& wait) const;
