@@ -129,7 +129,9 @@ sources Movie /tmp/strange.sh
 same "" searchmovie -t lamp -n 3
 sources Movie /tmp/hangs.sh /tmp/dies.sh
 same "status 1" searchmovie -t lamp -n 3
-sources Movie "$1"
+sources Movie /tmp/chain
+printf '#!/bin/sh\nexec %s "$@"\n' "${chain[*]}" >/tmp/chain
+chmod +x /tmp/chain
 same "status 1" searchmovie -t lamp -n 3
 grep -q 'a chain cannot be part of a chain' /tmp/errors || fail "a chain of chains: $(cat /tmp/errors)"
 ls -d /tmp/quilp-chain.* 2>/dev/null && fail "folders are left"

@@ -3,6 +3,7 @@
 # the box. http_test.sh PROGRAM, which makes one request.
 set -u
 failures=0
+few=${QUILP_EMULATOR:+yes}  # an emulator takes long to start programs
 get=(${QUILP_EMULATOR-} "$1")
 top=$(cd "$(dirname "$0")" && pwd)
 here=http://127.0.0.1:8390
@@ -185,7 +186,7 @@ for i in 1 2 3 4 5; do row 'found 20000' /random/20000/$i; done
 python3 -c "import sqlite3; sqlite3.connect('$cache').execute('PRAGMA wal_checkpoint(TRUNCATE)')"
 row 'found cached' /random/20000/1
 cp -r /tmp/cache /tmp/whole
-for ((i = 0; i < 40; ++i)); do
+for ((i = 0; i < 40; i += ${few:+4} + 1)); do
   cp /tmp/whole/* /tmp/cache
   size=$(stat -c %s $cache)
   head -c 600 /dev/urandom | dd of=$cache bs=1 seek=$((size * i / 40)) conv=notrunc status=none
@@ -212,19 +213,20 @@ done
 intact killed
 row 'found' /random/100000/1
 
-# 200 processes at once: never more than ten requests arrive within a second, most answers come from
+# Many processes at once: never more than ten requests arrive within a second, most answers come from
 # the cache, and each process has one.
 anew timeout=60
-for ((i = 0; i < 200; ++i)); do
-  "${get[@]}" x $here /page/max-age=60/crowd/$((i % 40)) >/tmp/crowd.$i 2>&1 &
+processes=$((${few:+-140} + 200))
+for ((i = 0; i < processes; ++i)); do
+  "${get[@]}" x $here /page/max-age=60/crowd/$((i % 20)) >/tmp/crowd.$i 2>&1 &
   crowd[i]=$!
 done
 wait "${crowd[@]}"
-[ "$(cat /tmp/crowd.* | grep -c '^answer [1-9]$')" = 200 ] || fail "$(sort /tmp/crowd.* | uniq -c | sort -n | tail)"
+[ "$(cat /tmp/crowd.* | grep -c '^answer [1-9]$')" = $processes ] || fail "$(sort /tmp/crowd.* | uniq -c | sort -n | tail)"
 intact crowd
 grep /crowd/ /tmp/log | sort -n | awk '
   { at[NR] = $1 }
   NR > 10 && $1 - at[NR - 10] < 1 { ++fast }
-  END { if (fast || NR < 40 || NR > 100) { print NR " requests, " fast " too fast"; exit 1 } }' >&2 || fail "pace"
+  END { if (fast || NR < 20 || NR > 100) { print NR " requests, " fast " too fast"; exit 1 } }' >&2 || fail "pace"
 
 [ "$failures" -eq 0 ]

@@ -4,13 +4,18 @@
 #include <unistd.h>
 #include <zlib.h>
 
+#include <thread>
 #include <utility>
+
+#include "pace.h"
 
 namespace quilp::kit {
 namespace {
 
 constexpr int kApplication = 0x51484331;
 constexpr int kVersion = 1;
+constexpr int kTries = 10;
+constexpr Milliseconds kTryAgain{20};
 constexpr int kBusyMilliseconds = 2000;
 constexpr int kPageSize = 4096;
 constexpr Seconds kUsedStep = 3600;                // how exactly the last use is known
@@ -143,26 +148,33 @@ bool HttpCache::open() {
                          std::to_string(largestSize_ / kPageSize));
 }
 
-/// True for a file that was made here. An empty one becomes one.
+/// True for a file that was made here. An empty one becomes one; many processes may try that at
+/// once.
 bool HttpCache::isOurs() {
-  const std::int64_t application = number("PRAGMA application_id");
-  const std::int64_t version = number("PRAGMA user_version");
-  if (application == kApplication && version == kVersion) {
-    return true;
+  for (int tries = 0; tries < kTries; ++tries) {
+    const std::int64_t application = number("PRAGMA application_id");
+    if (application == kApplication && number("PRAGMA user_version") == kVersion) {
+      return true;
+    }
+    if (application == kApplication) {
+      empty();
+    } else if (application > 0) {
+      return false;
+    }
+    const bool isEmpty = number("SELECT count(*) FROM sqlite_schema") == 0;
+    const bool isMade =
+        isEmpty && run("PRAGMA journal_mode=WAL; BEGIN IMMEDIATE;"
+                       "CREATE TABLE IF NOT EXISTS answer"
+                       " (key TEXT PRIMARY KEY, used INTEGER, size INTEGER, block BLOB);"
+                       "CREATE INDEX IF NOT EXISTS answer_used ON answer (used, size);"
+                       "PRAGMA application_id=" +
+                       std::to_string(kApplication) +
+                       "; PRAGMA user_version=" + std::to_string(kVersion) + "; COMMIT");
+    if (!isMade) {
+      std::this_thread::sleep_for(jittered(kTryAgain));
+    }
   }
-  if (application == kApplication && version >= 0) {
-    empty();
-  } else if (number("SELECT count(*) FROM sqlite_schema") != 0) {
-    return false;
-  }
-  return run(
-      "PRAGMA journal_mode=WAL; BEGIN IMMEDIATE;"
-      "CREATE TABLE IF NOT EXISTS answer"
-      " (key TEXT PRIMARY KEY, used INTEGER, size INTEGER, block BLOB);"
-      "CREATE INDEX IF NOT EXISTS answer_used ON answer (used, size);"
-      "PRAGMA application_id=" +
-      std::to_string(kApplication) + "; PRAGMA user_version=" + std::to_string(kVersion) +
-      "; COMMIT");
+  return false;
 }
 
 /// Empties a file that is damaged. If the log is missing it is none that was made here.
