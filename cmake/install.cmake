@@ -45,7 +45,8 @@ if(QUILP_BUILD_TOOLS)
   install(TARGETS quilp_cli COMPONENT program)
   install(TARGETS quilp_addon_catalogue DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quilp
           COMPONENT catalogue)
-  install(TARGETS quilp_addon_chain quilp_addon_song quilp_addon_tmdb quilp_addon_tvmaze
+  install(TARGETS quilp_addon_chain quilp_addon_musicbrainz quilp_addon_song
+          quilp_addon_tmdb quilp_addon_tvmaze
           DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quilp
           COMPONENT addons)
   set(QUILP_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "kit/document.h"
+#include "kit/wikimedia.h"
+#include "musicbrainz/answers.h"
 #include "tmdb/answers.h"
 #include "tvmaze/answers.h"
 
@@ -15,11 +17,53 @@ struct AnswerReader {
   std::function<void(const std::string& answer, quilp::kit::Document& document)> read;
 };
 
+inline void writeTexts(const quilp::kit::Texts& texts, quilp::kit::Document& document) {
+  for (const std::string& text : texts) {
+    document.value("text", text);
+  }
+}
+
 inline const std::vector<AnswerReader>& answerReaders() {
   using quilp::kit::Document;
   using quilp::kit::Kind;
   using Text = std::string;
   static const std::vector<AnswerReader> kReaders = {
+      {"musicbrainz_albums",
+       [](const Text& answer, Document& document) {
+         for (const auto& album : quilp::musicbrainz::readAlbums(answer).albums) {
+           writeAlbum(album, document);
+         }
+       }},
+      {"musicbrainz_browse",
+       [](const Text& answer, Document& document) {
+         for (const auto& album : quilp::musicbrainz::readAlbums(answer).albums) {
+           writeAlbum(album, document);
+         }
+       }},
+      {"musicbrainz_artists",
+       [](const Text& answer, Document& document) {
+         writeTexts({quilp::musicbrainz::readArtist(answer, "Mira Holm")}, document);
+       }},
+      {"musicbrainz_relations",
+       [](const Text& answer, Document& document) {
+         writeTexts(quilp::musicbrainz::readRelations(answer).files, document);
+       }},
+      {"musicbrainz_entity",
+       [](const Text& answer, Document& document) {
+         writeTexts(quilp::musicbrainz::readEntityFiles(answer), document);
+       }},
+      {"wikimedia_files",
+       [](const Text& answer, Document& document) {
+         writeTexts(quilp::kit::readFiles(answer), document);
+       }},
+      {"coverartarchive",
+       [](const Text& answer, Document& document) {
+         writeTexts({quilp::musicbrainz::readCover(answer)}, document);
+       }},
+      {"fanart",
+       [](const Text& answer, Document& document) {
+         writeTexts(quilp::musicbrainz::readFanart(answer), document);
+       }},
       {"tmdb_search",
        [](const Text& answer, Document& document) {
          const quilp::tmdb::Wanted wanted{Kind::kMovie, "de-AT"};

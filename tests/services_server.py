@@ -9,8 +9,23 @@ import ssl
 import sys
 import urllib.parse
 
+MBID = "1111aaaa-2222-4333-8444-00000000000"
+
 # Of a row: path, what the query must hold, the file, or the text of an answer.
 ROWS = [
+    ("/musicbrainz/release-group", {"query": r'releasegroup:"Breakwater \\"Live\\""( AND artist:"Mira Holm")?'}, "musicbrainz_albums.json"),
+    ("/musicbrainz/release-group", {"query": r"releasegroup:\(breakwater \\-\\- live\)"}, "musicbrainz_albums.json"),
+    ("/musicbrainz/release-group", {"artist": MBID + "a", "offset": "0"}, "musicbrainz_browse.json"),
+    ("/musicbrainz/release-group", {"artist": MBID + "a", "offset": "2"},
+     '{"release-groups": [{"id": "x", "title": "Neap", "first-release-date": "1997"}], "release-group-count": 3}'),
+    ("/musicbrainz/release-group", {}, '{"count": 0, "release-groups": []}'),
+    ("/musicbrainz/artist", {"query": '(?i).*Mira Holm.*'}, "musicbrainz_artists.json"),
+    ("/musicbrainz/artist", {}, '{"artists": []}'),
+    ("/musicbrainz/artist/" + MBID + "a", {"inc": "url-rels"}, "musicbrainz_relations.json"),
+    ("/coverartarchive/release-group/" + MBID + "1", {}, "coverartarchive.json"),
+    ("/fanart/music/" + MBID + "a", {"api_key": "fk3y"}, "fanart.json"),
+    ("/wikidata/w/api.php", {"action": "wbgetentities", "ids": "Q900001"}, "musicbrainz_entity.json"),
+    ("/wikidata/w/api.php", {"titles": r"File:Mira Holm \(2014\).jpg\|File:Holm & band.png"}, "wikimedia_files.json"),
     ("/tmdb/search/movie", {"query": "(?i)(the )?paper boat", "language": "en-US", "api_key": "k3y"}, "tmdb_search_english.json"),
     ("/tmdb/search/movie", {"query": "(?i)(the )?paper boat", "year": "", "api_key": "k3y"}, "tmdb_search.json"),
     ("/tmdb/search/tv", {"query": "(?i)flutlicht"}, '{"results": [{"id": 8101, "name": "Flutlicht", "overview": "x"}]}'),

@@ -58,6 +58,7 @@ struct Album {
   std::string artist{};
   std::string date{};
   std::string image{};
+  bool isOther = false;  // live, a compilation and the like; not in a document
 };
 
 void writeMovieHit(const Title& movie, Document& document);

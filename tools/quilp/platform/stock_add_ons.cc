@@ -26,6 +26,9 @@ const std::vector<StockAddOn>& stockAddOns() {
       {"catalogue", "Movie TV", "answers from the offline catalogue", "", "",
        "Information courtesy of IMDb (https://www.imdb.com). Used with permission."},
       {"chain", "Movie TV Music", "asks other add-ons and merges what they answer", "", "", ""},
+      {"musicbrainz", "Music", "asks MusicBrainz about albums and artists", "musicbrainz.org", "",
+       "Data from MusicBrainz (https://musicbrainz.org), covers from the Cover Art Archive "
+       "(https://coverartarchive.org), pictures from fanart.tv or Wikimedia Commons."},
       {"tmdb", "Movie TV", "asks TMDB about movies and shows", "api.themoviedb.org", "key",
        "This product uses TMDB and the TMDB APIs but is not endorsed, certified, or otherwise "
        "approved by TMDB."},
