@@ -12,7 +12,7 @@ using quilp::catalogue::OutOfOrder;
 using quilp::catalogue::Rows;
 
 constexpr const char* kFile = "/tmp/rows.tsv";
-const std::string kHeader = "tconst\ttitle\tvotes\n";
+constexpr const char* kHeader = "tconst\ttitle\tvotes\n";
 
 void write(const std::string& text) {
   std::ofstream file(kFile, std::ios::binary | std::ios::trunc);

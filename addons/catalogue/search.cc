@@ -122,6 +122,7 @@ void Search::compare(std::uint32_t name) {
 
 void Search::compareNames(const Tables::Keys& names) {
   Tables::Keys rows;
+  rows.reserve(names.size());
   for (const std::uint64_t name : names) {
     rows.push_back(name / kNamesARow);
   }
@@ -288,11 +289,13 @@ std::vector<Hit> search(Store& store, const Query& query) { return Search(store,
 
 std::vector<Title> titlesOf(Store& store, const std::vector<Hit>& hits) {
   Tables::Keys rows;
+  rows.reserve(hits.size());
   for (const Hit& hit : hits) {
     rows.push_back(hit.rank / kTitlesARow);
   }
   store.tables().prefetch("title", rows);
   std::vector<Title> titles;
+  titles.reserve(hits.size());
   for (const Hit& hit : hits) {
     titles.push_back(store.title(hit.rank));
   }

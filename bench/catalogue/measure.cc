@@ -29,6 +29,7 @@ struct Run {
 
 Run runOnce(std::vector<std::string>& words) {
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (std::string& word : words) {
     argv.push_back(word.data());
   }
@@ -81,7 +82,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::string file = argv[2];
-  const int runs = std::atoi(argv[3]);
+  const int runs = static_cast<int>(std::strtol(argv[3], nullptr, 10));
   std::vector<std::string> nothing = {argv[0]};
   const Run empty = leastOf(300, nothing);
   for (std::string line; std::getline(std::cin, line);) {

@@ -16,7 +16,7 @@
 #include <cstring>
 
 #define FAULT_REAL(name) \
-  static const auto real = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name))
+  static const auto real = reinterpret_cast<decltype(&(name))>(dlsym(RTLD_NEXT, #name))
 
 namespace {
 
@@ -33,7 +33,8 @@ bool isOurs(int file) {
 }
 
 bool fails(const char* call, int error) {
-  static const long turn = std::atol(std::getenv("QUILP_FAULT"));
+  const char* const wanted = std::getenv("QUILP_FAULT");
+  static const long turn = wanted == nullptr ? 0 : std::strtol(wanted, nullptr, 10);
   if (++calls != turn) {
     return false;
   }
