@@ -97,6 +97,7 @@ first tt0000006 七日海
 first tt0000008 the lamp
 first tt0000007 the lamp --year 1951
 first tt0000009 uber aero
+first tt0000008 "THE ĹAḾṔ"
 first "" zzzzqqq
 first "" '!!!'
 

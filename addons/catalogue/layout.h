@@ -18,7 +18,7 @@
 
 namespace quilp::catalogue {
 
-inline constexpr int kVersion = 2;
+inline constexpr int kVersion = 3;
 inline constexpr unsigned kTitlesARow = 16;
 inline constexpr unsigned kNamesARow = 8;
 inline constexpr unsigned kPeopleARow = 32;

@@ -168,7 +168,8 @@ void addOther(Line& line, std::int32_t c) {
   int boundary = 0;
   const auto count = utf8proc_decompose_char(
       c, parts.data(), static_cast<utf8proc_ssize_t>(parts.size()),
-      static_cast<utf8proc_option_t>(UTF8PROC_COMPAT | UTF8PROC_CASEFOLD | UTF8PROC_STRIPMARK),
+      static_cast<utf8proc_option_t>(UTF8PROC_DECOMPOSE | UTF8PROC_COMPAT | UTF8PROC_CASEFOLD |
+                                     UTF8PROC_STRIPMARK),
       &boundary);
   for (utf8proc_ssize_t i = 0; i < count && i < static_cast<utf8proc_ssize_t>(parts.size()); ++i) {
     const std::int32_t part = parts[static_cast<std::size_t>(i)];

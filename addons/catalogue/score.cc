@@ -130,7 +130,7 @@ double Similarity::to(std::string_view name) const {
 }
 
 double scoreOf(const Fit& fit) {
-  double score = 100 * fit.similarity + 0.7 * fit.votesLog - (fit.isAlternative ? 1.5 : 0);
+  double score = 100 * fit.similarity + 0.7 * fit.votesLog - (fit.isAlternative ? 3 : 0);
   if (fit.yearGap == 0) {
     score += 8;
   } else if (fit.yearGap == 1) {

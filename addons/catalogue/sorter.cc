@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 20;
 constexpr std::size_t kRunBuffer = std::size_t{1} << 18;
+constexpr std::size_t kLeastRunBuffer = std::size_t{1} << 14;
 
 struct Sizes {
   std::uint32_t key;
@@ -93,12 +94,17 @@ class Sorter::Run {
     writeAll(file_, buffer_.data(), buffer_.size());
     buffer_.clear();
   }
-  void rewind() {
+  /// Ends writing.
+  void finish() {
     flush();
+    std::string().swap(buffer_);
+  }
+  /// Starts reading, so many bytes at a time.
+  void rewind(std::size_t buffer) {
+    readSize_ = buffer;
     if (lseek(file_, 0, SEEK_SET) != 0) {
       fail("cannot read a temporary file");
     }
-    buffer_.shrink_to_fit();
   }
   bool next() {
     start_ += recordSize_;
@@ -123,7 +129,7 @@ class Sorter::Run {
       buffer_.erase(0, start_);
       start_ = 0;
       const std::size_t held = buffer_.size();
-      buffer_.resize(std::max(size, kRunBuffer));
+      buffer_.resize(std::max(size, readSize_));
       const ssize_t got = read(file_, buffer_.data() + held, buffer_.size() - held);
       buffer_.resize(held + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
       if (got < 0 && errno != EINTR) {
@@ -138,6 +144,7 @@ class Sorter::Run {
 
   int file_;
   std::string buffer_;
+  std::size_t readSize_ = kRunBuffer;
   std::size_t start_ = 0;
   std::size_t recordSize_ = 0;
   Entry entry_{};
@@ -200,7 +207,7 @@ void Sorter::spill() {
     const Sizes sizes = sizesOf(entry.record);
     run->write({entry.record, sizeof sizes + sizes.key + sizes.value});
   }
-  run->flush();
+  run->finish();
   runs_.push_back(std::move(run));
   entries_.clear();
   large_.clear();
@@ -215,8 +222,9 @@ void Sorter::sort() {
   spill();
   std::vector<Entry>().swap(entries_);
   blocks_.clear();
-  auto ended = std::remove_if(runs_.begin(), runs_.end(), [](std::unique_ptr<Run>& run) {
-    run->rewind();
+  const std::size_t buffer = std::clamp(memory_ / (2 * runs_.size()), kLeastRunBuffer, kRunBuffer);
+  auto ended = std::remove_if(runs_.begin(), runs_.end(), [buffer](std::unique_ptr<Run>& run) {
+    run->rewind(buffer);
     return !run->next();
   });
   runs_.erase(ended, runs_.end());
