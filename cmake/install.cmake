@@ -46,7 +46,7 @@ if(QUILP_BUILD_TOOLS)
   install(TARGETS quilp_addon_catalogue DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quilp
           COMPONENT catalogue)
   install(TARGETS quilp_addon_chain quilp_addon_musicbrainz quilp_addon_song
-          quilp_addon_tmdb quilp_addon_tvmaze
+          quilp_addon_tmdb quilp_addon_tvmaze quilp_addon_wikidata
           DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quilp
           COMPONENT addons)
   set(QUILP_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions

@@ -9,6 +9,7 @@
 #include "musicbrainz/answers.h"
 #include "tmdb/answers.h"
 #include "tvmaze/answers.h"
+#include "wikidata/answers.h"
 
 // All functions that read answers of services, for tests that spoil the answers.
 
@@ -54,7 +55,9 @@ inline const std::vector<AnswerReader>& answerReaders() {
        }},
       {"wikimedia_files",
        [](const Text& answer, Document& document) {
-         writeTexts(quilp::kit::readFiles(answer), document);
+         for (const auto& [name, address] : quilp::kit::readFiles(answer)) {
+           document.value("name", name + address);
+         }
        }},
       {"coverartarchive",
        [](const Text& answer, Document& document) {
@@ -101,6 +104,40 @@ inline const std::vector<AnswerReader>& answerReaders() {
       {"tvmaze_episode",
        [](const Text& answer, Document& document) {
          writeEpisode(quilp::tvmaze::readEpisode(answer), document);
+       }},
+      {"wikidata_search",
+       [](const Text& answer, Document& document) {
+         writeTexts(quilp::wikidata::readSearch(answer), document);
+       }},
+      {"wikidata_hits",
+       [](const Text& answer, Document& document) {
+         for (const auto& movie :
+              quilp::wikidata::readHits(answer, {"Q910001", "Q910002", "Q910003"}, "de-AT")) {
+           writeMovieHit(movie, document);
+         }
+       }},
+      {"wikidata_movie",
+       [](const Text& answer, Document& document) {
+         auto facts = quilp::wikidata::readFacts(answer, "Q910001", "de");
+         writeTexts(entitiesOf(facts), document);
+         readNames(answer, "de", facts);
+         writeMovie(facts.title, document);
+       }},
+      {"wikidata_show",
+       [](const Text& answer, Document& document) {
+         writeShow(quilp::wikidata::readFacts(answer, "Q930001", "en").title, document);
+         document.value("part", quilp::wikidata::readPart(answer, "Q930001", 1));
+       }},
+      {"wikidata_names",
+       [](const Text& answer, Document& document) {
+         quilp::wikidata::Facts facts;
+         facts.named = {{nullptr, "Q920004", "Q920005"}};
+         readNames(answer, "en", facts);
+         writeShow(facts.title, document);
+       }},
+      {"wikipedia_summary",
+       [](const Text& answer, Document& document) {
+         writeTexts({quilp::wikidata::readSummary(answer)}, document);
        }},
   };
   return kReaders;

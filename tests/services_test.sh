@@ -31,6 +31,7 @@ settings() {
   for service in coverartarchive fanart musicbrainz tmdb tvmaze wikidata wikipedia; do
     printf '[%s]\nbase=%s/%s\ncertificates=/tmp/certificate.pem\n' $service $here $service
     [ $service != tmdb ] || echo key=k3y
+    [ $service != wikipedia ] || echo "base=$here/wikipedia/{language}"
     [ $service != "${1-}" ] || printf '%s\n' "${@:2}"
   done >>$QUILP_CONFIG
 }
@@ -65,6 +66,8 @@ if [ "${2-}" = check ]; then
   keeps tmdb --type Movie --keyword 'Paper Boat'
   keeps tmdb --type TV --keyword Flutlicht --episode 2
   keeps musicbrainz --type Music --album 'Breakwater "Live"' --artist 'Mira Holm'
+  keeps wikidata --type Movie --keyword 'Copper Gate'
+  keeps wikidata --type TV --keyword Mooring
   exit $((failures > 0))
 fi
 
@@ -107,4 +110,17 @@ row 0 '<url>https://upload.example.org/thumb/960px-mira.jpg;<url>https://upload.
 row 0 '' musicbrainz getArtistThumbnail -a 'Nobody' -n 5
 settings fanart key=fk3y
 row 0 '<url>https://assets.example.org/thumb3.jpg;<url>https://assets.example.org/thumb2.jpg;' musicbrainz getArtistThumbnail -a 'Mira Holm' -n 2
+works wikidata
+export QUILP_LANGUAGE=de-AT
+row 0 '<movie><id>Q910001;<title>Das Kupfertor;<year>1987;<outline>1987 film by Ana Quist;<alternative_title>Kupfertor;<imdb>tt9100001;;<movie><id>Q910009;<title>Gate II;;' wikidata searchmovie -t 'Copper: -Gate' -n 5
+row 0 '<title>Das Kupfertor;<year>1987;<id>Q910001;<imdb>tt9100001;<director>Ana Quist;<country>Norwegen;<genre>Filmdrama;<actor><name>Mira Holm;<role>Gatekeeper;;<actor><name>Ana Quist;<role>The Smith;;<outline>The Copper Gate is a 1987 film about a smith. (Wikipedia, https://en.wikipedia.org/wiki/The_Copper_Gate_(film), CC BY-SA 4.0);<plot>The Copper Gate is a 1987 film about a smith. (Wikipedia, https://en.wikipedia.org/wiki/The_Copper_Gate_(film), CC BY-SA 4.0);<poster>https://upload.example.org/960px-gate.jpg;' wikidata getmovieinfobyid -i Q910001
+row 0 '<title>Das Kupfertor;<year>1987;<id>Q910001;<imdb>tt9100001;<director>Ana Quist;<country>Norwegen;<genre>Filmdrama;<actor><name>Mira Holm;<role>Gatekeeper;;<actor><name>Ana Quist;<role>The Smith;;<outline>The Copper Gate is a 1987 film about a smith. (Wikipedia, https://en.wikipedia.org/wiki/The_Copper_Gate_(film), CC BY-SA 4.0);<plot>The Copper Gate is a 1987 film about a smith. (Wikipedia, https://en.wikipedia.org/wiki/The_Copper_Gate_(film), CC BY-SA 4.0);<poster>https://upload.example.org/960px-gate.jpg;' wikidata getmovieinfobyid -i imdb:tt9100001
+row 0 '<title>Gate II;<id>Q910009;' wikidata getmovieinfobyid -i Q910002
+row 1 'wikidata: nothing found' wikidata getmovieinfobyid -i Q910003
+row 1 'wikidata: nothing found' wikidata getmovieinfobyid -i 'Q1|Q2'
+unset QUILP_LANGUAGE
+row 0 '<title>Mooring;<id>Q930001;<first_air_date>2001-09;<last_air_date>2003-05-04;<outline>television series;<duration>45 min;<network>Harbour One;' wikidata gettvshowinfo -i Q930001 -l en
+row 0 '<title>Cast Off;<id>Q930003;<air_date>2001-09-17;<director>Ana Quist;' wikidata gettvshowinfo -i Q930001 -s 1 -e 1 -l en
+row 1 'wikidata: nothing found' wikidata gettvshowinfo -i Q930001 -s 1 -e 2 -l en
+
 [ "$failures" -eq 0 ]

@@ -1,5 +1,7 @@
 #include "wikimedia.h"
 
+#include <algorithm>
+
 #include "values.h"
 
 namespace quilp::kit {
@@ -30,34 +32,54 @@ HttpRequest filesRequest(const std::vector<std::string>& names) {
                           {"titles", titles}});
 }
 
-std::vector<std::string> readFiles(const std::string& answer) {
+std::map<std::string, std::string> readFiles(const std::string& answer) {
   const JsonAnswer json(answer);
   const Json pages = json.root()["query"]["pages"];
   std::vector<Json> files = pages.members();
   for (const Json& page : pages.list()) {
     files.push_back(page);
   }
-  std::vector<std::string> addresses;
+  std::map<std::string, std::string> addresses;
   for (const Json& file : files) {
+    const std::string title = file["title"].text();
+    const std::string name = title.substr(std::min(title.find(':') + 1, title.size()));
     for (const Json& info : file["imageinfo"].list()) {
       std::string address = addressOf(info["thumburl"].text());
       address = address.empty() ? addressOf(info["url"].text()) : address;
       if (!address.empty()) {
-        addresses.push_back(address);
+        addresses[name] = address;
       }
     }
   }
   return addresses;
 }
 
-std::vector<Json> valuesOf(const Json& entity, const std::string& property) {
-  std::vector<Json> values;
+std::vector<Json> claimsOf(const Json& entity, const std::string& property) {
+  std::vector<Json> claims;
   for (const char* const rank : {"preferred", "normal"}) {
     for (const Json& claim : entity["claims"][property].list()) {
-      const Json snak = claim["mainsnak"];
-      if (claim["rank"].text() == rank && snak["snaktype"].text() == "value") {
-        values.push_back(snak["datavalue"]["value"]);
+      if (claim["rank"].text() == rank && claim["mainsnak"]["snaktype"].text() == "value") {
+        claims.push_back(claim);
       }
+    }
+  }
+  return claims;
+}
+
+std::vector<Json> valuesOf(const Json& entity, const std::string& property) {
+  std::vector<Json> values;
+  for (const Json& claim : claimsOf(entity, property)) {
+    values.push_back(claim["mainsnak"]["datavalue"]["value"]);
+  }
+  return values;
+}
+
+std::vector<Json> bestValuesOf(const Json& entity, const std::string& property) {
+  std::vector<Json> values;
+  const std::vector<Json> claims = claimsOf(entity, property);
+  for (const Json& claim : claims) {
+    if (claim["rank"].text() == claims[0]["rank"].text()) {
+      values.push_back(claim["mainsnak"]["datavalue"]["value"]);
     }
   }
   return values;

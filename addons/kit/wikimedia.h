@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -19,12 +20,16 @@ HttpRequest wikidataRequest(const Fields& query);
 /// A request for what readFiles() reads, about files as "Ana Quist.jpg".
 HttpRequest filesRequest(const std::vector<std::string>& names);
 
-/// The addresses of files' pictures. A service refuses widths of anyone's own choice, so it is the
-/// one that gives them.
-std::vector<std::string> readFiles(const std::string& answer);
+/// The addresses of files' pictures, by their names. A service refuses widths of anyone's own
+/// choice, so they are those that it gives.
+std::map<std::string, std::string> readFiles(const std::string& answer);
 
-/// The values of a property of an entity, best rank first: those that are known and not deprecated.
-/// A value is what a datavalue has: a text, or an object.
+/// The statements about a property of an entity, best rank first: those that have a value and are
+/// not deprecated.
+std::vector<Json> claimsOf(const Json& entity, const std::string& property);
+
+/// Their values: a text, or an object. The best ones have the best rank of all.
 std::vector<Json> valuesOf(const Json& entity, const std::string& property);
+std::vector<Json> bestValuesOf(const Json& entity, const std::string& property);
 
 }  // namespace quilp::kit

@@ -166,8 +166,18 @@ kit::Texts commonsOf(const std::string& artist) {
       }
     }
   }
-  return pictures.files.empty() ? kit::Texts()
-                                : kit::readFiles(get(http, kit::filesRequest(pictures.files)));
+  if (pictures.files.empty()) {
+    return {};
+  }
+  const auto found = kit::readFiles(get(http, kit::filesRequest(pictures.files)));
+  kit::Texts addresses;
+  for (const std::string& file : pictures.files) {
+    const auto address = found.find(file);
+    if (address != found.end()) {
+      addresses.push_back(address->second);
+    }
+  }
+  return addresses;
 }
 
 bool listPictures(const Call& call, Document& document) {

@@ -34,6 +34,9 @@ const std::vector<StockAddOn>& stockAddOns() {
        "approved by TMDB."},
       {"tvmaze", "TV", "asks TVmaze about shows", "api.tvmaze.com", "",
        "Data from TVmaze (https://www.tvmaze.com), CC BY-SA 4.0."},
+      {"wikidata", "Movie TV", "asks Wikidata and Wikipedia about movies and shows",
+       "www.wikidata.org", "",
+       "Data from Wikidata (https://www.wikidata.org), CC0; summaries from Wikipedia, CC BY-SA 4.0."},
       {"song", "KTV", "reads the names of karaoke songs", "", "", ""},
   };
   return kAddOns;
