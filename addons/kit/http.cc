@@ -150,15 +150,17 @@ class Http::Call {
   }
 
   HttpAnswer answer() {
-    if (findFresh()) {
+    if (!request_.isReload) {
+      stored_ = http_.cache_.find(key_);
+    }
+    if (stored_ && stored_->freshUntil > secondsNow()) {
       return copy(false);
     }
-    stored_ = http_.cache_.find(key_);
     try {
       const std::optional<TransferResult> result = follow();
       return result ? take(*result) : copy(false);
     } catch (const HttpError& error) {
-      if (request_.isReload || !stored_ || !stored_->isFound) {
+      if (!stored_ || !stored_->isFound) {
         throw;
       }
       std::fprintf(stderr, "%s: %s; this copy is %lld hours old\n", http_.service_.section,
@@ -172,12 +174,13 @@ class Http::Call {
     return std::chrono::duration_cast<Milliseconds>(end_ - Clock::now());
   }
 
-  /// Another process may have asked the same in the meantime.
+  /// Another process may have asked the same in the meantime. What is not fresh stays as it is: the
+  /// request may be about it.
   bool findFresh() {
-    if (request_.isReload) {
-      return false;
+    std::optional<StoredAnswer> found;
+    if (!request_.isReload) {
+      found = http_.cache_.find(key_);
     }
-    std::optional<StoredAnswer> found = http_.cache_.find(key_);
     const bool isFresh = found && found->freshUntil > secondsNow();
     if (isFresh) {
       stored_ = std::move(found);
