@@ -26,7 +26,8 @@ Environment::Environment(const Variables& own) {
   }
   own_.reserve(own.size());
   for (const auto& [name, value] : own) {
-    own_.push_back(name + '=' + value);
+    own_.push_back(name);
+    own_.back().append("=").append(value);
     entries_.push_back(own_.back().data());
   }
   entries_.push_back(nullptr);

@@ -139,8 +139,7 @@ int guard(void* argument) {
     _exit(0);
   }
   pollfd events[] = {{children, POLLIN, 0}, {orders.control->descriptor(), POLLIN, 0}};
-  pid_t ended;
-  while ((ended = waitpid(child, &orders.end.waitStatus, WNOHANG)) == 0) {
+  while (waitpid(child, &orders.end.waitStatus, WNOHANG) == 0) {
     if (orders.control->isOver() || (events[1].revents & POLLIN) != 0) {
       orders.cut = true;
       endAll(child, children, orders.end.waitStatus);
