@@ -66,7 +66,14 @@ std::vector<Field> fieldsOf(const Name& name) {
   fields.add("kind", textOf(name.kind));
   fields.add("title", name.title);
   fields.add("alternative_title", Form::kTexts, name.alternativeTitles);
-  fields.add("year", name.year != 0 ? std::vector<int>{name.year} : std::vector<int>());
+  std::vector<int> years;
+  if (name.year != 0) {
+    years.push_back(name.year);
+    for (int year = name.year + 1; year <= name.lastYear; ++year) {
+      years.push_back(year);
+    }
+  }
+  fields.add("year", years);
   fields.add("season", name.seasons);
   fields.add("episode", name.episodes);
   fields.add("absolute_episode", name.absoluteEpisodes);

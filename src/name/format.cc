@@ -74,7 +74,9 @@ string canonical(const Name& name, bool withPart) {
   for (const string& title : name.alternativeTitles) {
     text += " AKA " + title;
   }
-  text += name.year != 0 ? " (" + std::to_string(name.year) + ')' : "";
+  text += name.year != 0 ? " (" + std::to_string(name.year) +
+                               (name.lastYear != 0 ? '-' + std::to_string(name.lastYear) : "") + ')'
+                         : "";
   for (const string& part : {numbersOf(name), name.episodeTitle}) {
     text += part.empty() || text.empty() ? part : " - " + part;
   }

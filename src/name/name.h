@@ -56,6 +56,7 @@ struct Name {
   std::string title;
   std::vector<std::string> alternativeTitles;
   int year = 0;
+  int lastYear = 0;  // of a collection; 0 for a single film
   std::vector<int> seasons;
   std::vector<int> episodes;          // in their season; all of a range
   std::vector<int> absoluteEpisodes;  // counted through all seasons

@@ -80,6 +80,7 @@ class Bytes {
 };
 
 constexpr int kLongestRange = 2000;
+constexpr int kMostSeasons = 60;  // S97 alone is no season
 
 /// x264 is no episode.
 constexpr bool isCodec(int number) { return number >= 264 && number <= 266; }
@@ -205,11 +206,33 @@ void readMoreSeasons(Bytes& bytes, NumberList& seasons) {
   }
 }
 
+/// SP02: a special, which is of season 0.
+Marker specialMarkerAt(Bytes bytes, std::size_t at) {
+  Marker marker;
+  int number = 0;
+  const std::size_t begin = bytes.at();
+  if (!bytes.number(2, number)) {
+    return {};
+  }
+  marker.seasons = {{0}, at, begin};
+  marker.episodes = {{number}, begin, bytes.at()};
+  bytes.skipVersion();
+  marker.end = bytes.atEnd() ? bytes.at() : 0;
+  return marker;
+}
+
 Marker seasonMarkerAt(std::string_view name, std::size_t at, char letter) {
   Marker marker;
   Bytes bytes(name, at);
   int season = 0;
-  if (!bytes.skip(letter) || !bytes.number(4, season)) {
+  if (!bytes.skip(letter)) {
+    return {};
+  }
+  const bool letterForZero = letter == 's' && bytes.skip('o');  // SO2E04
+  if (letter == 's' && bytes.skip('p')) {
+    return specialMarkerAt(bytes, at);
+  }
+  if (!bytes.number(4, season)) {
     return {};
   }
   marker.seasons = {{season}, at, bytes.at()};
@@ -228,7 +251,8 @@ Marker seasonMarkerAt(std::string_view name, std::size_t at, char letter) {
     marker.end = episode.at();
     return marker;
   }
-  if (letter != 's') {
+  if (letter != 's' || letterForZero ||
+      (season > kMostSeasons && !isYear(season) && season < 100)) {
     return {};
   }
   // S0615: both numbers in one
@@ -246,6 +270,11 @@ Marker seasonMarkerAt(std::string_view name, std::size_t at, char letter) {
     marker.disc = {{number}, begin, disc.at()};
     marker.end = disc.at();
     return marker;
+  }
+  Bytes versioned = bytes;
+  int version = 0;
+  if (versioned.skip('v') && versioned.number(1, version) && versioned.atEnd()) {  // S01v2
+    bytes = versioned;
   }
   if (!bytes.atEnd() && bytes.peek() != 's') {
     return {};
@@ -288,6 +317,12 @@ Marker crossMarkerAt(std::string_view name, std::size_t at) {
   if (blank && !bytes.skip(' ')) {
     return {};
   }
+  if (bytes.skip('a')) {  // 1xAll
+    const bool all = bytes.skip('l') && bytes.skip('l') && bytes.atEnd();
+    marker.seasons = {{season}, at, seasonEnd};
+    marker.end = bytes.at();
+    return all ? marker : Marker();
+  }
   bytes.skip('e');
   const std::size_t begin = bytes.at();
   if (!readEpisodes(bytes, begin, 4, 'x', marker.episodes)) {
@@ -297,7 +332,7 @@ Marker crossMarkerAt(std::string_view name, std::size_t at) {
   while (begin + digits < name.size() && isDigit(name[begin + digits])) {
     ++digits;
   }
-  if (seasonEnd - at >= 3 && digits >= 3) {
+  if (seasonEnd - at >= 3 && (digits >= 3 || blank)) {
     return {};  // 640x480
   }
   bytes.skipVersion();

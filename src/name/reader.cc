@@ -86,7 +86,9 @@ void Reader::read() {
   skipScenePrefix();
   findYear();
   if (name_.episodes.empty() && name_.airDate.empty()) {
-    findBareNumber();
+    if (!findLeadNumbers()) {
+      findBareNumber();
+    }
   }
   readTitle();
   readEpisodeTitle();
@@ -98,7 +100,7 @@ void Reader::read() {
 
 void Reader::findKind() {
   if (!name_.seasons.empty() || !name_.episodes.empty() || !name_.absoluteEpisodes.empty() ||
-      !name_.airDate.empty() || name_.extra == "special") {
+      !name_.airDate.empty() || name_.extra == "special" || name_.source == "PPV" || isSeries_) {
     name_.kind = NameKind::kEpisode;
   } else if (surroundings_.hint != NameKind::kUnknown) {
     name_.kind = surroundings_.hint;

@@ -46,6 +46,7 @@ class Reader {
   void findShortDate();
   bool readWordMarker(std::size_t i);
   bool readCounter(std::size_t i);
+  bool findLeadNumbers();
   void findBareNumber();
   bool bareNumberAt(std::size_t i);
   void takeMarker(std::size_t i, const Marker& marker);
@@ -56,6 +57,7 @@ class Reader {
   void undoLeadGroup();
   void skipScenePrefix();
   void findYear();
+  void takeYears();
   std::size_t textEnd(std::size_t from, bool isTitle) const;
   std::size_t walkedBack(std::size_t from, std::size_t end, bool beforeYear, bool isTitle) const;
   void readTitle();
@@ -95,6 +97,7 @@ class Reader {
   std::size_t markerEnd_ = kNone;  // after the last word of the last one
   std::size_t leadGroupEnd_ = 0;   // words of a leading bracket that may be a group's
   bool roughResolution_ = false;   // told by a word such as UHD
+  bool isSeries_ = false;          // tells how many episodes there are
   bool fansub_ = false;            // begins with a group's bracket
 };
 

@@ -6,6 +6,46 @@
 
 namespace libquilp {
 
+/// "11-02 Title", "[5.01] Title" and "02 Title": a season and an episode, or an episode, that a
+/// file in a show's folder begins with. A film's name has a year or tags.
+bool Reader::findLeadNumbers() {
+  const Token* const t = tokens_.token;
+  if (start_ != 0 || tokens_.count < 2 || !t[0].digits || t[0].taken || year_ != kNone ||
+      marker_ != kNone) {
+    return false;
+  }
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
+    if (match_[i] && (match_[i].tag == nullptr || match_[i].tag->field == NameField::kSource ||
+                      match_[i].tag->field == NameField::kVideoCodec)) {
+      return false;
+    }
+  }
+  const auto size = [t](std::size_t i) { return t[i].end - t[i].begin; };
+  const auto isWordAfter = [this, t](std::size_t i) {
+    return i < tokens_.count && !t[i].digits &&
+           (t[i].gap & (kBlankGap | kSpacedDashGap | kUnderscoreGap | kBracketGap)) != 0;
+  };
+  const bool inFolder = surroundings_.inFolder || surroundings_.inSeasonFolder;
+  const bool joined = t[1].gap == kDashGap || (t[1].gap == kDotGap && t[1].bracket != 0);
+  Marker marker;
+  if (t[1].digits && joined && size(0) <= 2 && size(1) == 2 && t[0].number > 0 &&
+      t[0].number <= 40 && t[1].bracket == t[0].bracket && isWordAfter(2)) {
+    marker.seasons = {{t[0].number}, t[0].begin, t[0].end};
+    marker.episodes = {{t[1].number}, t[1].begin, t[1].end};
+    marker.end = t[1].end;
+  } else if (size(0) == 2 && text_[t[0].begin] == '0' && t[0].number > 0 && t[0].bracket == 0 &&
+             (t[1].gap == kBlankGap || (!inFolder && (t[1].gap & kSpacedDashGap) != 0)) &&
+             isWordAfter(1)) {
+    marker.episodes = {{t[0].number}, t[0].begin, t[0].end};
+    marker.end = t[0].end;
+  } else {
+    return false;
+  }
+  takeMarker(0, marker);
+  start_ = inFolder ? 0 : markerEnd_;  // the folder has the title
+  return true;
+}
+
 /// A number after a dash is the surest, then one alone in a bracket.
 void Reader::findBareNumber() {
   for (int pass = 0; pass < 3; ++pass) {
@@ -68,9 +108,14 @@ bool Reader::bareNumberAt(std::size_t i) {
       (number == 720 || number == 1080 || number == 2160)) {
     return false;  // lines of the picture
   }
+  bool versioned = !t[i].digits;
+  if (!versioned && end < tokens_.count && !t[end].taken && t[end].end - t[end].begin == 2 &&
+      lower(text_[t[end].begin]) == 'v' && isDigit(text_[t[end].begin + 1]) && !isYear(number)) {
+    versioned = true;  // 001.v4
+    ++end;
+  }
   const std::size_t digits = t[i].digits ? t[i].end - t[i].begin : 2;
   const bool isRange = list.numbers.size() > 1;
-  const bool versioned = !t[i].digits;
   if (isYear(number) && !isRange && !(fansub_ && (t[i].gap & kSpacedDashGap) != 0)) {
     return false;
   }
@@ -107,7 +152,7 @@ bool Reader::bareNumberAt(std::size_t i) {
     const bool inFansub = fansub_ && (parted || isRange || beforeDash) && (digits >= 2 || isRange);
     const bool afterSeason = !name_.seasons.empty() && name_.episodes.empty() && digits >= 2 &&
                              (parted || i == markerEnd_);
-    const bool tagged = !atEnd && match_[end] && match_[end].tag != nullptr;
+    const bool tagged = !atEnd && match_[end];
     accepted = versioned || dashed || inFansub || afterSeason ||
                (isRange && digits >= 2 && parted) || (padded && (atEnd || beforeBracket || tagged));
   }

@@ -31,6 +31,19 @@ int wordNumber(std::string_view word) {
   return 0;
 }
 
+/// 2 for "Second", up to ten.
+int ordinalWord(std::string_view word) {
+  static constexpr std::string_view kWords[] = {"first", "second",  "third",  "fourth", "fifth",
+                                                "sixth", "seventh", "eighth", "ninth",  "tenth"};
+  for (int i = 0; i < 10; ++i) {
+    if (word.size() == kWords[i].size() && lower(word[0]) == kWords[i][0] &&
+        word.substr(1) == kWords[i].substr(1)) {
+      return i + 1;
+    }
+  }
+  return 0;
+}
+
 /// The number that a word begins with, where what follows only makes it an ordinal: 2nd, 1ª, 5й.
 int ordinal(std::string_view word) {
   std::size_t i = 0;
@@ -281,6 +294,7 @@ bool Reader::readCounter(std::size_t i) {
       marker.episodes = list;
       break;
     case Counter::Unit::kTotal:
+      isSeries_ = true;
       if (counter.first == counter.last && counter.first > 1) {
         addRange(2, counter.first, list.numbers);
         list.numbers.front() = 1;
@@ -336,7 +350,7 @@ bool Reader::readWordMarker(std::size_t i) {
     }
   }
   if (list.empty() && i > 0 && field != NameField::kPart && !t[i - 1].taken &&
-      (t[i].gap & kBracketGap) == 0) {
+      (t[i].gap & (kBracketGap | kSpacedDashGap)) == 0) {
     std::size_t before = i - 1;
     const bool ending =
         t[before].high && t[before].end - t[before].begin <= 4 && t[before].gap == kDashGap;  // 5-й
@@ -345,7 +359,8 @@ bool Reader::readWordMarker(std::size_t i) {
       --before;  // 10 th
     }
     const std::string_view word = tokens_.text(before);
-    const int number = ordinal(word);
+    const int number =
+        field == NameField::kSeason && ordinalWord(word) != 0 ? ordinalWord(word) : ordinal(word);
     if (number != 0 && !t[before].taken) {
       first = before;
       list = {{number}, t[before].begin, t[i].end};

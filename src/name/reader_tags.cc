@@ -185,13 +185,15 @@ Match Reader::resolutionAt(std::size_t i) const {
   if (at < 3 || at > 4 || at == text.size()) {
     return {};
   }
-  const char unit = lower(text[at]);
+  const bool sign = text.substr(at, 2) == "×";
+  const char unit = sign ? 'x' : lower(text[at]);
   int second = 0;
-  std::size_t end = at + 1;
+  const std::size_t begin = at + (sign ? 2 : 1);
+  std::size_t end = begin;
   while (end < text.size() && isDigit(text[end])) {
     second = second * 10 + (text[end++] - '0');
   }
-  if (unit == 'x' && end - at >= 4 && (end == text.size() || lower(text[end]) == 'p')) {
+  if (unit == 'x' && end - begin >= 3 && (end == text.size() || lower(text[end]) == 'p')) {
     return {nullptr, 1, 0, linesOf(first, second)};
   }
   const bool p = unit == 'p' || unit == 'i';

@@ -170,13 +170,35 @@ void Reader::findYear() {
     year_ = plain;
   }
   if (year_ != kNone) {
-    name_.year = t[year_].number;
-    take(NameField::kYear, year_, year_ + 1);
+    takeYears();
   } else if (leads && marker_ == kNone) {  // 2011 - Harbour Lights
     name_.year = t[start_].number;
     take(NameField::kYear, start_, start_ + 1);
     ++start_;
   }
+}
+
+/// The year, or those of a collection: 2003-2017.
+void Reader::takeYears() {
+  const Token* const t = tokens_.token;
+  const auto isRange = [this, t](std::size_t first, std::size_t last) {
+    return last < tokens_.count && first >= start_ && t[first].digits && t[last].digits &&
+           t[first].end - t[first].begin == 4 && t[last].end - t[last].begin == 4 &&
+           isYear(t[first].number) && isYear(t[last].number) && t[first].number < t[last].number &&
+           t[first].bracket == t[last].bracket &&
+           (t[last].gap & (kDashGap | kSpacedDashGap | kTildeGap)) != 0;
+  };
+  std::size_t first = year_;
+  std::size_t last = year_;
+  if (year_ > start_ + 1 && isRange(year_ - 1, year_)) {
+    first = year_ - 1;
+  } else if (isRange(year_, year_ + 1) && !t[year_ + 1].taken) {
+    last = year_ + 1;
+  }
+  year_ = first;
+  name_.year = t[first].number;
+  name_.lastYear = last != first ? t[last].number : 0;
+  take(NameField::kYear, first, last + 1);
 }
 
 /// Tags that are words of titles, too, count as tags where they meet the tags after the title.
@@ -261,7 +283,9 @@ std::size_t Reader::textEnd(std::size_t from, bool isTitle) const {
       }
     }
   }
-  const bool beforeYear = end == year_ || (end < tokens_.count && t[end].taken);
+  // "Collection" before the years of one is a tag.
+  const bool beforeYear =
+      name_.lastYear == 0 && (end == year_ || (end < tokens_.count && t[end].taken));
   return end == tokens_.count && !(isTitle) ? end : walkedBack(from, end, beforeYear, isTitle);
 }
 

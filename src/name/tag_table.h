@@ -301,6 +301,7 @@ inline constexpr Tag kTags[] = {
     {"extended", NameField::kEdition, "Extended", TagUse::kMayBeTitle},
     {"extended cut", NameField::kEdition, "Extended Cut"},
     {"extended edition", NameField::kEdition, "Extended Edition"},
+    {"extended ed", NameField::kEdition, "Extended Edition"},
     {"extended version", NameField::kEdition, "Extended Version"},
     {"extended directors cut", NameField::kEdition, "Extended Director's Cut"},
     {"extended collectors edition", NameField::kEdition, "Extended Collector's Edition"},
@@ -820,6 +821,7 @@ inline constexpr Tag kTags[] = {
 
     // Words that count: a number stands beside them
     {"season", NameField::kSeason, ""},
+    {"se", NameField::kSeason, ""},
     {"seasons", NameField::kSeason, ""},
     {"saison", NameField::kSeason, ""},
     {"saisons", NameField::kSeason, ""},
