@@ -13,7 +13,7 @@ Translations::Translations(const kit::Json& answer, const std::string& language)
 std::string Translations::in(const std::string& language, const std::string& region,
                              const std::string& name) const {
   for (const kit::Json& each : list_) {
-    const std::string text = each["data"][name].text();
+    std::string text = each["data"][name].text();
     if (!text.empty() && each["iso_639_1"].text() == language &&
         (region.empty() || each["iso_3166_1"].text() == region)) {
       return text;
