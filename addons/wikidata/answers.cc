@@ -106,7 +106,7 @@ std::string durationOf(const Json& entity) {
 std::string textOf(const Json& entity, const char* property) {
   for (const Json& value : kit::bestValuesOf(entity, property)) {
     const std::string text = value["text"].text();  // of a text in some language
-    const std::string string = text.empty() ? value.text() : text;
+    std::string string = text.empty() ? value.text() : text;
     if (!string.empty()) {
       return string;
     }
