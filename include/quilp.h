@@ -24,7 +24,8 @@
  * - It reads /etc/config/zorp.conf at each lookup, as libquilp.h does. The add-on, and curl, run
  *   below a process of their own (a guard), which ends them, with all they started in their process
  *   group, when the time is over or the request is cancelled. You may ignore SIGCHLD, collect any
- *   child, and close descriptors 0 to 2. Signals of the calling thread are held back meanwhile.
+ *   child, and close descriptors 0 to 2. A thread of its own waits for each, so that your signal
+ *   handlers run meanwhile.
  * - A search of the built-in route starts a thread for each result, and joins them before it
  * returns.
  * - An add-on's document is a temporary file under /tmp, which is removed before quilp_run returns.

@@ -174,6 +174,20 @@ TEST_F(Plain, AnotherThreadCancels) {
   EXPECT_EQ(quilp_answer_reason(Answer(quilp_run(request.get())).get()), QUILP_CANCELLED);
 }
 
+TEST_F(Plain, ASignalHandlerOfTheCallingThreadCancels) {
+  static quilp_request* running;
+  test::writeScript("/etc/config/addon", "sleep 60\n");
+  test::registerAddOn("Movie", "/etc/config/addon");
+  const Request request = requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "x");
+  running = request.get();
+  std::signal(SIGALRM, [](int) { quilp_request_cancel(running); });
+  ualarm(100000, 0);
+  const auto start = Clock::now();
+  EXPECT_EQ(quilp_answer_reason(Answer(quilp_run(running)).get()), QUILP_CANCELLED);
+  EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(100) + kLate);
+  std::signal(SIGALRM, SIG_DFL);
+}
+
 TEST_F(Plain, AHostMayCollectAnyChildAndCloseItsStreams) {
   test::answerWith("Movie", kMovies, "");
   const auto found = [] { return quilp_answer_count(searchMovies().get()); };

@@ -2,7 +2,9 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <pthread.h>
 #include <sched.h>
+#include <semaphore.h>
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -27,9 +29,11 @@ constexpr int kCollecting = 20;  // milliseconds for what was killed to end
 struct Orders {
   const GuardedProgram* program;
   Control* control;
+  void* stack;    // the end of the guard's
   sigset_t mask;  // of the calling thread
   ProgramEnd end;
   bool cut;
+  sem_t ended;
 };
 
 /// Memory that a child shares.
@@ -55,14 +59,14 @@ class SharedMemory {
   void* start_;
 };
 
-int spawn(const GuardedProgram& program, const char* path, char** argv, const sigset_t& mask,
-          pid_t& child) {
+int spawn(const Orders& orders, const char* path, char** argv, pid_t& child) {
+  const GuardedProgram& program = *orders.program;
   posix_spawn_file_actions_t actions;
   posix_spawnattr_t attributes;
   posix_spawn_file_actions_init(&actions);
   posix_spawnattr_init(&attributes);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK);
-  posix_spawnattr_setsigmask(&attributes, &mask);
+  posix_spawnattr_setsigmask(&attributes, &orders.mask);
   const int null = aboveStandard(open("/dev/null", O_RDWR | O_CLOEXEC));
   const int output = program.output >= 0 ? program.output : null;
   posix_spawn_file_actions_adddup2(&actions, null, STDIN_FILENO);
@@ -77,10 +81,11 @@ int spawn(const GuardedProgram& program, const char* path, char** argv, const si
 
 /// Starts the first program that can be, or the system's shell with a script that has no
 /// interpreter line.
-int start(const GuardedProgram& program, const sigset_t& mask, pid_t& child) {
+int start(const Orders& orders, pid_t& child) {
+  const GuardedProgram& program = *orders.program;
   int error = ENOENT;
   for (const std::string& path : program.paths) {
-    error = spawn(program, path.c_str(), program.argv, mask, child);
+    error = spawn(orders, path.c_str(), program.argv, child);
     if (error == ENOEXEC) {
       std::vector<char*> script = {const_cast<char*>(kSystemShell),
                                    const_cast<char*>(path.c_str())};
@@ -88,7 +93,7 @@ int start(const GuardedProgram& program, const sigset_t& mask, pid_t& child) {
       do {
         script.push_back(*++argument);
       } while (*argument != nullptr);
-      error = spawn(program, kSystemShell, script.data(), mask, child);
+      error = spawn(orders, kSystemShell, script.data(), child);
     }
     if (!triesNextProgram(error)) {
       return error;
@@ -128,13 +133,14 @@ int guard(void* argument) {
   struct sigaction usual = {};
   usual.sa_handler = SIG_DFL;
   sigaction(SIGCHLD, &usual, nullptr);
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   sigset_t wanted;
   sigemptyset(&wanted);
   sigaddset(&wanted, SIGCHLD);
   const int children = signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK);
   pid_t child = -1;
-  orders.end.error = start(*orders.program, orders.mask, child);
+  orders.end.error = start(orders, child);
   if (orders.end.error != 0) {
     _exit(0);
   }
@@ -149,6 +155,44 @@ int guard(void* argument) {
     drain(children);
   }
   _exit(0);
+}
+
+/// Starts the guard, which suspends the calling thread, and collects it. All signals are blocked.
+void* runGuard(void* argument) {
+  Orders& orders = *static_cast<Orders*>(argument);
+  // Without a signal at its end, and so no child that the host could collect by chance.
+  const pid_t pid = clone(&guard, orders.stack, CLONE_VM | CLONE_VFORK, &orders);
+  if (pid < 0) {
+    orders.end.error = errno;
+  }
+  while (pid > 0 && waitpid(pid, nullptr, __WCLONE) < 0 && errno == EINTR) {
+  }
+  sem_post(&orders.ended);
+  return nullptr;
+}
+
+/// Runs the guard from a thread of its own, so that the calling thread still handles signals of the
+/// host; without a thread, from the calling one.
+void runApart(Orders& orders) {
+  sigset_t all;
+  sigfillset(&all);
+  int cancelState = 0;
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancelState);
+  pthread_sigmask(SIG_BLOCK, &all, &orders.mask);
+  sem_init(&orders.ended, 0, 0);
+  pthread_t thread;
+  const bool apart = pthread_create(&thread, nullptr, &runGuard, &orders) == 0;
+  if (!apart) {
+    runGuard(&orders);
+  }
+  pthread_sigmask(SIG_SETMASK, &orders.mask, nullptr);
+  while (sem_wait(&orders.ended) != 0) {  // a handler ran
+  }
+  if (apart) {
+    pthread_join(thread, nullptr);
+  }
+  sem_destroy(&orders.ended);
+  pthread_setcancelstate(cancelState, nullptr);
 }
 
 }  // namespace
@@ -166,23 +210,9 @@ ProgramEnd runGuarded(const GuardedProgram& program, Control& control) {
     failed.error = ENOMEM;
     return failed;
   }
-  auto* orders = new (shared.start()) Orders{&program, &control, {}, {}, false};
+  auto* orders = new (shared.start()) Orders{&program, &control, stack.end(), {}, {}, false, {}};
   orders->end.error = EAGAIN;  // unless the guard tells otherwise
-  sigset_t all;
-  sigfillset(&all);
-  pthread_sigmask(SIG_BLOCK, &all, &orders->mask);
-  // Without a signal at its end, and so no child that the host could collect by chance.
-  const pid_t pid = clone(&guard, stack.end(), CLONE_VM | CLONE_VFORK, orders);
-  const int error = errno;
-  if (pid > 0) {
-    while (waitpid(pid, nullptr, __WCLONE) < 0 && errno == EINTR) {
-    }
-  }
-  pthread_sigmask(SIG_SETMASK, &orders->mask, nullptr);
-  if (pid < 0) {
-    failed.error = error;
-    return failed;
-  }
+  runApart(*orders);
   if (orders->cut) {
     control.noteCut();
   }
