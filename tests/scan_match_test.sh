@@ -98,6 +98,19 @@ for cut in 1 40 700 2500; do
     diff - /tmp/whole >&2 || fail "resumed after $cut bytes: other rows"
 done
 
+# A report is one page that asks nothing, and no title of it is markup.
+mkdir /tmp/evil
+touch '/tmp/evil/<img src=x onerror=alert(1)>.mkv'
+"$QUILP_PROGRAM" scan /tmp/m /tmp/evil --report /tmp/report.html >/dev/null 2>/tmp/errors ||
+  fail "report: $(cat /tmp/errors)"
+! grep -qE 'https?://|<img' /tmp/report.html || fail "report: markup of a name, or an address"
+python3 - <<'END' || fail "report: other rows"
+import json, re
+rows = json.loads(re.search('id="rows">(.*?)</script>', open("/tmp/report.html").read(), re.S)[1])
+assert sum(row["sure"] for row in rows) == 9
+assert any(row["file"].startswith("/tmp/evil/<img") for row in rows)
+END
+
 # What is written is whole, lies where media centres look, and can be taken back.
 tree() {
   (cd /tmp/m && find . -type f -exec sha1sum {} + | sort -k 2)

@@ -59,6 +59,10 @@ void addScanCommand(Command& program) {
   command.options.push_back({0, "resume", "FILE",
                              "Keep what was found in this file, and leave out what it already has",
                              toText(request.memory)});
+  command.options.push_back(
+      {0, "report", "FILE",
+       "Write a page for a browser: a wall of posters, and why each match is sure",
+       toText(request.report)});
   command.options.push_back({0, "write", "nfo,artwork",
                              "Write NFO files and pictures beside the files of sure matches",
                              [](const std::string& words) { takeWrite(words, request.dress); }});

@@ -22,6 +22,7 @@
 #include "scan/media_files.h"
 #include "scan/memory.h"
 #include "scan/messages.h"
+#include "scan/report.h"
 #include "scan/row_writer.h"
 #include "scan/tally.h"
 
@@ -77,6 +78,9 @@ class Scan {
         rows_(items_.size()),
         memory_(request.memory, settingsOf(request)),
         writer_(makeRowWriter(request.format, folderOf(request))) {
+    if (!request.report.empty()) {
+      report_ = std::make_unique<Report>(request.report);
+    }
     if (request.dress.any()) {
       changes_ = std::make_unique<Changes>(journalOf(request), request.replace, request.dryRun);
       dresser_ = std::make_unique<Dresser>(request.dress, *changes_);
@@ -95,7 +99,12 @@ class Scan {
     messages_.showProgress("");
   }
 
-  bool end() { return writer_->end(); }
+  bool end() {
+    if (report_) {
+      report_->write();
+    }
+    return writer_->end();
+  }
   bool interrupted() const { return interruption_.wanted(); }
   const Tally& tally() const { return tally_; }
 
@@ -154,6 +163,9 @@ class Scan {
     messages_.showProgress(tally_.progress(items_.size()) + ' ' + row.file);
     rows_[i] = std::move(row);
     for (; written_ < rows_.size() && rows_[written_]; ++written_) {
+      if (report_) {
+        report_->add(*rows_[written_]);
+      }
       if (!writer_->add(*rows_[written_])) {
         throw std::runtime_error("cannot write");  // further results could not be seen
       }
@@ -168,6 +180,7 @@ class Scan {
   std::vector<std::optional<ScanRow>> rows_;  // of the items that were looked up
   Memory memory_;
   std::unique_ptr<RowWriter> writer_;
+  std::unique_ptr<Report> report_;    // null: none is wanted
   std::unique_ptr<Changes> changes_;  // null: nothing is written
   std::unique_ptr<Dresser> dresser_;
   std::atomic<std::size_t> next_{0};

@@ -20,6 +20,7 @@ struct ScanRequest {
   int sure = 80;
   std::string memory;
   std::string overrides;
+  std::string report;
   DressRequest dress;
   bool replace = false;
   bool dryRun = false;
