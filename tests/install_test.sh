@@ -13,10 +13,14 @@ fail() {
 
 cat >"$work/consumer.cc" <<'END'
 #include <libquilp.h>
+#include <quilp.hpp>
 
 #include <cstdio>
 
-int main() { std::puts(ProcessKeyword("a_b.2010", 1).c_str()); }
+int main() {
+  quilp::Request(QUILP_MOVIE_SEARCH).cancel();
+  std::puts(ProcessKeyword("a_b.2010", 1).c_str());
+}
 END
 cat >"$work/CMakeLists.txt" <<'END'
 cmake_minimum_required(VERSION 3.25)
