@@ -166,10 +166,11 @@ Searched Finder::search(const MediaItem& item) {
   return all;
 }
 
-/// The numbers of a film's name may look like those of an episode.
+/// The numbers of a film's name may look like an episode's, but not with a season.
 bool Finder::takeAsMovie(const MediaItem& item, ScanRow& row) {
   const int best = row.candidates.empty() ? 0 : row.candidates.front().confidence;
-  if (best >= kPlausible || item.name.year == 0) {
+  const bool isEpisode = !item.name.seasons.empty() && !item.name.episodes.empty();
+  if (best >= kPlausible || item.name.year == 0 || isEpisode) {
     return false;
   }
   MediaItem movie = item;
