@@ -76,6 +76,7 @@ int runControlled(const std::string& command, Control& control, std::string& out
   const int descriptor = aboveStandard(memfd_create("libquilp", MFD_CLOEXEC));
   const std::unique_ptr<std::FILE, CloseFile> file(fdopen(descriptor, "r"));
   if (!file) {
+    close(descriptor);  // out of memory for the stream
     return kNotStarted;
   }
   const ProgramEnd end = runGuardedCommand(command, control, descriptor);

@@ -8,6 +8,7 @@
 
 #include "libquilp.h"
 #include "lookups.h"
+#include "quilp.h"
 
 namespace {
 
@@ -85,6 +86,60 @@ int cleanKeyword() {
   }
 }
 
+constexpr char kPlainFunctions[] =
+    "quilp_version quilp_reason_name quilp_request_new quilp_request_set_text "
+    "quilp_request_set_number quilp_request_set_observer quilp_request_cancel quilp_request_free "
+    "quilp_run quilp_answer_reason quilp_answer_sentence quilp_answer_number quilp_answer_add_on "
+    "quilp_answer_milliseconds quilp_answer_count quilp_answer_size quilp_answer_value "
+    "quilp_answer_role quilp_answer_text quilp_answer_json quilp_answer_free";
+
+/// A text that an answer gives can be read.
+void touch(const char* text) {
+  if (text != nullptr && std::strlen(text) > 1000000) {
+    std::abort();
+  }
+}
+
+/// The reason; out of memory also where there is no request or no answer.
+int lookUp(quilp_lookup what, quilp_text which, const char* text, const char* element) {
+  quilp_request* request = quilp_request_new(what);
+  const bool set = quilp_request_set_text(request, which, text) == 0;
+  quilp_request_set_number(request, QUILP_DEADLINE, 60000);
+  quilp_request_set_number(request, QUILP_COUNT, 2);
+  quilp_request_set_observer(
+      request, [](void*, quilp_event, const char* told, long) { touch(told); }, nullptr);
+  quilp_answer* answer = set ? quilp_run(request) : nullptr;
+  int reason = quilp_answer_reason(answer);
+  touch(quilp_version());
+  touch(quilp_reason_name(quilp_answer_reason(answer)));
+  touch(quilp_answer_sentence(answer));
+  touch(quilp_answer_add_on(answer));
+  touch(quilp_answer_json(answer));
+  for (std::size_t i = 0; i < quilp_answer_count(answer); ++i) {
+    touch(quilp_answer_text(answer, i, element));
+    touch(quilp_answer_role(answer, i, 0));
+    for (std::size_t j = 0; j < quilp_answer_size(answer, i, element); ++j) {
+      touch(quilp_answer_value(answer, i, element, j));
+    }
+  }
+  const bool isEmpty = quilp_answer_count(answer) == 0;
+  if (quilp_answer_milliseconds(answer) < 0 || (reason == QUILP_OK && isEmpty)) {
+    reason = test::kNeverRight;
+  }
+  quilp_answer_free(answer);
+  quilp_request_cancel(request);
+  quilp_request_free(request);
+  return reason;
+}
+
+/// Every reason that a fault can have; never that somebody cancelled, or that time is over.
+const std::vector<int> kFaultReasons = {
+    QUILP_OK,          QUILP_NOTHING_FOUND, QUILP_CANNOT_START,
+    QUILP_EXIT_STATUS, QUILP_SIGNAL,        QUILP_MALFORMED_DOCUMENT,
+    QUILP_NO_NETWORK,  QUILP_OUT_OF_MEMORY, QUILP_UNKNOWN_PAGE,
+    QUILP_HTTP_STATUS,  // of the built-in route, where the registry cannot be read
+};
+
 }  // namespace
 
 std::vector<FaultCase> faultCases() {
@@ -104,6 +159,14 @@ std::vector<FaultCase> faultCases() {
        "",
        {},
        changeText},
+      {kPlainFunctions, "Movie", kFaultReasons,
+       [] { return lookUp(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "Salt", "title"); }},
+      {"quilp_run quilp_answer_role", "TV", kFaultReasons,
+       [] { return lookUp(QUILP_TV_DETAILS, QUILP_ID, "tt0000101", "actor"); }},
+      {"quilp_run quilp_answer_size", "Music", kFaultReasons,
+       [] { return lookUp(QUILP_ARTIST_ALBUMS, QUILP_ARTIST, "Ann Lee", "name"); }},
+      {"quilp_run quilp_answer_value", "KTV", kFaultReasons,
+       [] { return lookUp(QUILP_SONG, QUILP_PATH, "/x/Ann Lee_A Song.mkv", "Title"); }},
   };
   for (const test::Lookup& lookup : test::lookups()) {
     cases.push_back(caseOf(lookup));
