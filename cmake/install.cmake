@@ -1,5 +1,5 @@
 # What is installed, and where its users find it. The components are what a distribution has packages
-# for: library, development, program.
+# for: library, development, python, program and others.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS quilp EXPORT quilp-targets
@@ -36,6 +36,10 @@ endif()
 quilp_install_manual(3 development)
 quilp_install_manual(5 program)
 quilp_install_manual(7 program)
+
+set(QUILP_PYTHON lib/python3/dist-packages CACHE STRING "Where Python looks for packages")
+install(DIRECTORY bindings/python/quilp DESTINATION ${QUILP_PYTHON} COMPONENT python
+        PATTERN __pycache__ EXCLUDE)
 
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quilp/examples
         COMPONENT program

@@ -21,7 +21,7 @@ arm_packages=(g++-arm-linux-gnueabihf qemu-user)
 coverage_packages=(gcovr)
 clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
 bare_packages=(git mmdebstrap)
-debian_packages=(build-essential debhelper git lintian xz-utils)
+debian_packages=(build-essential debhelper dh-python git lintian xz-utils)
 
 say() {
   echo "$(basename "$0"): $*"
