@@ -165,7 +165,7 @@ void* runGuard(void* argument) {
   if (pid < 0) {
     orders.end.error = errno;
   }
-  while (pid > 0 && waitpid(pid, nullptr, __WCLONE) < 0 && errno == EINTR) {
+  while (pid > 0 && waitpid(pid, nullptr, static_cast<int>(__WCLONE)) < 0 && errno == EINTR) {
   }
   sem_post(&orders.ended);
   return nullptr;

@@ -15,15 +15,24 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kMostBytes = 255;  // of one name on most file systems
 
-/// Marks that turn the direction of text, or cannot be seen: U+0080 to U+009F, U+200B to U+200F,
-/// U+202A to U+202E, U+2066 to U+2069, U+FEFF.
-bool isInvisible(std::string_view character) {
-  const auto isFrom = [character](std::string_view first, std::string_view last) {
-    return character >= first && character <= last;
+/// The code point of a UTF-8 character of two or three bytes; 0 for another.
+unsigned codePoint(std::string_view character) {
+  const auto bits = [character](std::size_t i, unsigned mask) {
+    return static_cast<unsigned char>(character[i]) & mask;
   };
-  return isFrom("\xC2\x80", "\xC2\x9F") || isFrom("\xE2\x80\x8B", "\xE2\x80\x8F") ||
-         isFrom("\xE2\x80\xAA", "\xE2\x80\xAE") || isFrom("\xE2\x81\xA6", "\xE2\x81\xA9") ||
-         character == "\xEF\xBB\xBF";
+  return character.size() == 2   ? bits(0, 0x1F) << 6 | bits(1, 0x3F)
+         : character.size() == 3 ? bits(0, 0x0F) << 12 | bits(1, 0x3F) << 6 | bits(2, 0x3F)
+                                 : 0;
+}
+
+/// Marks that turn the direction of text, or cannot be seen.
+bool isInvisible(std::string_view character) {
+  const unsigned code = codePoint(character);
+  const auto isFrom = [code](unsigned first, unsigned last) {
+    return code >= first && code <= last;
+  };
+  return isFrom(0x80, 0x9F) || isFrom(0x200B, 0x200F) || isFrom(0x202A, 0x202E) ||
+         isFrom(0x2066, 0x2069) || code == 0xFEFF;
 }
 
 std::string twoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
