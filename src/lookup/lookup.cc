@@ -83,6 +83,7 @@ bool Lookup::runAddOn() {
     answer_.reason = Reason::kExitStatus;
     answer_.number = end.exitStatus();
   }
+  wasCut();
   return answer_.reason == Reason::kOk;
 }
 

@@ -6,6 +6,7 @@
 
 #include "command/commands.h"
 #include "command/options.h"
+#include "command/time_limit.h"
 #include "lookup/requests.h"
 
 namespace quilp {
@@ -25,12 +26,13 @@ Command& addSearch(Command& explain, const char* name, const char* what, const c
   command.operands.push_back({operand, "What to look for", toText(text)});
   addCount(command, count);
   addFormat(command, format, {Format::kTable, Format::kJson});
+  addTimeout(command);
   command.run = [&request, values] {
-    const Explanation explanation = quilp::explain(request, values());
+    const Explanation explanation = quilp::explain(request, values(), beginLookup());
     if (!print(explanation, format)) {
       throw std::system_error(errno, std::generic_category(), "cannot write");
     }
-    return explanation.exitStatus;
+    return statusAfterLookup(explanation.exitStatus);
   };
   return command;
 }

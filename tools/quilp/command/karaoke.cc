@@ -7,6 +7,7 @@
 
 #include "command/commands.h"
 #include "command/options.h"
+#include "command/time_limit.h"
 #include "libquilp.h"
 #include "lookup/requests.h"
 #include "output/exit_status.h"
@@ -99,7 +100,7 @@ int describe(const std::vector<std::string>& files, Format format) {
     KTV_ExtraData_t info;
     libquilp::Observer quiet;
     const libquilp::Answer answer =
-        run(libquilp::kSong, libquilp::Values::song(file), {&quiet}, info);
+        run(libquilp::kSong, libquilp::Values::song(file), {&quiet, beginLookup()}, info);
     const bool read = answer.status == 0;
     failed = failed || !read;
     const std::string why = whyNothing(answer, libquilp::kSong.media);
@@ -116,10 +117,13 @@ int describe(const std::vector<std::string>& files, Format format) {
         printLines(info);
       }
     }
+    if (statusAfterLookup(0) != 0) {
+      break;
+    }
   }
   const bool written =
       format == Format::kJson ? printJson(songs) : static_cast<bool>(std::cout.flush());
-  return written && !failed ? 0 : kNothingFound;
+  return statusAfterLookup(written && !failed ? 0 : kNothingFound);
 }
 
 }  // namespace
@@ -131,6 +135,7 @@ void addKaraokeCommand(Command& program) {
       program.add("karaoke", "Describe karaoke songs by their files' names, or as an add-on does");
   files.addTo(karaoke, "FILE", "Song files, which need not exist");
   addFormat(karaoke, format, {Format::kTable, Format::kJson});
+  addTimeout(karaoke);
   karaoke.run = [] { return describe(files.words(), format); };
 }
 

@@ -4,6 +4,7 @@
 #include "command/identifier.h"
 #include "command/options.h"
 #include "command/print_answer.h"
+#include "command/time_limit.h"
 #include "lookup/requests.h"
 
 namespace quilp {
@@ -20,6 +21,7 @@ void addMovieCommands(Command& program) {
   search.operands.push_back({"KEYWORD", "What to look for", toText(keyword)});
   addCount(search, count);
   addFormat(search, format);
+  addTimeout(search);
   search.run = [] {
     return printAnswer(libquilp::kMovieSearch, Values::search(keyword.c_str(), count), format);
   };
@@ -28,6 +30,7 @@ void addMovieCommands(Command& program) {
   Command& show = movie.add("show", "Show the details of one movie");
   identifier.addTo(show, "Identifier of the movie");
   addFormat(show, format);
+  addTimeout(show);
   show.run = [] {
     const std::string id = identifier.forRequest(libquilp::kMovieDetails);
     return printAnswer(libquilp::kMovieDetails, Values::title(id.c_str()), format);

@@ -3,6 +3,7 @@
 #include "command/commands.h"
 #include "command/options.h"
 #include "command/print_answer.h"
+#include "command/time_limit.h"
 #include "lookup/requests.h"
 
 namespace quilp {
@@ -20,6 +21,7 @@ void addArtistCommand(Command& music, const char* name, const char* description,
   command.operands.push_back({"ARTIST", "Name of the artist", toText(artist)});
   addCount(command, count);
   addFormat(command, format);
+  addTimeout(command);
   command.run = [&request] {
     return printAnswer(request, Values::ofArtist(artist.c_str(), count), format);
   };
@@ -36,6 +38,7 @@ void addMusicCommands(Command& program) {
   search.options.push_back({0, "artist", "NAME", "Only albums of this artist", toText(artist)});
   addCount(search, count);
   addFormat(search, format);
+  addTimeout(search);
   search.run = [] {
     return printAnswer(libquilp::kAlbumSearch,
                        Values::ofAlbum(album.c_str(), artist.c_str(), count), format);

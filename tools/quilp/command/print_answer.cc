@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include "command/time_limit.h"
 #include "output/document.h"
 #include "output/exit_status.h"
 #include "output/json_output.h"
@@ -31,12 +32,12 @@ bool write(const std::string& document, Format format) {
 
 int printAnswer(const libquilp::Request& request, const libquilp::Values& values, Format format) {
   libquilp::Observer quiet;
-  const libquilp::PrintedAnswer answer = request.print(request, values, {&quiet});
+  const libquilp::PrintedAnswer answer = request.print(request, values, {&quiet, beginLookup()});
   if (answer.document && !write(*answer.document, format)) {
     throw std::system_error(errno, std::generic_category(), "cannot write");
   }
   tell(whyNothing(answer, request.media));
-  return exitStatusOf(answer);
+  return statusAfterLookup(exitStatusOf(answer));
 }
 
 }  // namespace quilp

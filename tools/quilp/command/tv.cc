@@ -5,6 +5,7 @@
 #include "command/identifier.h"
 #include "command/options.h"
 #include "command/print_answer.h"
+#include "command/time_limit.h"
 #include "lookup/requests.h"
 
 namespace quilp {
@@ -26,6 +27,7 @@ void addSearch(Command& tv) {
   addCount(search, count);
   addLanguage(search, language);
   addFormat(search, format);
+  addTimeout(search);
   search.run = [] {
     return printAnswer(libquilp::kShowSearch,
                        Values::search(keyword.c_str(), count, languageOrNull()), format);
@@ -37,6 +39,7 @@ void addShow(Command& tv) {
   identifier.addTo(show, "Identifier of the show");
   addLanguage(show, language);
   addFormat(show, format);
+  addTimeout(show);
   show.run = [] {
     const std::string id = identifier.forRequest(libquilp::kShowDetails);
     return printAnswer(libquilp::kShowDetails, Values::title(id.c_str(), languageOrNull()), format);
@@ -54,6 +57,7 @@ void addEpisode(Command& tv) {
                               toNumber("EPISODE", number, INT_MIN, INT_MAX)});
   addLanguage(episode, language);
   addFormat(episode, format);
+  addTimeout(episode);
   episode.run = [] {
     const std::string id = identifier.forRequest(libquilp::kEpisodeDetails);
     return printAnswer(libquilp::kEpisodeDetails,

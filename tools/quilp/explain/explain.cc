@@ -43,13 +43,14 @@ bool hasKeyword(const libquilp::Request& request) {
 
 }  // namespace
 
-Explanation explain(const libquilp::Request& request, const libquilp::Values& values) {
+Explanation explain(const libquilp::Request& request, const libquilp::Values& values,
+                    libquilp::Control* control) {
   Explanation explanation;
   if (hasKeyword(request)) {
     explanation.keyword = {ProcessKeyword(values.keyword, 0), ProcessKeyword(values.keyword, 1)};
   }
   Watch watch(explanation);
-  const libquilp::PrintedAnswer answer = request.print(request, values, {&watch});
+  const libquilp::PrintedAnswer answer = request.print(request, values, {&watch, control});
   explanation.answer = answer;
   if (!answer.addOn) {
     explanation.whyBuiltIn = RegistryView::get().whyNone(request.media, libquilp::Use::kPrint);

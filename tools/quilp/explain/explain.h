@@ -5,7 +5,8 @@
 
 namespace quilp {
 
-/// Makes a lookup and records how it goes.
-Explanation explain(const libquilp::Request& request, const libquilp::Values& values);
+/// Makes a lookup, which a control may end, and records how it goes.
+Explanation explain(const libquilp::Request& request, const libquilp::Values& values,
+                    libquilp::Control* control);
 
 }  // namespace quilp

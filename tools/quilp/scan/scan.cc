@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "output/exit_status.h"
 #include "output/message.h"
 #include "platform/why_nothing.h"
 #include "scan/changes.h"
@@ -31,8 +32,7 @@ namespace {
 
 constexpr int kFailures = 100;  // the exit status for one failure is one more
 constexpr std::size_t kMostFailures = 25;
-constexpr int kMostAlike = 5;      // messages of one failure; the summary counts all
-constexpr int kInterrupted = 130;  // as a shell has it
+constexpr int kMostAlike = 5;  // messages of one failure; the summary counts all
 
 /// Lookups of one kind must not overlap where no add-on answers them.
 int jobsFor(const ScanRequest& request, const std::vector<MediaItem>& items) {
