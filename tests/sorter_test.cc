@@ -57,8 +57,7 @@ TEST_P(SorterTest, GivesAllRecordsInOrder) {
 }
 
 // Nothing; in memory; one run; many runs.
-INSTANTIATE_TEST_SUITE_P(Sizes, SorterTest,
-                         testing::Values(0, 100000, kMemory, 6 * kMemory));
+INSTANTIATE_TEST_SUITE_P(Sizes, SorterTest, testing::Values(0, 100000, kMemory, 6 * kMemory));
 
 TEST(Sorter, SaysThatAFolderTakesNoFiles) {
   Sorter sorter(kMemory, "/nowhere");
