@@ -107,7 +107,7 @@ TEST(Answers, HugeAnswersCostLittle) {
     for (const std::string& answer : huge) {
       const auto start = std::chrono::steady_clock::now();
       documentOf(reader, answer);
-      EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10))
+      EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60))
           << reader.sample << ' ' << answer.substr(0, 20);
     }
   }

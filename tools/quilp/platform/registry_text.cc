@@ -45,7 +45,8 @@ struct Place {
 };
 
 Place placeOfValue(const std::string& line) {
-  const std::size_t size = stripped(line).data() + stripped(line).size() - line.data();
+  const auto size =
+      static_cast<std::size_t>(stripped(line).data() + stripped(line).size() - line.data());
   std::size_t start = line.find('=') + 1;
   while (start < size && libquilp::isSpace(static_cast<unsigned char>(line[start]))) {
     ++start;

@@ -45,9 +45,9 @@ std::string escaped(const std::string& json) {
 
 }  // namespace
 
-Report::Report(std::string path) : path_(std::move(path)) {}
+ReportPage::ReportPage(std::string path) : path_(std::move(path)) {}
 
-std::string Report::pictureOf(const ScanRow& row) const {
+std::string ReportPage::pictureOf(const ScanRow& row) const {
   const fs::path file = row.file;
   const fs::path folder = fs::is_directory(file) ? file : file.parent_path();
   const std::string stem = fs::path(file).replace_extension().native();
@@ -63,7 +63,7 @@ std::string Report::pictureOf(const ScanRow& row) const {
   return {};
 }
 
-void Report::add(const ScanRow& row) {
+void ReportPage::add(const ScanRow& row) {
   Json::Value object = jsonOf(row);
   object["picture"] = pictureOf(row);
   Json::StreamWriterBuilder writer;
@@ -72,7 +72,7 @@ void Report::add(const ScanRow& row) {
   rows_ += (rows_.empty() ? "" : ",\n") + escaped(Json::writeString(writer, object));
 }
 
-void Report::write() const {
+void ReportPage::write() const {
   std::ofstream page(path_, std::ios::binary | std::ios::trunc);
   page << kPageStart << rows_ << kPageEnd;
   if (!page.flush()) {

@@ -8,9 +8,9 @@ namespace quilp {
 
 /// A page about a scan: one file that asks nothing of a network. Pictures are those that lie beside
 /// the media files.
-class Report {
+class ReportPage {
  public:
-  explicit Report(std::string path);
+  explicit ReportPage(std::string path);
 
   void add(const ScanRow& row);
 

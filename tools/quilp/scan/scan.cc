@@ -79,7 +79,7 @@ class Scan {
         memory_(request.memory, settingsOf(request)),
         writer_(makeRowWriter(request.format, folderOf(request))) {
     if (!request.report.empty()) {
-      report_ = std::make_unique<Report>(request.report);
+      report_ = std::make_unique<ReportPage>(request.report);
     }
     if (request.dress.any()) {
       changes_ = std::make_unique<Changes>(journalOf(request), request.replace, request.dryRun);
@@ -180,8 +180,8 @@ class Scan {
   std::vector<std::optional<ScanRow>> rows_;  // of the items that were looked up
   Memory memory_;
   std::unique_ptr<RowWriter> writer_;
-  std::unique_ptr<Report> report_;    // null: none is wanted
-  std::unique_ptr<Changes> changes_;  // null: nothing is written
+  std::unique_ptr<ReportPage> report_;  // null: none is wanted
+  std::unique_ptr<Changes> changes_;    // null: nothing is written
   std::unique_ptr<Dresser> dresser_;
   std::atomic<std::size_t> next_{0};
   std::mutex mutex_;  // for what follows, and for memory and writer
