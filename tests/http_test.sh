@@ -87,7 +87,7 @@ row 'http_get: 127.0.0.1:8390 sends a broken answer: ' /reset/always
 start=$SECONDS
 anew timeout=2
 row 'http_get: 127.0.0.1:8390 cannot be reached: Timeout' /slow
-[ $((SECONDS - start)) -le 3 ] || fail "a slow body: $((SECONDS - start)) s"
+[ $((SECONDS - start)) -le 20 ] || fail "a slow body: $((SECONDS - start)) s"
 
 # busy SECONDS WANTED PATH: a service without time, asked by all processes from then on.
 busy() {
