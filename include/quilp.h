@@ -40,6 +40,7 @@
 extern "C" {
 #endif
 
+/** Marks what the library exports. */
 #if defined(__GNUC__)
 #define QUILP_EXPORT __attribute__((visibility("default")))
 #else
@@ -108,7 +109,9 @@ typedef enum quilp_reason {
   QUILP_UNKNOWN_PAGE = 14   /**< a page has nothing in a known form */
 } quilp_reason;
 
+/** What is looked up, and how; of quilp_request_new. */
 typedef struct quilp_request quilp_request;
+/** What was found, and why nothing more was; of quilp_run. */
 typedef struct quilp_answer quilp_answer;
 
 /** Steps of a lookup that an observer is told. */
@@ -123,7 +126,10 @@ typedef enum quilp_event {
  * Is told the steps of a lookup, by the thread that calls quilp_run or by one that it started, one
  * at a time. It must not call quilp_run for the same request; it may cancel it.
  *
- * @param text  valid during the call; may be empty, never null
+ * @param user    as it was given to quilp_request_set_observer
+ * @param event   what happened
+ * @param text    valid during the call; may be empty, never null
+ * @param number  as the event says, or 0
  */
 typedef void (*quilp_observer)(void* user, quilp_event event, const char* text, long number);
 

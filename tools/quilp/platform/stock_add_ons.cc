@@ -36,7 +36,8 @@ const std::vector<StockAddOn>& stockAddOns() {
        "Data from TVmaze (https://www.tvmaze.com), CC BY-SA 4.0."},
       {"wikidata", "Movie TV", "asks Wikidata and Wikipedia about movies and shows",
        "www.wikidata.org", "",
-       "Data from Wikidata (https://www.wikidata.org), CC0; summaries from Wikipedia, CC BY-SA 4.0."},
+       "Data from Wikidata (https://www.wikidata.org), CC0; summaries from Wikipedia, CC BY-SA "
+       "4.0."},
       {"song", "KTV", "reads the names of karaoke songs", "", "", ""},
   };
   return kAddOns;
