@@ -142,7 +142,7 @@ int guard(void* argument) {
   pid_t child = -1;
   orders.end.error = start(orders, child);
   if (orders.end.error != 0) {
-    _exit(0);
+    return 0;
   }
   pollfd events[] = {{children, POLLIN, 0}, {orders.control->descriptor(), POLLIN, 0}};
   while (waitpid(child, &orders.end.waitStatus, WNOHANG) == 0) {
@@ -154,7 +154,7 @@ int guard(void* argument) {
     poll(events, 2, orders.control->millisecondsLeft());
     drain(children);
   }
-  _exit(0);
+  return 0;
 }
 
 /// Starts the guard, which suspends the calling thread, and collects it. All signals are blocked.
