@@ -13,6 +13,8 @@ build_packages=(
   "${demo_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev
   dwarves fish groff-base iso-codes libxml2-utils mandoc python3 zsh
 )
+# What tests of pages run in, and are skipped without.
+browser_packages=(chromium)
 # What bench/compare compares with.
 bench_packages=(libxml2-dev python3-guessit)
 command -v npm >/dev/null || bench_packages+=(nodejs npm)

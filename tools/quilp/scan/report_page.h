@@ -13,10 +13,10 @@ inline constexpr char kPageStart[] = R"html(<!doctype html>
  content="default-src 'none'; style-src 'unsafe-inline'; script-src 'unsafe-inline'; img-src 'self' file: data:">
 <title>quilp scan</title>
 <style>
-:root { color-scheme: light dark; --back: #f6f6f4; --card: #fff; --text: #1c1c1a; --dim: #6b6b66;
-  --line: #ddd; --sure: #2c7a4b; --unsure: #b06a00; --unknown: #a3332c; }
+:root { color-scheme: light dark; --back: #f6f6f4; --card: #fff; --text: #1c1c1a; --dim: #595954;
+  --line: #ddd; --sure: #2c7a4b; --unsure: #8f5600; --unknown: #a3332c; }
 @media (prefers-color-scheme: dark) { :root { --back: #161615; --card: #222220; --text: #eee;
-  --dim: #a0a09a; --line: #3a3a37; --sure: #6cc08b; --unsure: #e0a040; --unknown: #e57368; } }
+  --dim: #b0b0aa; --line: #3a3a37; --sure: #6cc08b; --unsure: #e0a040; --unknown: #e57368; } }
 * { box-sizing: border-box; }
 body { margin: 0; font: 15px/1.4 system-ui, sans-serif; background: var(--back); color: var(--text); }
 header { position: sticky; top: 0; z-index: 1; display: flex; flex-wrap: wrap; gap: .5rem;
@@ -95,6 +95,7 @@ rows.forEach(row => {
     image.loading = "lazy";
     image.alt = "";
     image.src = row.picture;
+    image.addEventListener("error", () => { poster.textContent = row.label.slice(0, 1); });
     poster.append(image);
   } else {
     poster.textContent = row.label.slice(0, 1);
@@ -152,6 +153,7 @@ document.querySelectorAll("button[data-show]").forEach(button => {
 search.addEventListener("input", draw);
 sort.addEventListener("change", draw);
 document.addEventListener("keydown", event => {
+  if (details.open || event.ctrlKey || event.altKey || event.metaKey) return;
   const cards = [...wall.children];
   const at = cards.indexOf(document.activeElement);
   const columns = getComputedStyle(wall).gridTemplateColumns.split(" ").length;
