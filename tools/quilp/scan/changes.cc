@@ -83,22 +83,37 @@ std::string lineOf(const Json::Value& value) {
   return Json::writeString(writer, value);
 }
 
-void writeNew(const fs::path& file, std::string_view content) {
-  const int descriptor =
-      open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644);
-  if (descriptor < 0) {
-    fail("cannot write " + file.native());
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() {
+    if (number_ >= 0) {
+      close(number_);
+    }
   }
-  bool good = true;
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+bool writeAll(int descriptor, std::string_view content) {
+  bool good = descriptor >= 0;
   for (std::size_t at = 0; good && at < content.size();) {
     const ssize_t wrote = ::write(descriptor, content.data() + at, content.size() - at);
     good = wrote > 0 || (wrote < 0 && errno == EINTR);
     at += wrote > 0 ? static_cast<std::size_t>(wrote) : 0;
   }
-  good = good && fsync(descriptor) == 0;
-  const int error = errno;
-  close(descriptor);
-  if (!good) {
+  return good && fsync(descriptor) == 0;
+}
+
+void writeNew(const fs::path& file, std::string_view content) {
+  const Descriptor descriptor(
+      open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644));
+  if (!writeAll(descriptor.number(), content)) {
+    const int error = errno;
     unlink(file.c_str());
     errno = error;
     fail("cannot write " + file.native());
@@ -119,9 +134,13 @@ int renameToNew(const fs::path& from, const fs::path& to) {
   return ::rename(from.c_str(), to.c_str());
 }
 
+fs::path folderOf(const fs::path& file) {
+  return file.has_parent_path() ? file.parent_path() : fs::path(".");
+}
+
 /// The file that a new content is written to first.
 fs::path besideOf(const fs::path& file) {
-  return file.parent_path() / ('.' + std::to_string(getpid()) + ".quilp");
+  return folderOf(file) / ('.' + std::to_string(getpid()) + ".quilp");
 }
 
 /// Replaces a file by one of the new content.
@@ -129,6 +148,33 @@ void writeWhole(const fs::path& file, std::string_view content) {
   const fs::path beside = besideOf(file);
   writeNew(beside, content);
   if (::rename(beside.c_str(), file.c_str()) != 0) {
+    const int error = errno;
+    unlink(beside.c_str());
+    errno = error;
+    fail("cannot write " + file.native());
+  }
+}
+
+/// Makes a new file, which gets its name when it is whole: nothing is left of one that is not.
+template <class Note>
+void writeWithoutName(const fs::path& file, std::string_view content, const Note& note) {
+  const Descriptor descriptor(open(folderOf(file).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0644));
+  const std::string entry = "/proc/self/fd/" + std::to_string(descriptor.number());
+  if (descriptor.number() >= 0 && access(entry.c_str(), F_OK) == 0) {
+    if (!writeAll(descriptor.number(), content)) {
+      fail("cannot write " + file.native());
+    }
+    note();
+    if (linkat(AT_FDCWD, entry.c_str(), AT_FDCWD, file.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+      fail("cannot write " + file.native());
+    }
+    return;
+  }
+  // A file system without files that have no name.
+  const fs::path beside = besideOf(file);
+  writeNew(beside, content);
+  note();
+  if (renameToNew(beside, file) != 0) {
     const int error = errno;
     unlink(beside.c_str());
     errno = error;
@@ -228,15 +274,7 @@ Changes::Done Changes::write(const fs::path& file, std::string_view content) {
     writeWhole(file, content);
     return Done::kYes;
   }
-  const fs::path beside = besideOf(file);
-  writeNew(beside, content);
-  note(kWrote, file, fingerprint(content), "");
-  if (renameToNew(beside, file) != 0) {
-    const int error = errno;
-    unlink(beside.c_str());
-    errno = error;
-    fail("cannot write " + file.native());
-  }
+  writeWithoutName(file, content, [&] { note(kWrote, file, fingerprint(content), ""); });
   return Done::kYes;
 }
 

@@ -87,20 +87,23 @@ class Scan {
     }
   }
 
+  /// Nothing is written before all is found: what an NFO file tells would change what is found
+  /// next.
   void run() {
-    std::vector<std::thread> threads;
-    for (int i = 1; i < jobs_; ++i) {
-      threads.emplace_back([this] { work(); });
-    }
-    work();
-    for (std::thread& thread : threads) {
-      thread.join();
+    forEach(&Scan::find);
+    if (dresser_ && error_.empty()) {
+      forEach(&Scan::dress);
     }
     messages_.showProgress("");
   }
 
   bool end() {
     if (report_) {
+      for (const std::optional<ScanRow>& row : rows_) {
+        if (row) {
+          report_->add(*row);
+        }
+      }
       report_->write();
     }
     return writer_->end();
@@ -128,16 +131,24 @@ class Scan {
   }
 
  private:
-  void work() {
+  using Step = void (Scan::*)(std::size_t item);
+
+  void forEach(Step step) {
+    next_ = 0;
+    std::vector<std::thread> threads;
+    for (int i = 1; i < jobs_; ++i) {
+      threads.emplace_back([this, step] { work(step); });
+    }
+    work(step);
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
+  }
+
+  void work(Step step) {
     try {
       for (std::size_t i; !interruption_.wanted() && (i = next_++) < items_.size();) {
-        const ScanRow* known = memory_.find(items_[i].path);
-        ScanRow row = known != nullptr ? *known : finder_.find(items_[i]);
-        row.file = items_[i].path;  // as it is given now
-        if (dresser_) {
-          dresser_->dress(items_[i], row);
-        }
-        take(i, std::move(row), known == nullptr);
+        (this->*step)(i);
       }
     } catch (const std::exception& error) {
       const std::lock_guard<std::mutex> lock(mutex_);
@@ -146,29 +157,39 @@ class Scan {
     }
   }
 
-  void take(std::size_t i, ScanRow row, bool isNew) {
+  void find(std::size_t i) {
+    const ScanRow* known = memory_.find(items_[i].path);
+    ScanRow row = known != nullptr ? *known : finder_.find(items_[i]);
+    row.file = items_[i].path;  // as it is given now
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (isNew) {
+    if (known == nullptr) {
       memory_.add(row);
     }
     if (row.failed && ++told_[row.failure] <= kMostAlike) {
       messages_.say(row.file + ": " + row.failure);
     }
-    if (dresser_) {
-      for (const std::string& message : dresser_->takeMessages()) {
-        messages_.say(message);
-      }
-    }
     tally_.add(row);
     messages_.showProgress(tally_.progress(items_.size()) + ' ' + row.file);
     rows_[i] = std::move(row);
     for (; written_ < rows_.size() && rows_[written_]; ++written_) {
-      if (report_) {
-        report_->add(*rows_[written_]);
-      }
-      if (!writer_->add(*rows_[written_])) {
-        throw std::runtime_error("cannot write");  // further results could not be seen
-      }
+      show(*rows_[written_]);
+    }
+  }
+
+  void show(ScanRow& row) {
+    if (!writer_->add(row)) {
+      throw std::runtime_error("cannot write");  // further results could not be seen
+    }
+    if (!report_) {  // which wants the pictures that are written later
+      row.candidates = {};
+    }
+  }
+
+  void dress(std::size_t i) {
+    dresser_->dress(items_[i], *rows_[i]);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (const std::string& message : dresser_->takeMessages()) {
+      messages_.say(message);
     }
   }
 
