@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "plugin/outside.h"
+
 namespace libquilp {
 namespace {
 
@@ -29,7 +31,7 @@ AddOnCall::AddOnCall(const AddOn& addOn, const std::vector<std::string>& argumen
     context.observer->addOnStarted(words);
   }
   Environment environment(variables);
-  end_ = runProgram(argv.data(), environment.data(), context.control);
+  end_ = askAddOn(argv.data(), environment.data(), context.control);
   if (context.observer != nullptr) {
     context.observer->addOnEnded(end_);
   }

@@ -21,6 +21,9 @@ class FetchReport {
   /// the observer gets that report.
   std::string option() const;
 
+  /// The file that curl writes the headers to; empty for none.
+  const std::string& headers() const { return headers_; }
+
   /// Call this after curl has ended.
   void finish(int exit, std::string_view page);
 

@@ -1,20 +1,15 @@
 #include "plugin/page_fetch.h"
 
-#include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
 #include <string_view>
 #include <utility>
 
-#include "plugin/descriptor.h"
 #include "plugin/fetch_report.h"
 #include "plugin/files.h"
-#include "plugin/guarded_run.h"
+#include "plugin/outside.h"
 #include "readable.h"
 #include "text/cutter.h"
 #include "text/removal.h"
@@ -27,14 +22,6 @@ constexpr char kLimits[] = " -A Mozilla/5.0 --connect-timeout 15 --max-time 25";
 constexpr int kUnreadableCommand = 2;
 // Exit status of curl when it cannot write a page.
 constexpr int kUnwritablePage = 23;
-
-// Result of system() when it cannot start a shell.
-constexpr int kNotStarted = -1;
-
-struct ClosePipe {
-  void operator()(std::FILE* pipe) const { pclose(pipe); }
-};
-using Pipe = std::unique_ptr<std::FILE, ClosePipe>;
 
 bool canBeQuoted(const std::string& address) {
   return address.find_first_of(std::string_view("'\0", 2)) == std::string::npos;
@@ -59,56 +46,20 @@ bool isBlocked(const char* path) {
   return lstat(path, &status) == 0 && !S_ISREG(status.st_mode) && unlink(path) != 0;
 }
 
-int exitStatus(int status) {
-  if (status == -1) {
-    return status;
-  }
-  return WIFSIGNALED(status) ? 1 : WEXITSTATUS(status);
-}
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-/// Runs a command under the control of a lookup, and reads its output as from a pipe. Returns its
-/// exit status.
-int runControlled(const std::string& command, Control& control, std::string& output) {
-  const int descriptor = aboveStandard(memfd_create("libquilp", MFD_CLOEXEC));
-  const std::unique_ptr<std::FILE, CloseFile> file(fdopen(descriptor, "r"));
-  if (!file) {
-    close(descriptor);  // out of memory for the stream
-    return kNotStarted;
-  }
-  const ProgramEnd end = runGuardedCommand(command, control, descriptor);
-  std::rewind(file.get());
-  output = readLines(file.get());
-  return end.started() ? end.exitStatus() : kNotStarted;
-}
-
 std::optional<std::string> fetchPiped(const std::string& address, const char* options,
                                       const Context& context) {
   if (!canBeQuoted(address)) {
     return {};
   }
   FetchReport report(address, context);
-  const std::string command = curlCommand(address) + options + report.option();
-  if (context.control != nullptr) {
-    std::string page;
-    report.finish(runControlled(command, *context.control, page), page);
-    return page.size() > kReadLimit ? std::nullopt : std::optional<std::string>(std::move(page));
-  }
-  // "e": programs that other threads start concurrently do not inherit the pipe.
-  Pipe pipe(popen(command.c_str(), "re"));
-  if (!pipe) {
-    report.finish(kNotStarted, {});
+  CurlEnd end =
+      askCurl({address, curlCommand(address) + options + report.option(), report.headers(), ""},
+              context.control);
+  report.finish(end.status, end.output.value_or(""));
+  if (end.output && end.output->size() > kReadLimit) {
     return {};
   }
-  std::string page = readLines(pipe.get());
-  report.finish(exitStatus(pclose(pipe.release())), page);
-  if (page.size() > kReadLimit) {
-    return {};
-  }
-  return page;
+  return std::move(end.output);
 }
 
 }  // namespace
@@ -119,11 +70,11 @@ FilePage fetchToFile(const std::string& address, PageFile& file, const Context& 
   }
   if (context.control != nullptr) {  // without a file that another lookup may be using
     FetchReport report(address, context);
-    std::string page;
-    const int status =
-        runControlled(curlCommand(address) + kLimits + report.option(), *context.control, page);
-    report.finish(status, page);
-    return {status, status == 0 ? std::optional<std::string>(std::move(page)) : std::nullopt};
+    CurlEnd end =
+        askCurl({address, curlCommand(address) + kLimits + report.option(), report.headers(), ""},
+                context.control);
+    report.finish(end.status, end.output.value_or(""));
+    return {end.status, end.status == 0 ? std::move(end.output) : std::nullopt};
   }
   FetchReport report(address, context);
   const std::string path = file.path;
@@ -134,7 +85,7 @@ FilePage fetchToFile(const std::string& address, PageFile& file, const Context& 
     report.finish(kUnwritablePage, {});
     return {kUnwritablePage, {}};
   }
-  const int status = exitStatus(std::system(command.c_str()));
+  const int status = askCurl({address, command, report.headers(), path}, nullptr).status;
   FilePage page = {status, status == 0 ? readFile(file.path) : std::nullopt};
   report.finish(status, page.text ? *page.text : std::string_view());
   return page;
@@ -181,10 +132,7 @@ void ServiceDocument::fetchOnce(const std::string& address) {
   const std::string command = std::string(kHttpClient) + globOption(address) + " -D '" + headers +
                               "' --connect-timeout 15 -o " + body + ' ' + quoted(address) +
                               " >/dev/null 2>&1";
-  std::string nothing;
-  const int status = context_.control != nullptr
-                         ? runControlled(command, *context_.control, nothing)
-                         : exitStatus(std::system(command.c_str()));
+  const int status = askCurl({address, command, headers, body}, context_.control).status;
   if (context_.observer != nullptr) {
     report.finish(status, readFile(body.c_str()).value_or(""));
   }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "text/c_locale.h"
+#include "text/place.h"
 
 namespace libquilp {
 namespace {
@@ -32,7 +33,7 @@ dictionary* load(const char* path) {
 
 IniFile::IniFile(const char* path) : dictionary_(nullptr, &iniparser_freedict) {
   const CLocale letters;
-  dictionary_.reset(load(path));
+  dictionary_.reset(load(placeOf(path)));
 }
 
 int IniFile::sections() const { return iniparser_getnsec(dictionary_.get()); }

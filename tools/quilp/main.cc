@@ -1,11 +1,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <string>
+#include <vector>
 
 #include "command/commands.h"
+#include "command/record.h"
 #include "output/exit_status.h"
 #include "output/utf8.h"
 #include "platform/registry_view.h"
@@ -28,10 +31,13 @@ void complain(const std::string& command, const std::string& text) {
   std::fprintf(stderr, "%s: %s\n", command.c_str(), lineText(text).c_str());
 }
 
+int run(const std::vector<std::string>& words);
+
 Command makeProgram() {
   Command program = {"quilp", "Look up descriptive metadata for media files"};
   program.options = {{'h', "help", "", "Print this help, also after a command"},
                      {'V', "version", "", "Print the version"}};
+  addRecordOptions(program);
   program.footer =
       "Exit status: 0 for a result, 1 for nothing found, 2 for wrong usage, otherwise that of the\n"
       "add-on or of curl that failed (music, karaoke: 1; scan: 101 and more). See quilp(1).\n";
@@ -43,22 +49,23 @@ Command makeProgram() {
   addNameCommand(program);
   addScanCommand(program);
   addExplainCommands(program);
+  addDriftCommand(program, &run);
   addCatalogueCommands(program);
   addAddonCommands(program);
   return program;
 }
 
-int run(int argc, char** argv) {
+int run(const std::vector<std::string>& words) {
   const Command program = makeProgram();
-  if (argc > 2 && std::string(argv[1]) == "--complete") {
-    return printCompletions(program, {argv + 2, argv + argc}) ? 0 : kNothingFound;
+  if (words.size() > 1 && words.front() == "--complete") {
+    return printCompletions(program, {words.begin() + 1, words.end()}) ? 0 : kNothingFound;
   }
   try {
-    return parse(program, argc, argv)();
+    return isRecordedRun(words) ? runRecorded(words, &run) : parse(program, words)();
   } catch (const WrongUsage& error) {
     complain(error.command(), error.what());
-    const std::string words = error.command().substr(program.name.size());
-    std::fprintf(stderr, "See \"quilp help%s\".\n", words.c_str());
+    const std::string command = error.command().substr(program.name.size());
+    std::fprintf(stderr, "See \"quilp help%s\".\n", command.c_str());
     return kWrongUsage;
   }
 }
@@ -70,7 +77,7 @@ int main(int argc, char** argv) {
   quilp::fillStandardDescriptors();
   quilp::silenceIniParser();
   try {
-    return quilp::run(argc, argv);
+    return quilp::run({argv + std::min(argc, 1), argv + argc});
   } catch (const std::exception& error) {
     quilp::complain("quilp", error.what());
     return quilp::kNothingFound;

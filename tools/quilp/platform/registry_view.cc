@@ -11,6 +11,7 @@
 
 #include "platform.h"
 #include "plugin/run_program.h"
+#include "text/place.h"
 
 namespace quilp {
 namespace {
@@ -45,7 +46,7 @@ std::string quoted(const RegistrySection::Value& value) { return '"' + value.val
 void silenceIniParser() { iniparser_set_error_callback(&keepParserMessage); }
 
 std::string RegistryView::problemOfFile() {
-  if (faccessat(AT_FDCWD, libquilp::kRegistryFile, R_OK, AT_EACCESS) == 0) {
+  if (faccessat(AT_FDCWD, libquilp::placeOf(libquilp::kRegistryFile), R_OK, AT_EACCESS) == 0) {
     return "is malformed at line " + lineOfMessage();
   }
   return errno == ENOENT ? kMissing : std::string("cannot be read: ") + std::strerror(errno);

@@ -63,12 +63,18 @@ class Options {
   std::vector<::option> names_;
 };
 
-Line cut(const Command& program, int argc, char** argv) {
+Line cut(const Command& program, const std::vector<std::string>& words) {
   const Options known(program);
   Line line;
+  std::vector<char*> argv = {const_cast<char*>("")};
+  for (const std::string& word : words) {
+    argv.push_back(const_cast<char*>(word.c_str()));
+  }
+  const int argc = static_cast<int>(argv.size());
+  argv.push_back(nullptr);
   optind = 1;
   for (int at = optind, code;
-       (code = getopt_long(argc, argv, known.letters(), known.names(), nullptr)) >= 0;
+       (code = getopt_long(argc, argv.data(), known.letters(), known.names(), nullptr)) >= 0;
        at = optind) {
     const std::string word = argv[at];
     if (code == 1) {
@@ -83,7 +89,7 @@ Line cut(const Command& program, int argc, char** argv) {
       line.unknownOption = word.substr(0, word.find('='));
     }
   }
-  line.operands.insert(line.operands.end(), argv + optind, argv + argc);
+  line.operands.insert(line.operands.end(), argv.begin() + optind, argv.begin() + argc);
   return line;
 }
 
@@ -164,8 +170,8 @@ bool has(const Command& program, const Line& line, const char* option) {
 
 }  // namespace
 
-std::function<int()> parse(const Command& program, int argc, char** argv) {
-  const Line line = cut(program, argc, argv);
+std::function<int()> parse(const Command& program, const std::vector<std::string>& given) {
+  const Line line = cut(program, given);
   const std::vector<std::string>& words = line.operands;
   const bool helpFirst = !words.empty() && words.front() == "help";
   const bool wantsHelp = helpFirst || has(program, line, "--help");

@@ -9,6 +9,6 @@ namespace quilp {
 ///
 /// Options may stand anywhere, also before the command; after "--" all words are operands. "help"
 /// before a command means the same as --help.
-std::function<int()> parse(const Command& program, int argc, char** argv);
+std::function<int()> parse(const Command& program, const std::vector<std::string>& given);
 
 }  // namespace quilp

@@ -1,0 +1,11 @@
+#include "plugin/outside.h"
+
+namespace libquilp {
+
+ProgramEnd askAddOn(char** argv, char** environment, Control* control) {
+  return runProgram(argv, environment, control);
+}
+
+CurlEnd askCurl(const CurlRun& run, Control* control) { return runCurl(run, control); }
+
+}  // namespace libquilp
