@@ -4,6 +4,7 @@
 #include <exception>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "imdb/title_page.h"
 #include "plugin/page_fetch.h"
@@ -54,14 +55,57 @@ Enrichment::~Enrichment() {
   }
 }
 
-void Enrichment::start(int i, const char* id) {
-  Work& work = work_[i];
-  copyCut(work.record.id, orEmpty(id));
-  work.record.reference = reference_;
-  work.record.context = &context_;
-  work.running = pthread_create(&work.thread, nullptr, body_, &work.record) == 0;
-  if (!work.running) {
-    body_(&work.record);
+void Enrichment::set(int i, const char* id) {
+  MovieWorkRecord& record = work_[i].record;
+  copyCut(record.id, orEmpty(id));
+  record.reference = reference_;
+  record.context = &context_;
+}
+
+void Enrichment::start() {
+  if (context_.control != nullptr) {
+    try {
+      fetchAll();
+    } catch (const std::exception&) {
+      // What was found so far stays.
+    }
+    return;
+  }
+  for (int i = 0; i < n_; ++i) {
+    Work& work = work_[i];
+    work.running = pthread_create(&work.thread, nullptr, body_, &work.record) == 0;
+    if (!work.running) {
+      body_(&work.record);
+    }
+  }
+}
+
+void Enrichment::fetchAll() {
+  const auto size = static_cast<std::size_t>(n_);
+  std::vector<std::string> addresses(size);
+  for (std::size_t i = 0; i < size; ++i) {
+    if (work_[i].record.id[0] != '\0') {
+      addresses[i] = titleAddress(work_[i].record.id, reference_);
+    }
+  }
+  auto pages = fetchTogether(addresses, context_);
+  for (std::size_t i = 0; i < size; ++i) {
+    addresses[i].clear();
+    if (pages[i]) {
+      MovieWorkRecord& record = work_[i].record;
+      copyCut(record.image, posterOf(*pages[i]).value_or(""));
+      const Outline outline = imdbExtractOutline(*pages[i]);
+      if (outline.isOnSummaryPage) {
+        addresses[i] = summaryAddress(record.id);
+      }
+      copyCut(record.outline, decodedOutline(outline.text).value_or(""));
+    }
+  }
+  pages = fetchTogether(addresses, context_);
+  for (std::size_t i = 0; i < size; ++i) {
+    if (pages[i]) {
+      copyCut(work_[i].record.outline, outlineOfSummaryPage(*pages[i]).value_or(""));
+    }
   }
 }
 

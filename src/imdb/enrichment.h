@@ -24,7 +24,7 @@ using ThreadBody = void* (*)(void*);
 /// null. An empty identifier is not fetched. Throws nothing: nothing catches it in a thread.
 void* enrichFromTitlePage(void* record);
 
-/// Runs a thread for each of its own work records and joins them in order.
+/// Does the work of its own work records concurrently.
 class Enrichment {
  public:
   Enrichment(int n, const char* reference, const Context& context,
@@ -34,11 +34,15 @@ class Enrichment {
   Enrichment(const Enrichment&) = delete;
   Enrichment& operator=(const Enrichment&) = delete;
 
-  /// If a thread cannot be started, the caller does its work.
-  void start(int i, const char* id);
+  void set(int i, const char* id);
+  /// Under a control, fetches all title pages together, then all plot summaries. Otherwise starts a
+  /// thread for each record; if one cannot be started, the caller does its work. Throws nothing.
+  void start();
   const MovieWorkRecord& join(int i);
 
  private:
+  void fetchAll();
+
   struct Work {
     MovieWorkRecord record;
     pthread_t thread;
@@ -65,8 +69,9 @@ void enrich(Record* records, int n, char* Record::*id, char* Record::*image, cha
   }
   Enrichment enrichment(n, reference, context);
   for (int i = 0; i < n; ++i) {
-    enrichment.start(i, records[i].*id);
+    enrichment.set(i, records[i].*id);
   }
+  enrichment.start();
   for (int i = 0; i < n; ++i) {
     const MovieWorkRecord& found = enrichment.join(i);
     records[i].*image = SafeStrdup(found.image);

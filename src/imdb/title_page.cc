@@ -86,9 +86,24 @@ std::string plotSummaryOf(std::string_view page) {
   return std::string(*summary);
 }
 
+std::string summaryAddress(const char* id) {
+  return std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary";
+}
+
+std::optional<std::string> decodedOutline(std::string_view text) {
+  if (text.find_first_not_of(' ') == std::string_view::npos) {
+    return {};
+  }
+  return decoded(text);
+}
+
+std::optional<std::string> outlineOfSummaryPage(std::string_view page) {
+  std::string summary = plotSummaryOf(page);
+  return decodedOutline(cleaned(summary));
+}
+
 std::string imdbGetPlotSummary(const char* id, const Context& context) {
-  const auto page =
-      fetchThroughPipe(std::string(IMDB_MAIN_BASE) + "/title/" + id + "/plotsummary", context);
+  const auto page = fetchThroughPipe(summaryAddress(id), context);
   return page ? plotSummaryOf(*page) : std::string();
 }
 
@@ -99,10 +114,7 @@ std::optional<std::string> fetchOutline(std::string_view page, const char* id,
     std::string summary = imdbGetPlotSummary(id, context);
     outline.text = cleaned(summary);
   }
-  if (outline.text.find_first_not_of(' ') == std::string::npos) {
-    return {};
-  }
-  return decoded(outline.text);
+  return decodedOutline(outline.text);
 }
 
 }  // namespace libquilp

@@ -25,6 +25,15 @@ Outline imdbExtractOutline(std::string_view page);
 /// The paragraph of a plot-summary page; empty when there is none.
 std::string plotSummaryOf(std::string_view page);
 
+/// Address of the plot-summary page of a title.
+std::string summaryAddress(const char* id);
+
+/// An outline as people read it; none when it is empty or blank.
+std::optional<std::string> decodedOutline(std::string_view text);
+
+/// The same, of the plot-summary page.
+std::optional<std::string> outlineOfSummaryPage(std::string_view page);
+
 /// Fetches the plot-summary page of a title and cuts it.
 std::string imdbGetPlotSummary(const char* id, const Context& context);
 

@@ -65,15 +65,19 @@ std::string FetchReport::option() const {
 }
 
 void FetchReport::finish(int exit, std::string_view page) {
+  if (observer_ != nullptr) {
+    finish(exit, page, readFile(headers_.c_str()).value_or(""));
+  }
+}
+
+void FetchReport::finish(int exit, std::string_view page, const std::string& headers) {
   if (observer_ == nullptr) {
     return;
   }
   fetch_.exit = exit;
   fetch_.bytes = static_cast<long>(page.size());
   fetch_.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
-  if (const auto headers = readFile(headers_.c_str())) {
-    readHeaders(*headers, fetch_);
-  }
+  readHeaders(headers, fetch_);
   fetch_.isChallenge = fetch_.isChallenge || isChallengePage(page);
   observer_->pageFetched(fetch_);
 }

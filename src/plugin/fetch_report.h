@@ -26,6 +26,8 @@ class FetchReport {
 
   /// Call this after curl has ended.
   void finish(int exit, std::string_view page);
+  /// The same, with the headers that curl wrote elsewhere.
+  void finish(int exit, std::string_view page, const std::string& headers);
 
  private:
   Observer* observer_;

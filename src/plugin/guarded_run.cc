@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <utility>
 
 #include "plugin/descriptor.h"
 
@@ -72,6 +73,9 @@ int spawn(const Orders& orders, const char* path, char** argv, pid_t& child) {
   posix_spawn_file_actions_adddup2(&actions, null, STDIN_FILENO);
   posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&actions, null, STDERR_FILENO);
+  for (const int kept : program.kept) {
+    posix_spawn_file_actions_adddup2(&actions, kept, kept);  // clears FD_CLOEXEC
+  }
   const int error = posix_spawn(&child, path, &actions, &attributes, argv, program.environment);
   posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
@@ -219,10 +223,11 @@ ProgramEnd runGuarded(const GuardedProgram& program, Control& control) {
   return orders->end;
 }
 
-ProgramEnd runGuardedCommand(const std::string& command, Control& control, int output) {
+ProgramEnd runGuardedCommand(const std::string& command, Control& control, int output,
+                             std::vector<int> kept) {
   std::string words[] = {"sh", "-c", command};
   char* argv[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
-  return runGuarded({{kSystemShell}, argv, environ, output}, control);
+  return runGuarded({{kSystemShell}, argv, environ, output, std::move(kept)}, control);
 }
 
 }  // namespace libquilp

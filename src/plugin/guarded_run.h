@@ -13,7 +13,8 @@ struct GuardedProgram {
   std::vector<std::string> paths;  // the first one that can be started is run
   char** argv;
   char** environment;
-  int output = -1;  // standard output; -1 for /dev/null
+  int output = -1;             // standard output; -1 for /dev/null
+  std::vector<int> kept = {};  // other descriptors that the program inherits
 };
 
 /// Runs a program by a guard: a process between the host and the program, which waits for it and
@@ -22,6 +23,7 @@ struct GuardedProgram {
 ProgramEnd runGuarded(const GuardedProgram& program, Control& control);
 
 /// Runs a command of the system's shell under a guard, its standard output to a descriptor.
-ProgramEnd runGuardedCommand(const std::string& command, Control& control, int output);
+ProgramEnd runGuardedCommand(const std::string& command, Control& control, int output,
+                             std::vector<int> kept = {});
 
 }  // namespace libquilp

@@ -8,4 +8,9 @@ ProgramEnd askAddOn(char** argv, char** environment, Control* control) {
 
 CurlEnd askCurl(const CurlRun& run, Control* control) { return runCurl(run, control); }
 
+std::vector<CurlEnd> askCurls(const std::string& command, const std::vector<std::string>& addresses,
+                              Control& control) {
+  return runCurls(command, addresses, control);
+}
+
 }  // namespace libquilp

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform.h"
 #include "plugin/files.h"
@@ -47,6 +48,11 @@ std::optional<std::string> fetchThroughPipe(const std::string& address, const Co
 
 /// The same, but without a user agent and without time limits.
 std::optional<std::string> fetchWithoutLimits(const std::string& address, const Context& context);
+
+/// Fetches pages concurrently, under the control of the lookup, by fewer runs of curl than pages.
+/// No value for an empty address, and for what could not be fetched.
+std::vector<std::optional<std::string>> fetchTogether(const std::vector<std::string>& addresses,
+                                                      const Context& context);
 
 /// A document of a web service. Document and headers are temporary files, which the destructor
 /// removes. curl always receives the address as one argument.

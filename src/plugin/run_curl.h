@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "plugin/control.h"
 
@@ -18,9 +19,15 @@ struct CurlRun {
 struct CurlEnd {
   int status = -1;                    // curl's exit status; -1 if no shell could be started
   std::optional<std::string> output;  // none if there was no pipe for it
+  std::string headers = {};           // of runCurls()
 };
 
 /// Runs the command, under a guard if there is a control.
 CurlEnd runCurl(const CurlRun& run, Control* control);
+
+/// Fetches pages concurrently by two runs of curl: a command of it without addresses, which writes
+/// headers before pages ("-i"). Under a guard. An end for each address.
+std::vector<CurlEnd> runCurls(const std::string& command, const std::vector<std::string>& addresses,
+                              Control& control);
 
 }  // namespace libquilp

@@ -238,4 +238,28 @@ CurlEnd askCurl(const CurlRun& run, Control* control) {
   return end;
 }
 
+std::vector<CurlEnd> askCurls(const std::string& command, const std::vector<std::string>& addresses,
+                              Control& control) {
+  Tape& tape = Tape::get();
+  std::vector<CurlEnd> ends;
+  if (tape.mode() == Mode::kReplay) {
+    for (const std::string& address : addresses) {
+      const Exchange exchange = tape.answerTo({address}, true, &control);
+      ends.push_back({exchange.status, exchange.answer, exchange.headers.value_or("")});
+    }
+    return ends;
+  }
+  ends = runCurls(command, addresses, control);
+  for (std::size_t i = 0; i < ends.size() && tape.mode() == Mode::kRecord; ++i) {
+    Exchange exchange;
+    exchange.question = {addresses[i]};
+    exchange.status = ends[i].status;
+    exchange.cut = quilp::wasCut(&control);
+    exchange.headers = ends[i].headers;
+    exchange.answer = ends[i].output;
+    tape.keep(std::move(exchange), true);
+  }
+  return ends;
+}
+
 }  // namespace libquilp
