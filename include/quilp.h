@@ -26,8 +26,8 @@
  *   group, when the time is over or the request is cancelled. You may ignore SIGCHLD, collect any
  *   child, and close descriptors 0 to 2. A thread of its own waits for each, so that your signal
  *   handlers run meanwhile.
- * - A search of the built-in route starts a thread for each result, and joins them before it
- * returns.
+ * - A search of the built-in route fetches the pages of its results concurrently: two curl
+ *   processes at a time, each over as few connections as the server allows.
  * - An add-on's document is a temporary file under /tmp, which is removed before quilp_run returns.
  *
  * Thread safety: different requests and answers may be used by different threads at a time. Of one

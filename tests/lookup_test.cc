@@ -73,47 +73,35 @@ TEST_F(Lookups, AFailedFetchIsExplained) {
   EXPECT_EQ(why(kMovieSearch, Values::search("Lighthouse", 2)), "");
 }
 
-/// In the place of curl.
-class Curl {
- public:
-  explicit Curl(const string& body) {
-    std::rename("/sbin/curl", "/sbin/real");
-    test::writeScript("/sbin/curl", body);
-  }
-  ~Curl() { std::rename("/sbin/real", "/sbin/curl"); }
-  Curl(const Curl&) = delete;
-  Curl& operator=(const Curl&) = delete;
-};
-
 TEST_F(Lookups, WhatCurlAndTheHeadersTellIsExplained) {
   const Values values = Values::search("x", 1);
   const string answers =
       "while [ $# -gt 1 ]; do case $1 in -o) page=$2;; -D) headers=$2;; esac; shift; done\n";
   {
-    const Curl curl("exit 6\n");
+    const test::Curl curl("exit 6\n");
     EXPECT_EQ(why(kMovieSearch, values), "could not resolve host www.imdb.com");
   }
   {
-    const Curl curl("exit 28\n");
+    const test::Curl curl("exit 28\n");
     EXPECT_EQ(why(kMovieSearch, values), "www.imdb.com did not answer in time");
   }
   {
-    const Curl curl(answers +
-                    "echo >\"$page\"\nprintf 'HTTP/1.1 302 Found\\r\\n\\r\\nHTTP/2 202 "
-                    "\\r\\nX-Amzn-Waf-Action: challenge\\r\\n\\r\\n' >\"$headers\"\n");
+    const test::Curl curl(answers +
+                          "echo >\"$page\"\nprintf 'HTTP/1.1 302 Found\\r\\n\\r\\nHTTP/2 202 "
+                          "\\r\\nX-Amzn-Waf-Action: challenge\\r\\n\\r\\n' >\"$headers\"\n");
     EXPECT_EQ(why(kMovieSearch, values),
               "the site answers only browsers (HTTP 202 with a challenge): use an add-on, see "
               "quilp-addon(7)");
   }
-  const Curl curl(answers +
-                  "echo '<title>Forbidden</title>' >\"$page\"\n"
-                  "echo HTTP/1.1 403 No >\"$headers\"\n");
+  const test::Curl curl(answers +
+                        "echo '<title>Forbidden</title>' >\"$page\"\n"
+                        "echo HTTP/1.1 403 No >\"$headers\"\n");
   EXPECT_EQ(why(kMovieSearch, values), "the site answered HTTP 403");
   EXPECT_EQ(why(kMovieDetails, Values::title("tt1")), "the site answered HTTP 403");
 }
 
 TEST_F(Lookups, OnlyAnObservedOneAsksCurlForTheHeaders) {
-  const Curl curl(
+  const test::Curl curl(
       "echo \"$@\" | sed 's/libquilp[.][^ ]*/FILE/g' >>/etc/config/commands\n"
       "exec /sbin/real \"$@\"\n");
   Observer quiet;

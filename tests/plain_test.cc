@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -16,6 +17,7 @@
 #include <thread>
 #include <vector>
 
+#include "libquilp.h"
 #include "quilp.h"
 #include "support.h"
 
@@ -265,6 +267,69 @@ TEST_F(Plain, PagesAreFetchedUnderControl) {
   answer = searchMovies("The Paper Lighthouse", 5);
   EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(5) + kLate);
   EXPECT_EQ(quilp_answer_reason(answer.get()), QUILP_TIMED_OUT);
+}
+
+Request searchOf20() {
+  Request request = requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "everything");
+  EXPECT_EQ(quilp_request_set_number(request.get(), QUILP_COUNT, 20), 0);
+  return request;
+}
+
+TEST_F(Plain, ASearchFetchesItsPagesTogether) {
+  test::removeRegistry();
+  test::newSiteRequests();
+  velMovie_* movies = nullptr;
+  ASSERT_EQ(imdbBasicGetMovies("everything", 20, &movies), 20);
+  std::vector<string> classic = test::newSiteRequests();
+  const test::Curl curl("echo >>/etc/config/runs\nexec /sbin/real \"$@\"\n");
+  const Request request = searchOf20();
+  std::vector<string> told;
+  quilp_request_set_observer(
+      request.get(),
+      [](void* user, quilp_event event, const char* text, long status) {
+        if (event == QUILP_PAGE_FETCHED) {
+          static_cast<std::vector<string>*>(user)->push_back(text + (' ' + std::to_string(status)));
+        }
+      },
+      &told);
+  const Answer answer(quilp_run(request.get()));
+  std::vector<string> together = test::newSiteRequests();
+  EXPECT_EQ(test::readFile("/etc/config/runs"), "\n\n\n\n\n");  // of curl, for 41 pages
+  unlink("/etc/config/runs");
+  std::sort(classic.begin(), classic.end());
+  std::sort(together.begin(), together.end());
+  EXPECT_EQ(together, classic);
+  EXPECT_EQ(told.size(), classic.size());
+  EXPECT_THAT(told, testing::Each(testing::EndsWith(" 200")));
+  ASSERT_EQ(quilp_answer_count(answer.get()), 20u);
+  for (std::size_t i = 0; i < 20; ++i) {
+    EXPECT_STREQ(quilp_answer_text(answer.get(), i, "title"), movies[i].title);
+    EXPECT_STREQ(quilp_answer_text(answer.get(), i, "url"), movies[i].url);
+    EXPECT_STREQ(quilp_answer_text(answer.get(), i, "outline"), movies[i].outline);
+  }
+  velFreeMovies(movies, 20);
+}
+
+TEST_F(Plain, ACancelEndsTheFetchesOfASearch) {
+  test::removeRegistry();
+  const test::Curl curl(
+      "case $* in *plotsummary*) : >/etc/config/started; sleep 60;; esac\n"
+      "exec /sbin/real \"$@\"\n");
+  unlink("/etc/config/started");
+  const Request request = searchOf20();
+  std::thread other([&request] {
+    while (access("/etc/config/started", F_OK) != 0) {
+      std::this_thread::yield();
+    }
+    quilp_request_cancel(request.get());
+  });
+  const auto start = Clock::now();
+  const Answer answer(quilp_run(request.get()));
+  other.join();
+  EXPECT_LT(Clock::now() - start, 2 * kLate);
+  EXPECT_EQ(quilp_answer_reason(answer.get()), QUILP_CANCELLED);
+  ASSERT_EQ(quilp_answer_count(answer.get()), 20u);
+  EXPECT_STRNE(quilp_answer_text(answer.get(), 19, "url"), "");  // of a title page
 }
 
 }  // namespace

@@ -132,6 +132,13 @@ long mostMemoryKiB() {
   return usage.ru_maxrss;
 }
 
+Curl::Curl(const std::string& body) {
+  std::rename("/sbin/curl", "/sbin/real");
+  writeScript("/sbin/curl", body);
+}
+
+Curl::~Curl() { std::rename("/sbin/real", "/sbin/curl"); }
+
 Holdings Holdings::now() {
   // A sanitizer starts a thread of its own with the first one.
   static const bool warm = (std::thread([] {}).join(), true);

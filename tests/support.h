@@ -25,6 +25,15 @@ void answerWith(const std::string& type, const std::string& document, const std:
 /// The arguments of its last call as "[verb][-t][…]…", without the document's file.
 std::string arguments();
 
+/// A script in the place of curl, which is /sbin/real then.
+class Curl {
+ public:
+  explicit Curl(const std::string& body);
+  ~Curl();
+  Curl(const Curl&) = delete;
+  Curl& operator=(const Curl&) = delete;
+};
+
 /// What `action` writes to standard output, and to standard error.
 std::string standardOutputOf(const std::function<void()>& action);
 std::string standardErrorOf(const std::function<void()>& action);
