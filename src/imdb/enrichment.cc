@@ -4,6 +4,7 @@
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "imdb/title_page.h"
@@ -88,23 +89,23 @@ void Enrichment::fetchAll() {
       addresses[i] = titleAddress(work_[i].record.id, reference_);
     }
   }
-  auto pages = fetchTogether(addresses, context_);
+  std::vector<std::string> summaries(size);
+  std::vector<CurlEnd> pages = fetchTogether(std::move(addresses), context_);
   for (std::size_t i = 0; i < size; ++i) {
-    addresses[i].clear();
-    if (pages[i]) {
+    if (pages[i].output) {
       MovieWorkRecord& record = work_[i].record;
-      copyCut(record.image, posterOf(*pages[i]).value_or(""));
-      const Outline outline = imdbExtractOutline(*pages[i]);
+      copyCut(record.image, posterOf(*pages[i].output).value_or(""));
+      const Outline outline = imdbExtractOutline(*pages[i].output);
       if (outline.isOnSummaryPage) {
-        addresses[i] = summaryAddress(record.id);
+        summaries[i] = summaryAddress(record.id);
       }
       copyCut(record.outline, decodedOutline(outline.text).value_or(""));
     }
   }
-  pages = fetchTogether(addresses, context_);
+  pages = fetchTogether(std::move(summaries), context_);
   for (std::size_t i = 0; i < size; ++i) {
-    if (pages[i]) {
-      copyCut(work_[i].record.outline, outlineOfSummaryPage(*pages[i]).value_or(""));
+    if (pages[i].output) {
+      copyCut(work_[i].record.outline, outlineOfSummaryPage(*pages[i].output).value_or(""));
     }
   }
 }

@@ -14,7 +14,7 @@ ProgramEnd askAddOn(char** argv, char** environment, Control* control);
 /// Runs curl.
 CurlEnd askCurl(const CurlRun& run, Control* control);
 
-/// Fetches pages by few runs of curl.
+/// Fetches pages by few runs of curl: see runCurls().
 std::vector<CurlEnd> askCurls(const std::string& command, const std::vector<std::string>& addresses,
                               Control& control);
 

@@ -18,7 +18,6 @@
 namespace libquilp {
 namespace {
 
-constexpr std::size_t kMostTogether = 100;  // twice as many as one run of curl fetches at a time
 constexpr char kLimits[] = " -A Mozilla/5.0 --connect-timeout 15 --max-time 25";
 // Exit status of a shell for a command that it cannot parse.
 constexpr int kUnreadableCommand = 2;
@@ -101,33 +100,25 @@ std::optional<std::string> fetchWithoutLimits(const std::string& address, const 
   return fetchPiped(address, "", context);
 }
 
-std::vector<std::optional<std::string>> fetchTogether(const std::vector<std::string>& addresses,
-                                                      const Context& context) {
-  std::vector<std::optional<std::string>> pages(addresses.size());
-  std::vector<std::string> fetched;
-  std::vector<std::size_t> places;
+std::vector<CurlEnd> fetchTogether(std::vector<std::string> addresses, const Context& context) {
   std::list<FetchReport> reports;
-  for (std::size_t i = 0; i < addresses.size(); ++i) {
-    if (!addresses[i].empty() && canBeQuoted(addresses[i])) {
-      fetched.push_back(addresses[i]);
-      places.push_back(i);
-      reports.emplace_back(addresses[i], context, std::string());
+  for (std::string& address : addresses) {
+    if (!canBeQuoted(address)) {
+      address.clear();
     }
-    if (!fetched.empty() && (fetched.size() == kMostTogether || i + 1 == addresses.size())) {
-      const std::string command = std::string(kHttpClient) + " -Z -g -s -i -L" + kLimits;
-      std::size_t next = 0;
-      for (CurlEnd& end : askCurls(command, fetched, *context.control)) {
-        // curl tells no status of a single page.
-        const int status = end.headers.empty() ? end.status : 0;
-        reports.front().finish(status, end.output.value_or(""), end.headers);
-        reports.pop_front();
-        pages[places[next++]] = std::move(end.output);
-      }
-      fetched.clear();
-      places.clear();
-    }
+    reports.emplace_back(address, context, std::string());
   }
-  return pages;
+  const std::string command = std::string(kHttpClient) + " -Z -g -s -i -L" + kLimits;
+  std::vector<CurlEnd> ends = askCurls(command, addresses, *context.control);
+  auto report = reports.begin();
+  for (const CurlEnd& end : ends) {
+    if (end.output) {
+      // curl tells no status of a single page.
+      report->finish(end.headers.empty() ? end.status : 0, *end.output, end.headers);
+    }
+    ++report;
+  }
+  return ends;
 }
 
 ServiceDocument::ServiceDocument(const Context& context) : context_(context) {

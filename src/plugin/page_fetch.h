@@ -9,6 +9,7 @@
 #include "platform.h"
 #include "plugin/files.h"
 #include "plugin/observer.h"
+#include "plugin/run_curl.h"
 
 // Only these functions know curl's command lines. A page address with a single quote or a zero byte
 // would end its own quoting: it is never fetched.
@@ -50,9 +51,8 @@ std::optional<std::string> fetchThroughPipe(const std::string& address, const Co
 std::optional<std::string> fetchWithoutLimits(const std::string& address, const Context& context);
 
 /// Fetches pages concurrently, under the control of the lookup, by fewer runs of curl than pages.
-/// No value for an empty address, and for what could not be fetched.
-std::vector<std::optional<std::string>> fetchTogether(const std::vector<std::string>& addresses,
-                                                      const Context& context);
+/// No output for an empty address, and for what cannot be fetched.
+std::vector<CurlEnd> fetchTogether(std::vector<std::string> addresses, const Context& context);
 
 /// A document of a web service. Document and headers are temporary files, which the destructor
 /// removes. curl always receives the address as one argument.

@@ -13,7 +13,6 @@
 #include "plugin/descriptor.h"
 #include "plugin/files.h"
 #include "plugin/guarded_run.h"
-#include "readable.h"
 
 namespace libquilp {
 namespace {
@@ -103,27 +102,29 @@ std::vector<CurlEnd> runCurls(const std::string& command, const std::vector<std:
                               Control& control) {
   constexpr std::size_t kRuns = 2;  // one for each of two processors was the fastest
   std::string runs[kRuns];
-  std::vector<CurlEnd> ends(addresses.size());
   std::vector<File> files;
   std::vector<int> kept;
   for (const std::string& address : addresses) {
-    std::string& run = runs[files.size() % kRuns];
-    files.push_back(fileInMemory());
+    files.push_back(address.empty() ? nullptr : fileInMemory());
     if (files.back()) {
+      std::string& run = runs[kept.size() % kRuns];
       kept.push_back(fileno(files.back().get()));
       run += run.empty() ? command : "";
       run += " -o /proc/self/fd/" + std::to_string(kept.back()) + " '" + address + '\'';
     }
+  }
+  std::vector<CurlEnd> ends(addresses.size());
+  if (kept.empty()) {
+    return ends;
   }
   const int status = runControlled(
       runs[1] + (runs[1].empty() ? "" : " & ") + runs[0] + "; status=$?; wait; exit $status",
       control, nullptr, std::move(kept));
   for (std::size_t i = 0; i < files.size(); ++i) {
     ends[i].status = status;
-    std::string page = files[i] ? contentOf(files[i]) : "";
-    if (page.size() <= kReadLimit) {
-      ends[i].headers = takeHeaders(page);
-      ends[i].output = std::move(page);
+    if (files[i]) {
+      ends[i].output = contentOf(files[i]);
+      ends[i].headers = takeHeaders(*ends[i].output);
     }
   }
   return ends;

@@ -25,8 +25,9 @@ struct CurlEnd {
 /// Runs the command, under a guard if there is a control.
 CurlEnd runCurl(const CurlRun& run, Control* control);
 
-/// Fetches pages concurrently by two runs of curl: a command of it without addresses, which writes
-/// headers before pages ("-i"). Under a guard. An end for each address.
+/// Fetches pages concurrently by two runs of curl, under a guard. `command` is curl with its
+/// options, of which one puts the headers before the page ("-i"). Returns an end for each address;
+/// one without output for an empty address.
 std::vector<CurlEnd> runCurls(const std::string& command, const std::vector<std::string>& addresses,
                               Control& control);
 

@@ -241,23 +241,26 @@ CurlEnd askCurl(const CurlRun& run, Control* control) {
 std::vector<CurlEnd> askCurls(const std::string& command, const std::vector<std::string>& addresses,
                               Control& control) {
   Tape& tape = Tape::get();
-  std::vector<CurlEnd> ends;
-  if (tape.mode() == Mode::kReplay) {
-    for (const std::string& address : addresses) {
-      const Exchange exchange = tape.answerTo({address}, true, &control);
-      ends.push_back({exchange.status, exchange.answer, exchange.headers.value_or("")});
-    }
-    return ends;
+  std::vector<CurlEnd> ends(addresses.size());
+  if (tape.mode() != Mode::kReplay) {
+    ends = runCurls(command, addresses, control);
   }
-  ends = runCurls(command, addresses, control);
-  for (std::size_t i = 0; i < ends.size() && tape.mode() == Mode::kRecord; ++i) {
+  for (std::size_t i = 0; i < ends.size(); ++i) {
     Exchange exchange;
-    exchange.question = {addresses[i]};
-    exchange.status = ends[i].status;
-    exchange.cut = quilp::wasCut(&control);
-    exchange.headers = ends[i].headers;
-    exchange.answer = ends[i].output;
-    tape.keep(std::move(exchange), true);
+    if (addresses[i].empty()) {
+      continue;
+    }
+    if (tape.mode() == Mode::kReplay) {
+      exchange = tape.answerTo({addresses[i]}, true, &control);
+      ends[i] = {exchange.status, exchange.answer, exchange.headers.value_or("")};
+    } else if (tape.mode() == Mode::kRecord) {
+      exchange.question = {addresses[i]};
+      exchange.status = ends[i].status;
+      exchange.cut = quilp::wasCut(&control);
+      exchange.headers = ends[i].headers;
+      exchange.answer = ends[i].output;
+      tape.keep(std::move(exchange), true);
+    }
   }
   return ends;
 }
