@@ -67,6 +67,7 @@ grep -aq $'^\377\001$' $kept || fail 'a page lost bytes'
 grep -aqx 'HTTP/1.. 200 OK.*' $kept || fail 'no headers'
 repeats tv show tt8000001 --format json
 repeats tv episode tt8000001 2 10 --timeout 20 --format table
+repeats movie search everything -n 5 --timeout 20
 repeats music art 'Tin Harbour' -n 3
 repeats music search fault503-Fog
 repeats movie search faultclosed
