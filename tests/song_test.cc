@@ -25,14 +25,16 @@ TEST(Song, NamesOfTheTableAreReadAsItSays) {
   EXPECT_GT(rows, 100);
 }
 
-TEST(Song, FolderAndExtensionTellWhetherItIsOne) {
+TEST(Song, FolderExtensionAndMarksTellWhetherItIsOne) {
   for (const char* path :
        {"a.kar", "Lane - Lights.CDG", "Lane - Lights.mp3+g", "Lane - Lights (CDG).zip",
-        "/songs/KTV/a.mkv", "/songs/My Karaoke/b/a.mp4", "伴奏/a.mp3", "D:\\卡拉OK\\a.mpg"}) {
+        "/songs/KTV/a.mkv", "/songs/My Karaoke/b/a.mp4", "伴奏/a.mp3", "D:\\卡拉OK\\a.mpg",
+        "Lane[F]&Reed[M]_Lights[E][L].mkv", "Lane - Lights (Karaoké).mp4"}) {
     EXPECT_TRUE(isSong(path)) << path;
   }
   for (const char* path : {"", "a.mkv", "Lane - Lights.zip", "karaoke.mkv", "/films/kar/a.mkv",
-                           "/films/Karaokes/a.mkv", "/films/ktvx/a.mkv"}) {
+                           "/films/Karaokes/a.mkv", "/films/ktvx/a.mkv",
+                           "Karaoke Nights (1999).mkv", "(Karaoke) 1999.mkv"}) {
     EXPECT_FALSE(isSong(path)) << path;
   }
 }

@@ -313,6 +313,15 @@ bool Reader::readWordMarker(std::size_t i) {
   const NameField field = match_[i].tag->field;
   const std::size_t next = i + match_[i].words;
   Marker marker;
+  if (field == NameField::kEpisode && next + 1 < tokens_.count && t[next].digits &&
+      t[next + 1].digits && text_[t[next].begin - 1] == '#' && t[next + 1].gap == kDotGap) {
+    // Episode #2.5
+    marker.seasons = {{t[next].number}, t[next].begin, t[next].end};
+    marker.episodes = {{t[next + 1].number}, t[next + 1].begin, t[next + 1].end};
+    marker.end = t[next + 1].end;
+    takeMarker(i, marker);
+    return true;
+  }
   NumberList list;
   std::size_t first = i;
   const bool ordinalBefore = field != NameField::kPart && i > 0 && !t[i - 1].taken &&

@@ -37,6 +37,24 @@ bool hasWord(string_view text, const string_view (&words)[kCount]) {
   });
 }
 
+/// "Singer[F]_Title", and "(Karaoke Version)": a film may be called Karaoke, but not in brackets.
+bool hasSongMark(string_view name) {
+  for (const string_view mark : {"[F]_", "[M]_", "[G]_"}) {
+    if (name.find(mark) != string_view::npos) {
+      return true;
+    }
+  }
+  const string text = lowered(name);
+  for (const string_view word : {"karaok", "ktv", "卡拉ok", "カラオケ", "노래방"}) {
+    for (std::size_t at = text.find(word); at != string::npos; at = text.find(word, at + 1)) {
+      if (at > 1 && (text[at - 1] == '(' || text[at - 1] == '[')) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 string_view songFileOf(string_view path) {
@@ -64,7 +82,7 @@ bool isSong(string_view path) {
   const string container = songContainerOf(name);
   const auto* const end = std::end(kSongExtensions);
   return std::find(std::begin(kSongExtensions), end, container) != end ||
-         (container == "zip" && hasWord(lowered(name), kDiscMarks)) ||
+         (container == "zip" && hasWord(lowered(name), kDiscMarks)) || hasSongMark(name) ||
          hasWord(lowered(path.substr(0, path.size() - name.size())), kSongFolders);
 }
 

@@ -15,6 +15,7 @@ using libquilp::Reason;
 constexpr int kKnown = 100;
 constexpr int kNoEpisode = 25;   // points lost by a show without the episode
 constexpr int kByAbsolute = 10;  // by an episode that is only counted through all seasons
+constexpr int kHasEpisode = 5;   // points won by a show with the episode: as good as most years
 constexpr int kSameEpisode = 8;  // points won by an episode of the same title
 constexpr double kAlike = .8;
 constexpr std::size_t kMostShows = 3;  // that are asked for the episode
@@ -238,7 +239,7 @@ void Finder::findEpisode(const MediaItem& item, ScanRow& row) {
     }
     const bool isSame =
         !name.episodeTitle.empty() && similarity(name.episodeTitle, described.title) >= kAlike;
-    show.confidence += (isSame ? kSameEpisode : 0) - (byAbsolute ? kByAbsolute : 0);
+    show.confidence += (isSame ? kSameEpisode : kHasEpisode) - (byAbsolute ? kByAbsolute : 0);
     show.confidence = std::clamp(show.confidence, 0, kKnown);
     show.reason += isSame ? "; the episode's title fits" : "; the show has the episode";
     if (show.confidence > foundConfidence) {

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 constexpr std::string_view kVideo =
     " 3gp asf avi divx dvr-ms flv iso m2t m2ts m4v mkv mov mp4 mpe mpeg mpg mts ogm ogv rm rmvb tp "
     "trp ts vob webm wmv ";
-constexpr std::string_view kAudio = " aac ape cdg dat flac m4a mid midi mp3 ogg wav wma ";
+constexpr std::string_view kAudio = " aac ape cdg dat flac kar m4a mid midi mp3 ogg wav wma ";
 
 /// Blanks around the extension in lower case; a blank for none.
 std::string extensionWord(const fs::path& path) {
