@@ -133,28 +133,52 @@ typedef enum quilp_event {
  */
 typedef void (*quilp_observer)(void* user, quilp_event event, const char* text, long number);
 
-/** The version of the library, such as "1.1.0". Never null; static. */
+/**
+ * Tells the version of the library.
+ *
+ * @return such as "1.1.0"; never null; static
+ */
 QUILP_EXPORT const char* quilp_version(void);
 
-/** A word for a reason, such as "timed-out". Never null; static. */
+/**
+ * Names a reason in one word.
+ *
+ * @return such as "timed-out"; never null; static
+ */
 QUILP_EXPORT const char* quilp_reason_name(quilp_reason reason);
 
-/** A new request; null for an unknown lookup, or out of memory. */
+/**
+ * Makes a request. Set its texts and numbers, then pass it to quilp_run.
+ *
+ * @return a request to be freed by quilp_request_free; null for an unknown lookup, or out of memory
+ */
 QUILP_EXPORT quilp_request* quilp_request_new(quilp_lookup what);
 
-/** Sets a text. A null text takes it back. */
+/**
+ * Sets a text of a request. A null text takes it back.
+ *
+ * @return 0; -1 for a text that there is not, for a null request, or out of memory
+ */
 QUILP_EXPORT int quilp_request_set_text(quilp_request* request, quilp_text which, const char* text);
 
-/** Sets a number. */
+/**
+ * Sets a number of a request.
+ *
+ * @return 0; -1 for a number that there is not, a value that it cannot have, or a null request
+ */
 QUILP_EXPORT int quilp_request_set_number(quilp_request* request, quilp_number which, long number);
 
-/** Sets who is told the steps; a null observer takes it back. */
+/**
+ * Sets who is told the steps of a lookup. A null observer takes it back.
+ *
+ * @return 0; -1 for a null request
+ */
 QUILP_EXPORT int quilp_request_set_observer(quilp_request* request, quilp_observer observer,
                                             void* user);
 
 /**
- * Ends the run of a request that another thread waits for, or the next one: it returns within 50
- * ms. A request stays cancelled. May be called in a signal handler.
+ * Cancels a request. The run that another thread waits for, or the next one, returns within 50 ms.
+ * A request stays cancelled. May be called in a signal handler.
  */
 QUILP_EXPORT void quilp_request_cancel(quilp_request* request);
 
@@ -162,51 +186,94 @@ QUILP_EXPORT void quilp_request_cancel(quilp_request* request);
 QUILP_EXPORT void quilp_request_free(quilp_request* request);
 
 /**
- * Looks up. Returns an answer also for a failure: see quilp_answer_reason. Null only out of memory
- * for the answer itself. Where the time is over or the request is cancelled, it ends all that it
- * started and returns within 50 ms.
+ * Looks up what a request asks for. Where the time is over or the request is cancelled, it ends all
+ * that it started and returns within 50 ms, with what was found so far.
+ *
+ * @return an answer to be freed by quilp_answer_free, also for a failure: see quilp_answer_reason;
+ *         null only out of memory for the answer itself
  */
 QUILP_EXPORT quilp_answer* quilp_run(quilp_request* request);
 
-/** Why the answer is as it is. QUILP_OUT_OF_MEMORY for a null answer. */
+/**
+ * Tells why an answer is as it is.
+ *
+ * @return the reason; QUILP_OUT_OF_MEMORY for a null answer
+ */
 QUILP_EXPORT quilp_reason quilp_answer_reason(const quilp_answer* answer);
 
-/** A sentence about the reason, for people; empty for QUILP_OK. */
+/**
+ * Explains the reason of an answer to people.
+ *
+ * @return a sentence without a full stop; empty for QUILP_OK; never null
+ */
 QUILP_EXPORT const char* quilp_answer_sentence(const quilp_answer* answer);
 
-/** The number that belongs to the reason; 0 for none. */
+/**
+ * Gives the number that belongs to the reason of an answer.
+ *
+ * @return the number; 0 for none
+ */
 QUILP_EXPORT long quilp_answer_number(const quilp_answer* answer);
 
-/** The path of the add-on that was asked; null for the built-in route. */
+/**
+ * Tells which add-on was asked.
+ *
+ * @return its path; null for the built-in route
+ */
 QUILP_EXPORT const char* quilp_answer_add_on(const quilp_answer* answer);
 
-/** How long it took. */
+/**
+ * Tells how long a lookup took.
+ *
+ * @return milliseconds
+ */
 QUILP_EXPORT long quilp_answer_milliseconds(const quilp_answer* answer);
 
-/** The number of results: of details 1, or 0 for none. */
+/**
+ * Counts the results of an answer.
+ *
+ * @return the number of results: of details 1, or 0 for none
+ */
 QUILP_EXPORT size_t quilp_answer_count(const quilp_answer* answer);
 
 /**
- * How many values a result has of an element, such as "genre". Elements are those of
+ * Counts the values that a result has of an element, such as "genre". Elements are those of
  * quilp-addon(7).
+ *
+ * @return the number of values; 0 for an unknown element or result
  */
 QUILP_EXPORT size_t quilp_answer_size(const quilp_answer* answer, size_t result,
                                       const char* element);
 
-/** A value of an element: of "actor" the name. Null where there is none. */
+/**
+ * Gives one of the values that a result has of an element. The values of "actor" are names.
+ *
+ * @return the value; null where there is none
+ */
 QUILP_EXPORT const char* quilp_answer_value(const quilp_answer* answer, size_t result,
                                             const char* element, size_t i);
 
-/** The role of an actor. Null where there is none. */
+/**
+ * Gives the role of an actor.
+ *
+ * @return the role; null where there is none
+ */
 QUILP_EXPORT const char* quilp_answer_role(const quilp_answer* answer, size_t result, size_t i);
 
-/** The first value of an element, such as "title". Null where there is none. */
+/**
+ * Gives the first value that a result has of an element, such as "title".
+ *
+ * @return the value; null where there is none
+ */
 QUILP_EXPORT const char* quilp_answer_text(const quilp_answer* answer, size_t result,
                                            const char* element);
 
 /**
- * The whole answer as JSON: {"reason", "sentence", "add_on", "milliseconds", "results"}; a result
- * has a member for each element: a text, a list of texts, or a list of {"name", "role"}.
+ * Gives the whole answer as JSON. It is {"reason", "sentence", "add_on", "milliseconds",
+ * "results"}; a result has a member for each element: a text, a list of texts, or a list of
+ * {"name", "role"}.
+ *
+ * @return the JSON text; "{}" for a null answer or out of memory
  */
 QUILP_EXPORT const char* quilp_answer_json(const quilp_answer* answer);
 

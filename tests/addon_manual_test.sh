@@ -13,7 +13,7 @@ fail() {
   exit 1
 }
 
-for page in "$pages"/*.[17]; do
+for page in "$pages"/*.[1-9] "$QUILP_MANUAL"/*.3; do
   mandoc -T lint -W warning "$page"
   # The box has no macros of the site's own.
   warnings=$(groff -man -ww -K utf8 -T utf8 -z "$page" 2>&1 | grep -v "'man.local'") || true

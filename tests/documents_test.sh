@@ -22,6 +22,14 @@ for name in $(grep -rhoE '\b(vel|imdb|parse|init)[A-Z][A-Za-z]+[a-z_]*\b' "$top"
   grep -rqw "$name" "$top/tests/abi" || fail "no exported name $name"
 done
 
+# Every function of the plain interface has a manual page, and the overview names it.
+functions=$(grep '^quilp_' "$top/tests/exports.txt")
+for name in $functions; do
+  grep -q "^$name .- " "$QUILP_MANUAL/$name.3" || fail "no manual page of $name"
+  grep -q "^\.BR $name " "$top/docs/man/libquilp.3" || fail "libquilp.3 does not name $name"
+done
+[ "$(ls "$QUILP_MANUAL")" = "$(sed 's/$/.3/' <<<"$functions" | sort)" ] || fail "other manual pages"
+
 quilp() { "$QUILP_PROGRAM" "$@"; }
 
 # Every command of the program that the README names exists, with the options named.

@@ -72,7 +72,7 @@ done
 [ "$("$quilp" --version)" = "quilp $(pkg-config --modversion libquilp)" ] ||
   fail "the program is of another version"
 
-for page in "$top"/docs/man/*.[1-9]; do
+for page in "$top"/docs/man/*.[1-9] $(sed -n 's/^quilp_.*/&.3/p' "$top/tests/exports.txt"); do
   installed=$usr/share/man/man${page##*.}/${page##*/}
   [ -e "$installed" ] || [ -e "$installed.gz" ] || fail "no $installed"
 done
