@@ -189,7 +189,38 @@ grep -q '^1     tt9000001  The Pape…ghthouse  2011' /tmp/output || {
 
 # A time limit and Ctrl-C end what an add-on started, and leave nothing. An emulator cannot share the
 # memory of a process with the guard that ends them.
+interrupt() { # slow|page ARGUMENT...: an add-on, or a page that does not come
+  [ "$1" = slow ] || sed -i 's/:8443/:8555/' /run/box/.curlrc
+  shift
+  rm -f /tmp/started
+  (
+    while [ ! -e /tmp/started ]; do sleep 0.01; done
+    sleep 0.1
+    kill -INT "$(cat /tmp/pid)"
+  ) &
+  actual=0
+  # sh ignores SIGINT for what it starts in the background; this is in the foreground.
+  sh -c 'echo $$ >/tmp/pid; exec "$@"' sh "$QUILP_PROGRAM" "$@" >/tmp/output 2>/tmp/errors ||
+    actual=$?
+  wait $!
+  sed -i 's/:8555/:8443/' /run/box/.curlrc
+  left=$(cat /proc/[0-9]*/comm 2>/dev/null | grep -cEx 'sleep|curl'; ls /tmp/libquilp.* 2>/dev/null) || true
+  if [ "$actual" != 130 ] || ! grep -q 'cancelled$' /tmp/errors /tmp/output || [ "$left" != 0 ]; then
+    echo "Ctrl-C: $*: status $actual, left $left: $(cat /tmp/errors)" >&2
+    failures=$((failures + 1))
+  fi
+}
+
 expect_limits() {
+  # Accepts and says nothing.
+  python3 -c '
+import socket
+server = socket.create_server(("127.0.0.1", 8555))
+kept = []
+while True:
+    kept.append(server.accept())
+    open("/tmp/started", "w").close()' &
+  silent=$!
   expect 2 '' movie search x --timeout 0
   expect 2 '' keyword x --timeout 1
   printf '#!/bin/sh\n: >/tmp/started\nsleep 60 & sleep 60\n' >/etc/config/slow
@@ -201,21 +232,23 @@ expect_limits() {
     # shellcheck disable=SC2086  # the command is words
     says 1 '.*did not answer in time$' $command --timeout 1
   done
-  rm -f /tmp/started
-  (
-    while [ ! -e /tmp/started ]; do sleep 0.01; done
-    kill -INT "$(cat /tmp/pid)"
-  ) &
-  actual=0
-  # sh ignores SIGINT for what it starts in the background; this is in the foreground.
-  sh -c 'echo $$ >/tmp/pid; exec "$@"' sh "$QUILP_PROGRAM" movie search x --timeout 50 2>/tmp/errors ||
-    actual=$?
-  wait
-  left=$(cat /proc/[0-9]*/comm 2>/dev/null | grep -cx sleep; ls /tmp/libquilp.* 2>/dev/null) || true
-  if [ "$actual" != 130 ] || ! grep -q 'cancelled$' /tmp/errors || [ "$left" != 0 ]; then
-    echo "Ctrl-C: status $actual, left $left: $(cat /tmp/errors)" >&2
+  # Add-ons, then pages, with and without a limit.
+  for seconds in 50 ''; do
+    interrupt slow movie search x ${seconds:+--timeout $seconds}
+    interrupt slow karaoke x y ${seconds:+--timeout $seconds}
+    mv /etc/config/zorp.conf /tmp/zorp.conf
+    interrupt page movie search Lighthouse ${seconds:+--timeout $seconds}
+    interrupt page movie show tt9000001 ${seconds:+--timeout $seconds}
+    interrupt page music search Fog ${seconds:+--timeout $seconds}
+    interrupt page explain tv 'Signal Row' ${seconds:+--timeout $seconds}
+    interrupt page --record /tmp/interrupted music search Fog ${seconds:+--timeout $seconds}
+    mv /tmp/zorp.conf /etc/config/zorp.conf
+  done
+  if [ -e /tmp/interrupted ]; then
+    echo 'half a lookup was recorded' >&2
     failures=$((failures + 1))
   fi
+  kill $silent
   rm /etc/config/zorp.conf
 }
 [ -n "${QUILP_EMULATOR-}" ] || expect_limits

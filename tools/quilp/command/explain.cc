@@ -28,7 +28,8 @@ Command& addSearch(Command& explain, const char* name, const char* what, const c
   addFormat(command, format, {Format::kTable, Format::kJson});
   addTimeout(command);
   command.run = [&request, values] {
-    const Explanation explanation = quilp::explain(request, values(), beginLookup());
+    Explanation explanation = quilp::explain(request, values(), beginLookup());
+    endLookup(explanation.answer);
     if (!print(explanation, format)) {
       throw std::system_error(errno, std::generic_category(), "cannot write");
     }

@@ -99,8 +99,9 @@ int describe(const std::vector<std::string>& files, Format format) {
     const char* file = argument.c_str();
     KTV_ExtraData_t info;
     libquilp::Observer quiet;
-    const libquilp::Answer answer =
+    libquilp::Answer answer =
         run(libquilp::kSong, libquilp::Values::song(file), {&quiet, beginLookup()}, info);
+    endLookup(answer);
     const bool read = answer.status == 0;
     failed = failed || !read;
     const std::string why = whyNothing(answer, libquilp::kSong.media);

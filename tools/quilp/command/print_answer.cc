@@ -32,7 +32,8 @@ bool write(const std::string& document, Format format) {
 
 int printAnswer(const libquilp::Request& request, const libquilp::Values& values, Format format) {
   libquilp::Observer quiet;
-  const libquilp::PrintedAnswer answer = request.print(request, values, {&quiet, beginLookup()});
+  libquilp::PrintedAnswer answer = request.print(request, values, {&quiet, beginLookup()});
+  endLookup(answer);
   if (answer.document && !write(*answer.document, format)) {
     throw std::system_error(errno, std::generic_category(), "cannot write");
   }

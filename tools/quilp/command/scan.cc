@@ -7,6 +7,7 @@
 
 #include "command/commands.h"
 #include "command/options.h"
+#include "command/time_limit.h"
 #include "output/exit_status.h"
 #include "scan/changes.h"
 
@@ -56,6 +57,9 @@ void addScanCommand(Command& program) {
                              "How many add-ons may run at a time (default: one for each processor, "
                              "at most 4); pages are never fetched at the same time",
                              toNumber("-j", request.jobs, 1, kMostJobs)});
+  command.options.push_back({0, "timeout", "SECONDS",
+                             "End a lookup after this time (default: no limit)",
+                             toNumber("--timeout", request.timeout, 1, kMostSeconds)});
   command.options.push_back({0, "resume", "FILE",
                              "Keep what was found in this file, and leave out what it already has",
                              toText(request.memory)});

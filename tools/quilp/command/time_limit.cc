@@ -1,5 +1,6 @@
 #include "command/time_limit.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -8,13 +9,15 @@
 
 #include "command/options.h"
 #include "output/exit_status.h"
+#include "process/descendants.h"
+#include "record/tape.h"
 
 namespace quilp {
 namespace {
 
 using libquilp::Control;
 
-constexpr int kMostSeconds = 86400;
+constexpr useconds_t kStep = 10000;
 int seconds = 0;
 volatile std::sig_atomic_t interrupted = 0;
 
@@ -25,7 +28,22 @@ Control& control() {
 
 void cancel(int /*signal*/) {
   interrupted = 1;
+  startNothing();
   control().cancel();
+}
+
+/// After Ctrl-C, kills what lookups without a control are waiting for.
+[[noreturn]] void endStarted() {
+  pollfd wake = {control().descriptor(), POLLIN, 0};
+  while (poll(&wake, 1, -1) <= 0) {
+  }
+  adoptDescendants();
+  while (true) {
+    if (seconds == 0) {
+      killChildren();
+    }
+    usleep(kStep);
+  }
 }
 
 void catchInterruption() {
@@ -35,13 +53,10 @@ void catchInterruption() {
   }
   action = {};
   action.sa_handler = cancel;
+  // The second Ctrl-C ends a program that cannot write what it found.
+  action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
   sigaction(SIGINT, &action, nullptr);
-  // The thread of a lookup holds signals back.
-  std::thread([] {
-    while (true) {
-      pause();
-    }
-  }).detach();
+  std::thread(endStarted).detach();  // it takes the signal when a lookup holds signals back
 }
 
 }  // namespace
@@ -53,17 +68,27 @@ void addTimeout(Command& command) {
 }
 
 Control* beginLookup() {
-  if (seconds == 0) {
-    return nullptr;
-  }
   static std::optional<Control::Clock::time_point> end;
-  if (!end) {
+  static bool isFirst = true;
+  if (isFirst) {
+    isFirst = false;
     end = Control::Clock::now() + std::chrono::seconds(seconds);
     control();
     catchInterruption();
   }
+  if (seconds == 0) {
+    return nullptr;
+  }
   control().begin(end);
   return &control();
+}
+
+void endLookup(libquilp::Answer& answer) {
+  if (interrupted == 0) {
+    return;
+  }
+  endDescendants();
+  answer.reason = libquilp::Reason::kCancelled;
 }
 
 int statusAfterLookup(int otherwise) { return interrupted != 0 ? kInterrupted : otherwise; }

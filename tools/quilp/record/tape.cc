@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <mutex>
 #include <string_view>
@@ -24,6 +25,8 @@ constexpr int kCouldNotConnect = 7;  // curl's
 constexpr char kMissingFile[] = "/proc/self/fd/none";
 
 enum class Mode { kOff, kRecord, kReplay };
+
+std::atomic<bool> mayStart{true};
 
 /// Writes anew, never through a link; nothing without a text.
 void writeAnew(const std::string& path, const std::optional<std::string>& text) {
@@ -158,6 +161,26 @@ std::vector<std::string> variablesOfProtocol(char** environment) {
   return variables;
 }
 
+libquilp::ProgramEnd start(char** argv, char** environment, libquilp::Control* control) {
+  if (control == nullptr && !mayStart) {
+    libquilp::ProgramEnd end;
+    end.error = ECANCELED;
+    return end;
+  }
+  return libquilp::runProgram(argv, environment, control);
+}
+
+libquilp::CurlEnd start(libquilp::CurlRun run, libquilp::Control* control) {
+  if (control == nullptr && !mayStart) {
+    return {kCouldNotConnect, ""};
+  }
+  if (control == nullptr && !run.body.empty()) {
+    run.body.clear();  // system() would ignore Ctrl-C
+    return {runCurl(run, control).status, ""};
+  }
+  return runCurl(run, control);
+}
+
 }  // namespace
 
 void beginRecording(const std::vector<std::string>& words) { Tape::get().record(words); }
@@ -169,6 +192,8 @@ Recording takeRecording() {
 }
 
 void beginReplay(Recording recording) { Tape::get().replay(std::move(recording)); }
+
+void startNothing() { mayStart = false; }
 
 std::string unanswered() { return Tape::get().unanswered(); }
 
@@ -185,7 +210,7 @@ const char* placeOf(const char* path) { return Tape::get().placeOf(path); }
 ProgramEnd askAddOn(char** argv, char** environment, Control* control) {
   Tape& tape = Tape::get();
   if (tape.mode() == Mode::kOff) {
-    return runProgram(argv, environment, control);
+    return quilp::start(argv, environment, control);
   }
   Exchange exchange;
   for (char** word = argv; *word != nullptr; ++word) {
@@ -202,7 +227,7 @@ ProgramEnd askAddOn(char** argv, char** environment, Control* control) {
     return end;
   }
   exchange.variables = quilp::variablesOfProtocol(environment);
-  end = runProgram(argv, environment, control);
+  end = quilp::start(argv, environment, control);
   exchange.error = end.error;
   exchange.status = end.waitStatus;
   exchange.cut = quilp::wasCut(control);
@@ -214,7 +239,7 @@ ProgramEnd askAddOn(char** argv, char** environment, Control* control) {
 CurlEnd askCurl(const CurlRun& run, Control* control) {
   Tape& tape = Tape::get();
   if (tape.mode() == Mode::kOff) {
-    return runCurl(run, control);
+    return quilp::start(run, control);
   }
   Exchange exchange;
   if (tape.mode() == Mode::kReplay) {
@@ -229,7 +254,7 @@ CurlEnd askCurl(const CurlRun& run, Control* control) {
     return {exchange.status, ""};
   }
   exchange.question = {run.address};
-  CurlEnd end = runCurl(run, control);
+  CurlEnd end = quilp::start(run, control);
   exchange.status = end.status;
   exchange.cut = quilp::wasCut(control);
   exchange.headers = run.headers.empty() ? std::nullopt : readFile(run.headers.c_str());

@@ -22,4 +22,7 @@ void beginReplay(Recording recording);
 /// The first question that the recording had no answer to; empty for none.
 std::string unanswered();
 
+/// From now on, lookups start no add-on and no curl. May be called in a signal handler.
+void startNothing();
+
 }  // namespace quilp

@@ -1,6 +1,7 @@
 #include "scan/record.h"
 
 #include "lookup/requests.h"
+#include "scan/limited.h"
 #include "scan/source.h"
 #include "text/entities.h"
 
@@ -11,10 +12,11 @@ using libquilp::Values;
 
 template <class Members, void (*Free)(Members*)>
 Record read(const libquilp::RecordRequest<Members>& request, const Values& values) {
-  libquilp::Observer quiet;
+  Limited limited;
   libquilp::Owned<Members, Free> members;
   Record record;
-  const libquilp::Answer answer = libquilp::run<Members>(request, values, {&quiet}, members);
+  const libquilp::Answer answer =
+      libquilp::run<Members>(request, values, limited.context(), members);
   if (answer.reason != libquilp::Reason::kOk) {
     return record;
   }

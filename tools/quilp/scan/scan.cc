@@ -20,6 +20,7 @@
 #include "scan/dress.h"
 #include "scan/finder.h"
 #include "scan/interruption.h"
+#include "scan/limited.h"
 #include "scan/media_files.h"
 #include "scan/memory.h"
 #include "scan/messages.h"
@@ -215,6 +216,7 @@ class Scan {
 }  // namespace
 
 int scan(const ScanRequest& request) {
+  Limited::setSeconds(request.timeout);
   MediaFiles files = mediaFilesOf(request.paths);
   if (request.paths.size() == 1 && request.listed.empty() && files.nothingRead) {
     throw std::runtime_error("cannot read " + files.failures.front());

@@ -16,6 +16,7 @@ struct ScanRequest {
   std::optional<MediaKind> kind;    // none: what the names tell
   Format format = Format::kTable;
   int jobs = 0;  // 0: as many as there are processors
+  int timeout = 0;  // seconds for a lookup; 0: no limit
   int candidates = 10;
   int sure = 80;
   std::string memory;

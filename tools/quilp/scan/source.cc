@@ -6,6 +6,7 @@
 #include "libquilp.h"
 #include "lookup/requests.h"
 #include "plugin/record_table.h"
+#include "scan/limited.h"
 #include "text/entities.h"
 #include "xml/xml_node.h"
 
@@ -95,9 +96,9 @@ bool hasAddOn(MediaKind kind) {
 Searched searchTitles(MediaKind kind, const std::string& words, int count) {
   const libquilp::Request& request = requestOf(kind);
   const Values values = Values::search(words.c_str(), count);
-  libquilp::Observer quiet;
+  Limited limited;
   Searched searched;
-  Lookup lookup(request, values, libquilp::Use::kRecords, {&quiet}, searched.answer);
+  Lookup lookup(request, values, libquilp::Use::kRecords, limited.context(), searched.answer);
   if (!lookup.isBuiltIn()) {
     lookup.document().forEachChild(request.entry, [&](const XMLNode& entry) {
       Candidate candidate = candidateOf(entry, kind);
@@ -115,21 +116,21 @@ Searched searchTitles(MediaKind kind, const std::string& words, int count) {
 }
 
 Described describeTitle(MediaKind kind, const std::string& id) {
-  libquilp::Observer quiet;
+  Limited limited;
   Described described;
   described.id = id;
   if (kind == MediaKind::kMovie) {
     libquilp::Owned<velMovieInfo_, velFreeMovieInfo> movie;
     const std::string given = idForLookup(libquilp::kMovieDetails, id);
-    described.answer = libquilp::run<velMovieInfo_>(libquilp::kMovieDetails,
-                                                    Values::title(given.c_str()), {&quiet}, movie);
+    described.answer = libquilp::run<velMovieInfo_>(
+        libquilp::kMovieDetails, Values::title(given.c_str()), limited.context(), movie);
     described.title = libquilp::decoded(orNothing(movie.title));
     described.date = orNothing(movie.year);
   } else {
     libquilp::Owned<velTVShowInfo, velFreeTVShowInfo> show;
     const std::string given = idForLookup(libquilp::kShowDetails, id);
-    described.answer = libquilp::run<velTVShowInfo>(libquilp::kShowDetails,
-                                                    Values::title(given.c_str()), {&quiet}, show);
+    described.answer = libquilp::run<velTVShowInfo>(
+        libquilp::kShowDetails, Values::title(given.c_str()), limited.context(), show);
     described.title = libquilp::decoded(orNothing(show.title));
     described.date = orNothing(show.first_air_date);
   }
@@ -137,13 +138,13 @@ Described describeTitle(MediaKind kind, const std::string& id) {
 }
 
 Described describeEpisode(const std::string& show, int season, int episode) {
-  libquilp::Observer quiet;
+  Limited limited;
   Described described;
   libquilp::Owned<velTVEpisode, velFreeTVEpisode> info;
   const std::string given = idForLookup(libquilp::kEpisodeDetails, show);
   described.answer = libquilp::run<velTVEpisode>(
       libquilp::kEpisodeDetails, Values::ofEpisode(given.c_str(), season, episode, nullptr),
-      {&quiet}, info);
+      limited.context(), info);
   described.title = libquilp::decoded(orNothing(info.title));
   described.date = orNothing(info.air_date);
   described.id = orNothing(info.id);
@@ -151,10 +152,10 @@ Described describeEpisode(const std::string& show, int season, int episode) {
 }
 
 Described describeSong(const std::string& file) {
-  libquilp::Observer quiet;
+  Limited limited;
   Described described;
   KTV_ExtraData_t song;
-  described.answer = run(libquilp::kSong, Values::song(file.c_str()), {&quiet}, song);
+  described.answer = run(libquilp::kSong, Values::song(file.c_str()), limited.context(), song);
   for (const ArtistData_t& artist : song.artists) {
     described.title += (described.title.empty() ? "" : ", ") + artist.name;
   }
@@ -163,10 +164,10 @@ Described describeSong(const std::string& file) {
 }
 
 Searched searchAlbums(const std::string& album, const std::string& artist, int count) {
-  libquilp::Observer quiet;
+  Limited limited;
   Searched searched;
-  auto answer =
-      run(libquilp::kAlbumSearch, Values::ofAlbum(album.c_str(), artist.c_str(), count), {&quiet});
+  auto answer = run(libquilp::kAlbumSearch, Values::ofAlbum(album.c_str(), artist.c_str(), count),
+                    limited.context());
   searched.answer = answer;
   for (const velAlbum_& one : answer.found.records) {
     Candidate candidate{"", orNothing(one.name), yearOf(orNothing(one.releasedate))};
