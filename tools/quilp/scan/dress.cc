@@ -2,19 +2,16 @@
 
 #include <filesystem>
 
-#include "name/path.h"
-#include "scan/judge.h"
 #include "scan/names_of_files.h"
 #include "scan/nfo.h"
 #include "scan/pictures.h"
 #include "scan/record.h"
+#include "scan/show_group.h"
 
 namespace quilp {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr double kSameTitle = .9;
 
 fs::path withoutExtension(const fs::path& file) { return fs::path(file).replace_extension(); }
 
@@ -25,16 +22,6 @@ bool belongsTo(const std::string& stem, const std::string& name) {
   return name.size() > stem.size() && name.compare(0, stem.size(), stem) == 0 &&
          (name[stem.size()] == '.' || name[stem.size()] == '-') &&
          name.find_first_of("0123456789", stem.size()) == std::string::npos;
-}
-
-/// The folder of an episode's show; empty where none is the show's own.
-fs::path showFolderOf(const MediaItem& item, const std::string& show) {
-  const fs::path folder = fs::absolute(item.path).parent_path();
-  if (libquilp::isSeasonFolder(folder.filename().native())) {
-    return folder.parent_path();
-  }
-  const libquilp::Name name = libquilp::readName(folder.filename().native());
-  return similarity(name.title, show) >= kSameTitle ? folder : fs::path();
 }
 
 }  // namespace
@@ -71,7 +58,7 @@ void Dresser::dressMovie(const MediaItem& item, const ScanRow& row) {
 }
 
 void Dresser::dressShow(const MediaItem& item, const ScanRow& row) {
-  const fs::path folder = showFolderOf(item, row.match);
+  const fs::path folder = showFolderOf(item);
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (folder.empty() || !shows_.insert(folder.native()).second) {

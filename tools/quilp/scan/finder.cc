@@ -76,7 +76,7 @@ bool isAbsent(const Answer& answer) {
 
 }  // namespace
 
-ScanRow Finder::find(const MediaItem& item) {
+ScanRow Finder::find(const MediaItem& item, const std::string& show) {
   ScanRow row;
   row.file = item.path;
   row.kind = item.kind;
@@ -91,18 +91,20 @@ ScanRow Finder::find(const MediaItem& item) {
     if (item.kind == MediaKind::kAlbum) {
       findAlbum(item, row);
     } else {
-      findTitle(item, row);
+      findTitle(item, show, row);
     }
   }
   row.sure = !row.unknown() && row.confidence >= sure_;
   return row;
 }
 
-void Finder::findTitle(const MediaItem& item, ScanRow& row) {
+void Finder::findTitle(const MediaItem& item, const std::string& show, ScanRow& row) {
   const bool known =
-      takeKnown(overrides_.find(item.path), "it is in the list of overrides", item, row) ||
-      takeKnown(idIn(item.name), "the name has the identifier", item, row) ||
-      takeKnown(idFromNfo(item), "its NFO file has the identifier", item, row);
+      !show.empty()
+          ? takeKnown(show, "it is the show of other episodes in its folder", item, row)
+          : takeKnown(overrides_.find(item.path), "it is in the list of overrides", item, row) ||
+                takeKnown(idIn(item.name), "the name has the identifier", item, row) ||
+                takeKnown(idFromNfo(item), "its NFO file has the identifier", item, row);
   if (!known && item.name.title.empty()) {
     row.reason = "the name has no title";
     return;

@@ -19,13 +19,14 @@ class Finder {
   Finder(int candidates, int sure, Overrides overrides)
       : count_(candidates), sure_(sure), overrides_(std::move(overrides)) {}
 
-  ScanRow find(const MediaItem& item);
+  /// With a show, its folder is known to be that show's.
+  ScanRow find(const MediaItem& item, const std::string& show = {});
 
   /// The first answer that says more than that nothing was found, or else any.
   libquilp::Answer whyNothing() const;
 
  private:
-  void findTitle(const MediaItem& item, ScanRow& row);
+  void findTitle(const MediaItem& item, const std::string& show, ScanRow& row);
   bool takeKnown(const std::string& id, const char* reason, const MediaItem& item, ScanRow& row);
   bool takeAsMovie(const MediaItem& item, ScanRow& row);
   Searched search(const MediaItem& item);

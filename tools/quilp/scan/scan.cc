@@ -26,6 +26,7 @@
 #include "scan/messages.h"
 #include "scan/report.h"
 #include "scan/row_writer.h"
+#include "scan/show_group.h"
 #include "scan/tally.h"
 
 namespace quilp {
@@ -76,6 +77,7 @@ class Scan {
                 request.overrides.empty() ? Overrides() : Overrides(request.overrides)),
         jobs_(jobsFor(request, items)),
         items_(std::move(items)),
+        groupEnds_(endsOfGroups(items_)),
         rows_(items_.size()),
         memory_(request.memory, settingsOf(request)),
         writer_(makeRowWriter(request.format, folderOf(request))) {
@@ -92,6 +94,11 @@ class Scan {
   /// next.
   void run() {
     forEach(&Scan::find);
+    for (; written_ < rows_.size() && error_.empty(); ++written_) {  // what Ctrl-C left
+      if (rows_[written_]) {
+        show(*rows_[written_]);
+      }
+    }
     if (dresser_ && error_.empty()) {
       forEach(&Scan::dress);
     }
@@ -169,15 +176,25 @@ class Scan {
     if (row.failed && ++told_[row.failure] <= kMostAlike) {
       messages_.say(row.file + ": " + row.failure);
     }
-    tally_.add(row);
     messages_.showProgress(tally_.progress(items_.size()) + ' ' + row.file);
     rows_[i] = std::move(row);
-    for (; written_ < rows_.size() && rows_[written_]; ++written_) {
-      show(*rows_[written_]);
+    for (std::size_t end; written_ < rows_.size() && isFound(end = groupEnds_[written_]);) {
+      settleShow(finder_, items_, rows_, written_, end);
+      for (; written_ < end; ++written_) {
+        show(*rows_[written_]);
+      }
     }
   }
 
+  /// Whether all items from the first that was not shown are.
+  bool isFound(std::size_t end) const {
+    return std::all_of(rows_.begin() + static_cast<std::ptrdiff_t>(written_),
+                       rows_.begin() + static_cast<std::ptrdiff_t>(end),
+                       [](const std::optional<ScanRow>& row) { return row.has_value(); });
+  }
+
   void show(ScanRow& row) {
+    tally_.add(row);
     if (!writer_->add(row)) {
       throw std::runtime_error("cannot write");  // further results could not be seen
     }
@@ -199,6 +216,7 @@ class Scan {
   const Messages messages_;
   Interruption interruption_{messages_};
   const std::vector<MediaItem> items_;
+  const std::vector<std::size_t> groupEnds_;
   std::vector<std::optional<ScanRow>> rows_;  // of the items that were looked up
   Memory memory_;
   std::unique_ptr<RowWriter> writer_;

@@ -1,0 +1,69 @@
+#include "scan/show_group.h"
+
+#include <algorithm>
+#include <map>
+#include <string>
+
+#include "name/path.h"
+#include "scan/judge.h"
+
+namespace quilp {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double kSameTitle = .9;
+constexpr int kKnown = 100;
+
+}  // namespace
+
+fs::path showFolderOf(const MediaItem& item) {
+  const fs::path folder = fs::absolute(item.path).parent_path();
+  if (libquilp::isSeasonFolder(folder.filename().native())) {
+    return folder.parent_path();
+  }
+  const libquilp::Name name = libquilp::readName(folder.filename().native());
+  return similarity(name.title, item.name.title) >= kSameTitle ? folder : fs::path();
+}
+
+std::vector<std::size_t> endsOfGroups(const std::vector<MediaItem>& items) {
+  std::vector<std::size_t> ends(items.size());
+  fs::path folder;  // of the group at i
+  for (std::size_t i = 0, begin = 0; i < items.size(); ++i) {
+    const fs::path own = items[i].kind == MediaKind::kEpisode ? showFolderOf(items[i]) : fs::path();
+    begin = own.empty() || own != folder ? i : begin;
+    folder = own;
+    std::fill(ends.begin() + static_cast<std::ptrdiff_t>(begin),
+              ends.begin() + static_cast<std::ptrdiff_t>(i) + 1, i + 1);
+  }
+  return ends;
+}
+
+void settleShow(Finder& finder, const std::vector<MediaItem>& items,
+                std::vector<std::optional<ScanRow>>& rows, std::size_t begin, std::size_t end) {
+  std::map<std::string, std::size_t> shows;
+  for (std::size_t i = begin; i < end && end - begin > 1; ++i) {
+    if (rows[i]->sure && rows[i]->kind == MediaKind::kEpisode) {
+      ++shows[rows[i]->id];
+    }
+  }
+  if (shows.empty()) {
+    return;
+  }
+  const std::string show = std::max_element(shows.begin(), shows.end(), [](auto& a, auto& b) {
+                             return a.second < b.second;
+                           })->first;
+  for (std::size_t i = begin; i < end; ++i) {
+    ScanRow& row = *rows[i];
+    if (row.kind != MediaKind::kEpisode || row.failed || row.confidence == kKnown ||
+        (row.sure && row.id == show)) {
+      continue;
+    }
+    ScanRow again = finder.find(items[i], show);
+    if (again.sure || row.sure) {
+      row = std::move(again);
+    }
+  }
+}
+
+}  // namespace quilp
