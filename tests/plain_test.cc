@@ -228,6 +228,63 @@ TEST_F(Plain, AHostMayCollectAnyChildAndCloseItsStreams) {
   EXPECT_EQ(status, 0);
 }
 
+/// The number of processes that are, or guard for, a host.
+long hosts() {
+  const auto processes = std::filesystem::directory_iterator("/proc");
+  return std::count_if(begin(processes), end(processes), [](const auto& entry) {
+    return test::readFile(entry.path() / "comm") == test::readFile("/proc/self/comm");
+  });
+}
+
+TEST_F(Plain, AKilledHostLeavesNoProcess) {
+  const test::Curl curl(
+      "case $* in *-Z*) : >/etc/config/started; sleep 60;; esac\n"
+      "exec /sbin/real \"$@\"\n");
+  const long before = hosts();
+  for (const char* script :
+       {": >/etc/config/started; sleep 60", "sleep 60 & : >/etc/config/started; sleep 60", ""}) {
+    unlink("/etc/config/started");
+    test::removeRegistry();  // the built-in route, for the last one
+    if (*script != '\0') {
+      test::writeScript("/etc/config/addon", string(script) + '\n');
+      test::registerAddOn("Movie", "/etc/config/addon");
+    }
+    const pid_t host = fork();
+    if (host == 0) {
+      searchMovies("everything");
+      _exit(0);
+    }
+    while (access("/etc/config/started", F_OK) != 0) {
+      std::this_thread::yield();
+    }
+    EXPECT_TRUE(hosts() > before + 1) << "no guard is seen";
+    kill(host, SIGKILL);
+    int status = 0;
+    EXPECT_EQ(waitpid(host, &status, 0), host);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    const auto killed = Clock::now();
+    while ((anySleeps() || hosts() > before) && Clock::now() - killed < kLate) {
+      std::this_thread::yield();
+    }
+    EXPECT_FALSE(anySleeps()) << script;
+    EXPECT_EQ(hosts(), before) << script;
+  }
+  test::removeRegistry();
+}
+
+TEST_F(Plain, AGuardHoldsNoDescriptorOfItsHost) {
+  test::answerWith("Movie", kMovies, "ls -l /proc/$PPID/fd >/etc/config/open\n");
+  int ends[2] = {};
+  ASSERT_EQ(pipe(ends), 0);
+  EXPECT_EQ(quilp_answer_count(searchMovies().get()), 2u);
+  const string open = test::readFile("/etc/config/open");
+  EXPECT_THAT(open, testing::HasSubstr("signalfd"));
+  EXPECT_THAT(open, testing::Not(testing::HasSubstr("pipe:")));
+  EXPECT_LE(std::count(open.begin(), open.end(), '\n'), 4) << open;
+  close(ends[0]);
+  close(ends[1]);
+}
+
 TEST_F(Plain, RandomCancelsLeaveNothing) {
   test::answerWith("Movie", kMovies, "");
   std::vector<std::thread> threads;

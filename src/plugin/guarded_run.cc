@@ -30,6 +30,7 @@ constexpr int kCollecting = 20;  // milliseconds for what was killed to end
 struct Orders {
   const GuardedProgram* program;
   Control* control;
+  pid_t host;
   void* stack;    // the end of the guard's
   sigset_t mask;  // of the calling thread
   ProgramEnd end;
@@ -106,19 +107,48 @@ int start(const Orders& orders, pid_t& child) {
   return error;
 }
 
-void drain(int children) {
+void drain(int signals) {
   signalfd_siginfo info;
-  while (read(children, &info, sizeof info) > 0) {
+  while (read(signals, &info, sizeof info) > 0) {
+  }
+}
+
+/// Whether the host has ended, however it did.
+bool isHostOver(const Orders& orders) { return getppid() != orders.host; }
+
+/// Closes what the guard does not need: who waits for the end of a pipe of the host must not wait
+/// for the guard.
+void closeOthers(const Orders& orders) {
+  const GuardedProgram& program = *orders.program;
+  constexpr unsigned kNone = ~0U;  // -1
+  for (unsigned next = 0;;) {
+    unsigned kept = kNone;  // the next one to keep
+    const auto keep = [next, &kept](int descriptor) {
+      const auto number = static_cast<unsigned>(descriptor);
+      kept = number >= next && number < kept ? number : kept;
+    };
+    keep(program.output);
+    keep(orders.control->descriptor());
+    for (const int descriptor : program.kept) {
+      keep(descriptor);
+    }
+    if (kept > next) {
+      close_range(next, kept - 1, 0);
+    }
+    if (kept == kNone) {
+      return;
+    }
+    next = kept + 1;
   }
 }
 
 /// Kills the program's group and collects what belonged to it: a grandchild whose parent has ended
 /// is the guard's child.
-void endAll(pid_t child, int children, int& waitStatus) {
+void endAll(pid_t child, int signals, int& waitStatus) {
   kill(-child, SIGKILL);
   while (waitpid(child, &waitStatus, 0) < 0 && errno == EINTR) {
   }
-  pollfd ended = {children, POLLIN, 0};
+  pollfd ended = {signals, POLLIN, 0};
   for (int left = kCollecting; left > 0; --left) {
     const pid_t collected = waitpid(-1, nullptr, WNOHANG);
     if (collected < 0) {
@@ -126,7 +156,7 @@ void endAll(pid_t child, int children, int& waitStatus) {
     }
     if (collected == 0) {
       poll(&ended, 1, 1);
-      drain(children);
+      drain(signals);
     }
   }
 }
@@ -137,26 +167,30 @@ int guard(void* argument) {
   struct sigaction usual = {};
   usual.sa_handler = SIG_DFL;
   sigaction(SIGCHLD, &usual, nullptr);
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
   prctl(PR_SET_CHILD_SUBREAPER, 1);
+  closeOthers(orders);
   sigset_t wanted;
   sigemptyset(&wanted);
   sigaddset(&wanted, SIGCHLD);
-  const int children = signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK);
+  const int signals = aboveStandard(signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK));
+  prctl(PR_SET_PDEATHSIG, SIGCHLD);  // the host's end wakes the guard
+  if (isHostOver(orders)) {
+    return 0;
+  }
   pid_t child = -1;
   orders.end.error = start(orders, child);
   if (orders.end.error != 0) {
     return 0;
   }
-  pollfd events[] = {{children, POLLIN, 0}, {orders.control->descriptor(), POLLIN, 0}};
+  pollfd events[] = {{signals, POLLIN, 0}, {orders.control->descriptor(), POLLIN, 0}};
   while (waitpid(child, &orders.end.waitStatus, WNOHANG) == 0) {
-    if (orders.control->isOver() || (events[1].revents & POLLIN) != 0) {
+    if (isHostOver(orders) || orders.control->isOver() || (events[1].revents & POLLIN) != 0) {
       orders.cut = true;
-      endAll(child, children, orders.end.waitStatus);
+      endAll(child, signals, orders.end.waitStatus);
       break;
     }
     poll(events, 2, orders.control->millisecondsLeft());
-    drain(children);
+    drain(signals);
   }
   return 0;
 }
@@ -214,7 +248,8 @@ ProgramEnd runGuarded(const GuardedProgram& program, Control& control) {
     failed.error = ENOMEM;
     return failed;
   }
-  auto* orders = new (shared.start()) Orders{&program, &control, stack.end(), {}, {}, false, {}};
+  auto* orders =
+      new (shared.start()) Orders{&program, &control, getpid(), stack.end(), {}, {}, false, {}};
   orders->end.error = EAGAIN;  // unless the guard tells otherwise
   runApart(*orders);
   if (orders->cut) {

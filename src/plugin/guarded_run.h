@@ -18,8 +18,9 @@ struct GuardedProgram {
 };
 
 /// Runs a program by a guard: a process between the host and the program, which waits for it and
-/// ends it with its whole process group when the control says so. What the host does with its
-/// children, with SIGCHLD, or with its standard streams, changes nothing.
+/// ends it with its whole process group when the control says so, or when the host ends. What the
+/// host does with its children, with SIGCHLD, or with its standard streams, changes nothing. The
+/// guard keeps no descriptor of the host's.
 ProgramEnd runGuarded(const GuardedProgram& program, Control& control);
 
 /// Runs a command of the system's shell under a guard, its standard output to a descriptor.
