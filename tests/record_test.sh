@@ -84,6 +84,7 @@ repeats movie show tt9000001
 drifts 0 ''
 printf '%s\n' 'plotSummary	about' '2011	2012' >/tmp/changes
 drifts 1 'field outline: vanished, was ".*"'
+grep -qx 'marker "class="plotSummary">": vanished' /tmp/output || fail "no marker: $(cat /tmp/output)"
 grep -Eqx 'field title: .*' /tmp/output && fail 'the title is the same'
 drifts 1 'field year: changed from "2011" to "2012"'
 stop_site
@@ -98,12 +99,14 @@ add_on() {
     >/etc/config/movie
   chmod +x /etc/config/movie
 }
-document="echo '<movielist><movie><title><![CDATA[A]]></title><id><![CDATA[1]]></id></movie></movielist>' >\"\$file\""
+printf '[tmdb]\nkey = S3TTINGSKEY\n' >/etc/config/quilp.conf  # an add-on's document may tell it
+document="echo '<movielist><!-- S3TTINGSKEY --><movie><title><![CDATA[A]]></title><id><![CDATA[1]]></id></movie></movielist>' >\"\$file\""
 printf '[movie]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/movie\n' >$conf
 away='mv /etc/config/movie /tmp/movie' back='mv /tmp/movie /etc/config/movie'
 add_on "$document"
 repeats movie search A.b_2009
 [ "$(grep -aA1 '^variable ' $kept | tail -n 1)" = QUILP_NAME=A.b_2009 ] || fail 'no variable'
+! grep -a S3TTINGSKEY $kept || fail "an add-on's key was kept"
 drifts 0 ''
 add_on "${document/A]/B]}"
 drifts 1 'field result 1 title: changed from "A" to "B"'

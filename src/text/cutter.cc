@@ -4,6 +4,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "text/watch.h"
+
 namespace libquilp {
 namespace {
 
@@ -33,6 +35,7 @@ std::string_view atMost(std::string_view text, std::size_t size) {
 
 bool Cutter::past(std::string_view marker) {
   const std::size_t found = text_.find(marker, at_);
+  markerSought(marker, found != std::string_view::npos);
   if (found == std::string_view::npos) {
     return false;
   }

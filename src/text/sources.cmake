@@ -10,4 +10,5 @@ target_sources(quilp_objects PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/place.cc
   ${CMAKE_CURRENT_LIST_DIR}/removal.cc
   ${CMAKE_CURRENT_LIST_DIR}/replace.cc
-  ${CMAKE_CURRENT_LIST_DIR}/utf8.cc)
+  ${CMAKE_CURRENT_LIST_DIR}/utf8.cc
+  ${CMAKE_CURRENT_LIST_DIR}/watch.cc)

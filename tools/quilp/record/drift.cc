@@ -125,12 +125,23 @@ void compare(const char* kind, const std::vector<Exchange>& before, std::vector<
   }
 }
 
+void compareMarkers(const std::map<std::string, bool>& before,
+                    const std::map<std::string, bool>& now, std::vector<std::string>& drift) {
+  for (const auto& [marker, found] : before) {
+    const auto other = now.find(marker);  // none: no page that could have it
+    if (other != now.end() && other->second != found) {
+      drift.push_back("marker " + quoted(marker) + (found ? ": vanished" : ": came"));
+    }
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> driftOf(const Told& before, const Told& now) {
   std::vector<std::string> drift;
   compare("add-on", before.recording.addOns, now.recording.addOns, &outcomeOfAddOn, drift);
   compare("page", before.recording.fetches, now.recording.fetches, &outcomeOfFetch, drift);
+  compareMarkers(before.recording.markers, now.recording.markers, drift);
   compareFields(fieldsOf(before.json), fieldsOf(now.json), drift);
   if (before.status != now.status) {
     drift.push_back("exit status: " + std::to_string(before.status) + ", now " +

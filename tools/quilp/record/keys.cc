@@ -126,8 +126,9 @@ std::string withoutKeys(const std::string& text) {
   return result;
 }
 
-void removeKeys(Recording& recording) {
+void removeKeys(Recording& recording, std::string settings) {
   Keys keys;
+  replaceInLines(settings, keys);  // only to know what not to keep
   const auto replaceInAll = [&keys](std::vector<std::string>& texts) {
     for (std::string& text : texts) {
       replaceIn(text, keys);
@@ -150,6 +151,9 @@ void removeKeys(Recording& recording) {
     }
   };
   replaceEach(recording.words);
+  for (auto& file : recording.files) {
+    replaceEverywhere(file.second, keys);
+  }
   forEachExchange(recording, [&](Exchange& exchange) {
     replaceEach(exchange.question);
     replaceEach(exchange.variables);

@@ -12,8 +12,8 @@ namespace quilp {
 /// and the user of an address.
 std::string withoutKeys(const std::string& text);
 
-/// Replaces keys in what was asked, in settings and headers, and the same values wherever else they
-/// are.
-void removeKeys(Recording& recording);
+/// Replaces keys in what was asked, in files and headers, and the same values wherever else they
+/// are; those of the add-ons' settings, too.
+void removeKeys(Recording& recording, std::string settings);
 
 }  // namespace quilp

@@ -50,7 +50,7 @@ void addExchange(std::string& text, const char* kind, const char* answer,
 /// Reads section after section.
 class Reader {
  public:
-  Reader(const std::string& file, std::string_view text) : file_(file), text_(text) {}
+  Reader(const std::string& source, std::string_view text) : source_(source), text_(text) {}
 
   /// False at the end.
   bool next() {
@@ -84,7 +84,7 @@ class Reader {
   }
 
   [[noreturn]] void fail() const {
-    throw std::runtime_error(file_ + " is damaged near byte " + std::to_string(at_));
+    throw std::runtime_error(source_ + " is damaged near byte " + std::to_string(at_));
   }
 
  private:
@@ -97,7 +97,7 @@ class Reader {
     return std::strtoul(std::string(digits).c_str(), nullptr, 10);
   }
 
-  const std::string& file_;
+  const std::string& source_;
   std::string_view text_;
   std::string_view name_;
   std::string_view value_;
@@ -141,6 +141,9 @@ std::string Recording::text() const {
     addExchange(text, "curl", "page", exchange);
   }
   text += '\n';
+  for (const auto& [marker, found] : markers) {
+    add(text, found ? "marker" : "missing-marker", marker);
+  }
   add(text, "end", "");
   return text;
 }
@@ -150,16 +153,20 @@ Recording readRecording(const std::string& file) {
   if (!text) {
     throw std::runtime_error("cannot read " + file);
   }
-  if (text->compare(0, kFirstLine.size(), kFirstLine) != 0) {
-    const bool isOther = text->compare(0, kAnyVersion.size(), kAnyVersion) == 0;
-    throw std::runtime_error(file + (isOther ? " was recorded by another version of quilp"
+  return parseRecording(file, *text);
+}
+
+Recording parseRecording(const std::string& name, const std::string& text) {
+  if (text.compare(0, kFirstLine.size(), kFirstLine) != 0) {
+    const bool isOther = text.compare(0, kAnyVersion.size(), kAnyVersion) == 0;
+    throw std::runtime_error(name + (isOther ? " was recorded by another version of quilp"
                                              : " is no recording of quilp"));
   }
   Recording recording;
   Exchange* exchange = nullptr;
   std::string* contents = nullptr;
   bool ended = false;
-  Reader section(file, *text);
+  Reader section(name, text);
   while (section.next()) {
     if (ended) {
       section.fail();
@@ -174,6 +181,8 @@ Recording readRecording(const std::string& file) {
       auto& list = section.is("curl") ? recording.fetches : recording.addOns;
       exchange = &list.emplace_back();
       exchange->question.push_back(section.value());
+    } else if (section.is("marker") || section.is("missing-marker")) {
+      recording.markers[section.value()] = section.is("marker");
     } else if (section.is("end")) {
       ended = true;
     } else if (exchange == nullptr || !takePart(section, *exchange)) {

@@ -24,6 +24,7 @@ struct Recording {
   std::map<std::string, std::string> files;  // settings of the platform that could be read
   std::vector<Exchange> addOns;
   std::vector<Exchange> fetches;
+  std::map<std::string, bool> markers;  // what pages are cut at, and whether it was found at all
 
   /// As a file: sections of a name and a length, then so many bytes.
   std::string text() const;
@@ -31,5 +32,8 @@ struct Recording {
 
 /// Throws std::runtime_error for a file that is no recording, or a damaged one.
 Recording readRecording(const std::string& file);
+
+/// The same for a text; messages call it `name`.
+Recording parseRecording(const std::string& name, const std::string& text);
 
 }  // namespace quilp

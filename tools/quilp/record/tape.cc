@@ -10,13 +10,14 @@
 #include <mutex>
 #include <string_view>
 
-#include "output/utf8.h"
+#include "kit/settings.h"
 #include "platform.h"
 #include "plugin/environment.h"
 #include "plugin/files.h"
 #include "plugin/outside.h"
 #include "record/keys.h"
 #include "text/place.h"
+#include "text/watch.h"
 
 namespace quilp {
 namespace {
@@ -97,6 +98,15 @@ class Tape {
   void keep(Exchange exchange, bool isFetch) {
     const std::lock_guard<std::mutex> lock(mutex_);
     (isFetch ? recording_.fetches : recording_.addOns).push_back(std::move(exchange));
+  }
+
+  void keepMarker(std::string_view marker, bool found) {
+    constexpr std::size_t kShortest = 4;  // shorter ones only cut text that is found already
+    if (mode_ == Mode::kRecord && marker.size() >= kShortest) {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      bool& everFound = recording_.markers[std::string(marker)];
+      everFound = everFound || found;
+    }
   }
 
   /// The next answer to a question.
@@ -187,7 +197,7 @@ void beginRecording(const std::vector<std::string>& words) { Tape::get().record(
 
 Recording takeRecording() {
   Recording recording = Tape::get().take();
-  removeKeys(recording);
+  removeKeys(recording, libquilp::readFile(kit::settingsFile()).value_or(""));
   return recording;
 }
 
@@ -206,6 +216,8 @@ using quilp::Mode;
 using quilp::Tape;
 
 const char* placeOf(const char* path) { return Tape::get().placeOf(path); }
+
+void markerSought(std::string_view marker, bool found) { Tape::get().keepMarker(marker, found); }
 
 ProgramEnd askAddOn(char** argv, char** environment, Control* control) {
   Tape& tape = Tape::get();

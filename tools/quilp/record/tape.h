@@ -5,8 +5,8 @@
 
 #include "record/recording.h"
 
-// This program links its own askAddOn(), askCurl(), askCurls() and placeOf(), which keep what
-// lookups are told, or answer from a recording and start nothing.
+// This program links its own askAddOn(), askCurl(), askCurls(), placeOf() and markerSought(), which
+// keep what lookups are told, or answer from a recording and start nothing.
 
 namespace quilp {
 
