@@ -117,6 +117,10 @@ MOVIES = {
     "typing error": lambda t, y, rng: [f"{safe(typo(t, rng))} ({y}).mkv"],
     "year off by one": lambda t, y, rng: [f"{safe(t)} ({y + rng.choice((-1, 1))}).mkv"],
     "no year": lambda t, y, rng: [f"{safe(t)}.mkv"],
+    "year first": lambda t, y, rng: [f"({y}) {safe(t)}.avi"],
+    "year in wide brackets": lambda t, y, rng: [f"{safe(t)}（{y}）[1080P].mkv"],
+    "capitals": lambda t, y, rng: [f"{dotted(t).upper()}.{y}.1080P.WEB-DL.H264-TIDE.mkv"],
+    "languages": lambda t, y, rng: [f"{dotted(t)}.{y}.{rng.choice(('FRENCH', 'GERMAN.DL'))}.BDRip.x264.mkv"],
 }
 EPISODES = {
     "scene": lambda t, y, s, e, n, rng:
@@ -130,6 +134,11 @@ EPISODES = {
     "words": lambda t, y, s, e, n, rng: f"{safe(t)} Season {s} Episode {e}.mp4",
     "without accents": lambda t, y, s, e, n, rng: f"{dotted(without_accents(t))}.s{s:02}e{e:02}.mkv",
     "typing error": lambda t, y, s, e, n, rng: f"{safe(typo(t, rng))} S{s:02}E{e:02}.mkv",
+    "two in a file": lambda t, y, s, e, n, rng: f"{safe(t)} S{s:02}E{e:02}-E{e + 1:02}.mkv",
+    "German": lambda t, y, s, e, n, rng: f"{safe(t)} Staffel {s} Folge {e:02}.mkv",
+    "Russian": lambda t, y, s, e, n, rng: f"{safe(t)} Сезон {s} Серия {e}.avi",
+    "Chinese": lambda t, y, s, e, n, rng: f"{safe(t)}.第{s}季.第{e:02}集.国语.mkv",
+    "absolute number": lambda t, y, s, e, n, rng: f"[Tide-Subs] {safe(t)} - {e:02} [1080p].mkv",
 }
 SONGS = {
     "artist and title": lambda a, t, i: [f"{a} - {t}.kar"],
@@ -243,13 +252,15 @@ class Tree:
         if turn == 1:
             file = EPISODES["scene"](show.title, 0, season + 60, episode, "", rng)
             return self.add([file], "episode", "no such episode", None, False)
-        if name == "typing error" and len(show.title) < 8:
+        if (name == "typing error" and len(show.title) < 8 or name == "absolute number" and season != 1 or
+                name == "two in a file" and (season, episode + 1) not in self.sets.episodes[show.id]):
             name = "scene"
         file = EPISODES[name](show.title, show.year, season, episode, known, rng)
         told = name in ("year", "number in a season folder") and show.year
         alone = self.sets.alone(True, show.title, show.year if told else None)
-        return self.add([file], "episode", name, show.id, alone, season=season, episode=episode,
-                        episode_title=known)
+        numbers = {"two in a file": [episode, episode + 1], "absolute number": None}.get(name, episode)
+        return self.add([file], "episode", name, show.id, alone, episode=numbers, episode_title=known,
+                        season=None if name == "absolute number" else season)
 
     def songs(self, count):
         for i in range(count):

@@ -14,6 +14,7 @@ struct Candidate {
   long votes = 0;                          // 0: unknown
   int confidence = 0;                      // that it is the file's, 0 to 100
   std::string reason{};                    // for the confidence
+  bool byOwnTitle = true;                  // rather than by one of the others
 };
 
 using Candidates = std::vector<Candidate>;

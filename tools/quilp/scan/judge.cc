@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "catalogue/normalise.h"
 #include "catalogue/score.h"
@@ -63,12 +64,14 @@ class Titles {
       wanted_.emplace_back(normalise(title));
     }
   }
-  double to(const Candidate& candidate) const {
-    double best = compare(candidate.title);
+  /// Of the title itself first, then of the best of all its titles.
+  std::pair<double, double> to(const Candidate& candidate) const {
+    const double own = compare(candidate.title);
+    double best = own;
     for (const std::string& title : candidate.otherTitles) {
       best = std::max(best, compare(title));
     }
-    return best;
+    return {own, best};
   }
 
  private:
@@ -83,8 +86,10 @@ class Titles {
   std::vector<Similarity> wanted_;
 };
 
+/// A name that is the other's own title may well be meant so, however little known that is.
 bool isFarBetterKnown(const Candidate& candidate, const Candidate& other) {
-  return candidate.votes >= kFarBetterKnown * std::max(other.votes, 1L);
+  return (candidate.byOwnTitle || !other.byOwnTitle) &&
+         candidate.votes >= kFarBetterKnown * std::max(other.votes, 1L);
 }
 
 void sort(Candidates& candidates) {
@@ -125,7 +130,9 @@ double similarity(const std::string& a, const std::string& b) {
 void judge(const Wanted& wanted, Candidates& candidates) {
   const Titles titles(wanted.titles);
   for (Candidate& candidate : candidates) {
-    const Points title = ofTitle(titles.to(candidate));
+    const auto [own, best] = titles.to(candidate);
+    const Points title = ofTitle(best);
+    candidate.byOwnTitle = own >= best;
     const Points year = ofYear(wanted, candidate.year);
     candidate.confidence = std::clamp(title.points + year.points, 0, 99);
     candidate.reason = std::string(title.reason) + "; " + year.reason;
