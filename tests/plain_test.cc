@@ -54,15 +54,20 @@ Answer searchMovies(const char* keyword = "x", long deadline = 0) {
   return Answer(quilp_run(requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, keyword, deadline).get()));
 }
 
-/// The name of processes that hanging add-ons start.
-bool anySleeps() {
+long processesNamed(const string& name) {
+  long n = 0;
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-    if (test::readFile(entry.path() / "comm") == "sleep\n") {
-      return true;
+    try {
+      n += test::readFile(entry.path() / "comm") == name ? 1 : 0;
+    } catch (const std::ios_base::failure&) {
+      // It ended meanwhile.
     }
   }
-  return false;
+  return n;
 }
+
+/// What hanging add-ons start.
+bool anySleeps() { return processesNamed("sleep\n") > 0; }
 
 class Plain : public testing::Test {
  protected:
@@ -229,12 +234,7 @@ TEST_F(Plain, AHostMayCollectAnyChildAndCloseItsStreams) {
 }
 
 /// The number of processes that are, or guard for, a host.
-long hosts() {
-  const auto processes = std::filesystem::directory_iterator("/proc");
-  return std::count_if(begin(processes), end(processes), [](const auto& entry) {
-    return test::readFile(entry.path() / "comm") == test::readFile("/proc/self/comm");
-  });
-}
+long hosts() { return processesNamed(test::readFile("/proc/self/comm")); }
 
 TEST_F(Plain, AKilledHostLeavesNoProcess) {
   const test::Curl curl(
