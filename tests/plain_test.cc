@@ -251,6 +251,7 @@ TEST_F(Plain, AKilledHostLeavesNoProcess) {
     }
     const pid_t host = fork();
     if (host == 0) {
+      setpgid(0, 0);
       searchMovies("everything");
       _exit(0);
     }
@@ -258,7 +259,7 @@ TEST_F(Plain, AKilledHostLeavesNoProcess) {
       std::this_thread::yield();
     }
     EXPECT_TRUE(hosts() > before + 1) << "no guard is seen";
-    kill(host, SIGKILL);
+    kill(-host, SIGKILL);
     int status = 0;
     EXPECT_EQ(waitpid(host, &status, 0), host);
     EXPECT_TRUE(WIFSIGNALED(status));

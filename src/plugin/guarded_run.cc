@@ -167,6 +167,8 @@ int guard(void* argument) {
   struct sigaction usual = {};
   usual.sa_handler = SIG_DFL;
   sigaction(SIGCHLD, &usual, nullptr);
+  setpgid(0,
+          0);  // who kills the host's group must not kill the guard before it has ended its program
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   closeOthers(orders);
   sigset_t wanted;
