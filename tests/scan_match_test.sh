@@ -32,6 +32,8 @@ tt0000007|tvSeries|Signal Row|Signal Row|0|1994|1995|45|Drama
 tt0000011|tvEpisode|The Points|The Points|0|2009|\N|45|Drama
 tt0000012|tvEpisode|Night Mail|Night Mail|0|2009|\N|45|Drama
 tt0000013|tvEpisode|Pilot|Pilot|0|1994|\N|45|Drama
+tt0000014|tvEpisode|Down Line|Down Line|0|2009|\N|45|Drama
+tt0000015|tvEpisode|Up Line|Up Line|0|1995|\N|45|Drama
 END
 set_of title.ratings <<'END'
 tconst|averageRating|numVotes
@@ -49,6 +51,8 @@ tconst|parentTconst|seasonNumber|episodeNumber
 tt0000011|tt0000006|2|1
 tt0000012|tt0000006|2|2
 tt0000013|tt0000007|1|1
+tt0000014|tt0000006|3|1
+tt0000015|tt0000007|3|1
 END
 "$QUILP_PROGRAM" catalogue import /tmp/sets 2>/tmp/errors >/tmp/output || fail "import: $(cat /tmp/errors)"
 
@@ -121,6 +125,8 @@ dressed() {
 rm -rf '/tmp/m/Artist - Album (2001)'
 mkdir '/tmp/m/Signal Row' '/tmp/m/Signal Row/Season 2'
 touch '/tmp/m/Signal Row/Season 2/S02E01-E02 - The Points.mkv'
+# Two shows of that name have it; the other episode of the folder tells which one.
+touch '/tmp/m/Signal Row/Season 2/Signal Row S03E01.mkv'
 echo kept >'/tmp/m/Harbor Lights 2011.nfo'
 tree >/tmp/before
 dressed --dry-run && tree | diff /tmp/before - >&2 || fail "a dry run writes: $(cat /tmp/errors)"
@@ -132,6 +138,7 @@ diff <(grep -vxFf /tmp/before /tmp/after | cut -c 43- | LC_ALL=C sort) - <<'END'
 ./Harbour Lights (1987)/movie.nfo
 ./Signal Row - S01E01.nfo
 ./Signal Row/Season 2/S02E01-E02 - The Points.nfo
+./Signal Row/Season 2/Signal Row S03E01.nfo
 ./Signal Row/tvshow.nfo
 ./Signal.Row.S02E01-E02.nfo
 ./abc {imdb-tt0000004}.nfo
