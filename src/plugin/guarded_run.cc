@@ -167,8 +167,8 @@ int guard(void* argument) {
   struct sigaction usual = {};
   usual.sa_handler = SIG_DFL;
   sigaction(SIGCHLD, &usual, nullptr);
-  setpgid(0,
-          0);  // who kills the host's group must not kill the guard before it has ended its program
+  // Who kills the host's group must not kill the guard, which ends the program.
+  setpgid(0, 0);
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   closeOthers(orders);
   sigset_t wanted;
