@@ -1,6 +1,7 @@
 """Every field of an add-on's documents comes back from the NFO files, under the names that Kodi publishes."""
 
 import html
+import json
 import os
 import pathlib
 import re
@@ -117,8 +118,13 @@ class NfoTest(unittest.TestCase):
         season.mkdir(parents=True)
         (season / "S02E03-E04.mkv").touch()
         pathlib.Path("/tmp/films/Film {tmdb-77}.mkv").touch()
-        subprocess.run([os.environ["QUILP_PROGRAM"], "scan", "/tmp/films", "--write", "nfo", "--journal",
-                        "/tmp/journal"], check=True, stdout=subprocess.DEVNULL)
+        cls.scan()
+
+    @staticmethod
+    def scan():
+        text = subprocess.run([os.environ["QUILP_PROGRAM"], "scan", "/tmp/films", "--write", "nfo", "--journal",
+                               "/tmp/journal", "--format", "json"], check=True, stdout=subprocess.PIPE).stdout
+        return json.loads(text)
 
     def check(self, root, fields, number=0):
         for name, (values, place, *others) in fields.items():
@@ -140,6 +146,16 @@ class NfoTest(unittest.TestCase):
         self.assertEqual(root.tag, "tvshow")
         self.check(root, SHOW)
         self.assertEqual(root.findtext("year"), "2008")
+
+    def test_identifiers_are_known_again(self):
+        pathlib.Path("/tmp/films/Film {tmdb-77}.mkv").rename("/tmp/films/Film.mkv")
+        pathlib.Path("/tmp/films/Film {tmdb-77}.nfo").rename("/tmp/films/Film.nfo")
+        rows = {row["kind"]: row for row in self.scan()}
+        self.assertEqual([(rows[kind]["id"], rows[kind]["reason"].split(";")[0])
+                          for kind in ("movie", "episode")],
+                         [(id_, "its NFO file has the identifier") for id_ in ("tmdb:77", "tt8000001")])
+        for end in ("mkv", "nfo"):
+            pathlib.Path(f"/tmp/films/Film.{end}").rename(f"/tmp/films/Film {{tmdb-77}}.{end}")
 
     def test_episodes(self):
         roots = roots_of(pathlib.Path("/tmp/films/Signal & Row/Season 2/S02E03-E04.nfo"))

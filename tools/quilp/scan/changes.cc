@@ -229,9 +229,16 @@ Changes::Changes(std::string journal, bool replace, bool dryRun)
   if (dryRun_) {
     return;
   }
+  isNew_ = !fs::exists(fs::symlink_status(path_));
   file_.reset(std::fopen(path_.c_str(), "ae"));
   if (!file_) {
     fail("cannot open " + path_);
+  }
+}
+
+Changes::~Changes() {
+  if (isNew_ && count_ == 0) {
+    unlink(path_.c_str());
   }
 }
 

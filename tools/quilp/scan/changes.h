@@ -17,6 +17,10 @@ class Changes {
   /// With `dryRun` nothing is changed, and there is no journal. Throws std::system_error when the
   /// journal cannot be opened.
   Changes(std::string journal, bool replace, bool dryRun);
+  /// Without changes there is no new journal.
+  ~Changes();
+  Changes(const Changes&) = delete;
+  Changes& operator=(const Changes&) = delete;
 
   /// Writes a file whole or not at all. One that is there is kept, unless changes replace: then a
   /// copy is kept in the journal's folder. Throws std::system_error.
@@ -43,6 +47,7 @@ class Changes {
   const bool replace_;
   const bool dryRun_;
   std::unique_ptr<std::FILE, Close> file_;
+  bool isNew_ = false;
   std::size_t count_ = 0;
 };
 

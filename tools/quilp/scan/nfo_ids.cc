@@ -15,6 +15,20 @@ namespace fs = std::filesystem;
 constexpr std::size_t kMostBytes = 1 << 20;
 constexpr std::size_t kLeastDigits = 7;
 
+/// `<uniqueid type="tmdb" default="true">603</uniqueid>` gives "tmdb:603".
+std::string tmdbIdIn(std::string_view text) {
+  const std::size_t type = text.find("<uniqueid type=\"tmdb\"");
+  const std::size_t begin = type == std::string_view::npos ? type : text.find('>', type);
+  if (begin == std::string_view::npos) {
+    return {};
+  }
+  std::size_t end = begin + 1;
+  while (end < text.size() && libquilp::isDigit(static_cast<unsigned char>(text[end]))) {
+    ++end;
+  }
+  return end == begin + 1 ? "" : "tmdb:" + std::string(text.substr(begin + 1, end - begin - 1));
+}
+
 /// Programs write NFO files as XML, people as a line with an address: both have "tt" and digits.
 std::string idIn(std::string_view text) {
   for (std::size_t at = text.find("tt"); at != std::string_view::npos;
@@ -28,7 +42,7 @@ std::string idIn(std::string_view text) {
       return std::string(text.substr(at, end - at));
     }
   }
-  return {};
+  return tmdbIdIn(text);
 }
 
 std::string idInFile(const fs::path& file) {

@@ -124,6 +124,9 @@ class Scan {
     if (!changes_) {
       return {};
     }
+    if (changes_->count() == 0) {
+      return "nothing to change";
+    }
     const std::string count = std::to_string(changes_->count());
     return dryRun ? count + " changes would be made"
                   : count + " changes; \"quilp scan --undo " + changes_->journal() +
