@@ -15,7 +15,7 @@ struct ScanRequest {
   std::vector<std::string> listed;  // names of files that need not be here
   std::optional<MediaKind> kind;    // none: what the names tell
   Format format = Format::kTable;
-  int jobs = 0;  // 0: as many as there are processors
+  int jobs = 0;     // 0: as many as there are processors
   int timeout = 0;  // seconds for a lookup; 0: no limit
   int candidates = 10;
   int sure = 80;
