@@ -16,6 +16,18 @@ void fillFrom(Name& name, const Name& folder) {
   if (name.identifiers.empty()) {
     name.identifiers = folder.identifiers;
   }
+  const auto fill = [](std::string& field, const std::string& above) {
+    if (field.empty()) {
+      field = above;
+    }
+  };
+  fill(name.resolution, folder.resolution);
+  fill(name.source, folder.source);
+  fill(name.videoCodec, folder.videoCodec);
+  if (name.audioCodecs.empty()) {
+    name.audioCodecs = folder.audioCodecs;
+    fill(name.audioChannels, folder.audioChannels);
+  }
 }
 
 /// Keeps the spans of a folder's fields that the name took over.
@@ -120,7 +132,7 @@ Name readName(std::string_view nameOrPath, NameKind hint) {
       name.kind = NameKind::kEpisode;
       splitSeason(name);
     }
-    if (seasonFolder && folder.title.empty()) {
+    if (seasonFolder) {
       continue;
     }
     if (name.title.empty() || isWeakTitle(name)) {

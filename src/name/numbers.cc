@@ -85,6 +85,17 @@ constexpr int kMostSeasons = 60;  // S97 alone is no season
 /// x264 is no episode.
 constexpr bool isCodec(int number) { return number >= 264 && number <= 266; }
 
+/// A season and an episode, 1x06, of which only the episode counts.
+bool readRepeatedCross(Bytes& bytes, int& episode) {
+  Bytes next = bytes;
+  int season = 0;
+  if (!(next.number(4, season) && next.skip('x') && next.number(3, episode))) {
+    return false;
+  }
+  bytes = next;
+  return true;
+}
+
 /// Episodes after the first: E01E02, E01-E03, E01-03, E01 & E02; with `letter` 'x' 1x01x02.
 void readMoreEpisodes(Bytes& bytes, char letter, NumberList& episodes) {
   for (;;) {
@@ -108,6 +119,8 @@ void readMoreEpisodes(Bytes& bytes, char letter, NumberList& episodes) {
         lettered.skipEpisodeLetter() || ((letter == 'x' || !parted) && lettered.skip('x'));
     if (hasLetter && lettered.number(5, number) && !(letter == 'x' && isCodec(number))) {
       next = lettered;
+    } else if (range && letter == 'x' && readRepeatedCross(next, number)) {
+      // "1x05-1x06": the season once more
     } else if (range && tight && parted && next.number(4, number) &&
                number > episodes.numbers.back() && number < episodes.numbers.back() + 200) {
       Bytes after = next;
@@ -115,15 +128,6 @@ void readMoreEpisodes(Bytes& bytes, char letter, NumberList& episodes) {
       if (!after.atEnd()) {
         return;
       }
-    } else if (range && parted && letter == 'x') {
-      // "1x05-1x06": the season once more
-      Bytes again = bytes;
-      again.skipSeparators(3);
-      int season = 0;
-      if (!(again.number(4, season) && again.skip('x') && again.number(3, number))) {
-        return;
-      }
-      next = again;
     } else {
       return;
     }

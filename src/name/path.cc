@@ -66,8 +66,9 @@ bool parts(std::string_view path, std::size_t i, int depth) {
   if (c == '/' && isSlashTitle(path, i)) {
     return false;
   }
-  return !(c == '/' && i > 1 && i + 1 < path.size() && isDigit(path[i - 1]) &&
-           isDigit(path[i + 1]) && path[i - 2] == ' ');
+  const bool fraction = c == '/' && i > 1 && i + 1 < path.size() && isDigit(path[i - 1]) &&
+                        isDigit(path[i + 1]) && path[i - 2] == ' ';
+  return !fraction || isSeasonFolder(path.substr(0, i).substr(path.rfind('/', i - 1) + 1));
 }
 
 bool hasExtension(std::string_view path) {

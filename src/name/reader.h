@@ -31,6 +31,7 @@ class Reader {
  private:
   // reader_tags.cc
   void splitGlued();
+  void splitEnding(std::size_t i);
   bool split(std::size_t i, std::size_t at);
   void matchTags();
   Match matchAt(std::size_t i) const;
@@ -44,7 +45,7 @@ class Reader {
   void findDate();
   void findMarkers();
   void findShortDate();
-  bool readWordMarker(std::size_t i);
+  bool readWordMarker(std::size_t i, NameField field);
   bool readCounter(std::size_t i);
   bool findLeadNumbers();
   void findBareNumber();
@@ -64,6 +65,7 @@ class Reader {
   void readBracketTitles();
   void readEpisodeTitle();
   void addTitles(std::size_t from, std::size_t to);
+  bool hasOnlyDashes() const;
   std::string cleaned(std::size_t from, std::size_t to) const;
 
   // reader_group.cc

@@ -77,7 +77,8 @@ bool Reader::bareNumberAt(std::size_t i) {
     const std::string_view between = text_.substr(t[i].end, t[end].begin - t[i].end);
     if (last.numbers.size() == 1 && last.numbers.front() > list.numbers.front() &&
         last.numbers.front() - list.numbers.front() < 2000 && !isYear(last.numbers.front()) &&
-        (between == "-" || between == "~" || between == " ~ " || between == " - ")) {
+        (between == "-" || between == "~" || between == " ~ " || between == " - " ||
+         between == "–" || between == " – ")) {
       addRange(list.numbers.front() + 1, last.numbers.front(), list.numbers);
       ++end;
     }
@@ -134,7 +135,8 @@ bool Reader::bareNumberAt(std::size_t i) {
       (atEnd || t[end].bracket != t[i].bracket || (match_[end] && match_[end].tag != nullptr));
   const bool spacedDash = (t[i].gap & kSpacedDashGap) != 0;
   const bool afterTV = t[i].bracket != 0 && i > 0 && t[i - 1].bracket == t[i].bracket &&
-                       tokens_.text(i - 1) == "TV" && (t[i - 1].gap & kBracketGap) != 0;
+                       (tokens_.text(i - 1) == "TV" || tokens_.text(i - 1) == "Batch") &&
+                       (t[i - 1].gap & kBracketGap) != 0;
   const bool parted = atEnd || beforeBracket || beforeTag;
   bool accepted = false;
   if (t[i].bracket != 0) {
@@ -207,6 +209,11 @@ bool Reader::bareNumberAt(std::size_t i) {
     }
   }
   takeEpisodes(list, name_.seasons.empty() && !surroundings_.inSeasonFolder && absolute.empty());
+  if (end < tokens_.count && t[end].bracket == t[i].bracket &&
+      (tokens_.text(end) == "END" || tokens_.text(end) == "FIN" || tokens_.text(end) == "完")) {
+    take(NameField::kOther, end, end + 1);
+    ++end;
+  }
   marker_ = marker_ == kNone ? i : std::min(marker_, i);
   markerEnd_ = markerEnd_ == kNone ? end : std::max(markerEnd_, end);
   return true;

@@ -44,6 +44,12 @@ int ordinalWord(std::string_view word) {
   return 0;
 }
 
+/// The word of "Seasons 1 to 3".
+bool isRangeWord(std::string_view word) {
+  return word == "to" || word == "thru" || word == "bis" || word == "à" || word == "a" ||
+         word == "al" || word == "до" || word == "по";
+}
+
 /// The number that a word begins with, where what follows only makes it an ordinal: 2nd, 1ª, 5й.
 int ordinal(std::string_view word) {
   std::size_t i = 0;
@@ -186,10 +192,14 @@ void Reader::findMarkers() {
     if (word.taken) {
       continue;
     }
-    if (match_[i].tag != nullptr &&
-        (match_[i].tag->field == NameField::kSeason ||
-         match_[i].tag->field == NameField::kEpisode || match_[i].tag->field == NameField::kPart)) {
-      if (readWordMarker(i)) {
+    if (match_[i].tag != nullptr) {
+      // "Se.1" is a season; elsewhere SE is a special edition
+      const bool se =
+          tokens_.text(i) == "Se" && i + 1 < tokens_.count && tokens_.token[i + 1].gap == kDotGap;
+      const NameField field = se ? NameField::kSeason : match_[i].tag->field;
+      if ((field == NameField::kSeason || field == NameField::kEpisode ||
+           field == NameField::kPart) &&
+          readWordMarker(i, field)) {
         continue;
       }
     }
@@ -308,9 +318,8 @@ bool Reader::readCounter(std::size_t i) {
 }
 
 // Season 2, Saison 1-3, 2nd Season, 5-й сезон, Episode 10, Серии: 1-10, CD1, Part 2
-bool Reader::readWordMarker(std::size_t i) {
+bool Reader::readWordMarker(std::size_t i, NameField field) {
   const Token* const t = tokens_.token;
-  const NameField field = match_[i].tag->field;
   const std::size_t next = i + match_[i].words;
   Marker marker;
   if (field == NameField::kEpisode && next + 1 < tokens_.count && t[next].digits &&
@@ -343,11 +352,14 @@ bool Reader::readWordMarker(std::size_t i) {
       list = {{number}, t[i].begin, end};
       // 1-3, 1 & 2
       std::size_t last = next + 1;
+      const bool worded = last + 1 < tokens_.count && isRangeWord(tokens_.text(last)) &&
+                          t[last].bracket == t[next].bracket;
+      last += worded ? 1 : 0;
       while (last < tokens_.count && t[last].digits && !t[last].taken && t[next].digits &&
              t[last].end - t[last].begin <= 4 && t[last].number > list.numbers.back()) {
         const std::string_view between =
             text_.substr(t[last - 1].end, t[last].begin - t[last - 1].end);
-        const bool range = between == "-" || between == "~" || between == " ~ " ||
+        const bool range = worded || between == "-" || between == "~" || between == " ~ " ||
                            (field == NameField::kEpisode && between == " - ");
         if (!range || t[last].number - list.numbers.back() > 2000) {
           break;

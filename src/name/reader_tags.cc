@@ -68,11 +68,38 @@ bool Reader::split(std::size_t i, std::size_t at) {
   return true;
 }
 
+/// Parts a year and its unit, 2006г, and a title and the word for a special: 灯塔守护者番外篇.
+void Reader::splitEnding(std::size_t i) {
+  static constexpr std::string_view kYears[] = {"г", "год", "年", "년"};
+  static constexpr std::string_view kSpecials[] = {"番外篇", "番外編", "特别篇", "特別篇", "特別編",
+                                                   "总集篇", "総集編", "總集篇", "OVA",    "OAD"};
+  const std::string_view text = tokens_.text(i);
+  const auto endsWith = [text](std::string_view ending) {
+    return text.size() > ending.size() && text.substr(text.size() - ending.size()) == ending;
+  };
+  for (const std::string_view year : kYears) {
+    if (text.size() == 4 + year.size() && endsWith(year) && isYear(std::atoi(text.data())) &&
+        split(i, 4)) {
+      take(NameField::kOther, i + 1, i + 2);
+      return;
+    }
+  }
+  for (const std::string_view special : kSpecials) {
+    if (endsWith(special) && split(i, text.size() - special.size())) {
+      return;
+    }
+  }
+}
+
 /// Parts two tags that nothing parts: BD720p, DLx264, 1080p10bit.
 void Reader::splitGlued() {
   for (std::size_t i = 0; i < tokens_.count && tokens_.count < Tokens::kMost; ++i) {
     const Token& word = tokens_.token[i];
     const std::size_t size = word.end - word.begin;
+    if (word.high) {
+      splitEnding(i);
+      continue;
+    }
     if (word.digits || !word.anyDigit || word.high || size < 3 || size > 20 || match_[i]) {
       continue;
     }
@@ -170,6 +197,12 @@ Match Reader::resolutionAt(std::size_t i) const {
   std::string_view text = tokens_.text(i);
   if (!isDigit(text[0]) && lower(text[0]) != 'r') {
     return {};
+  }
+  const Token* const token = tokens_.token;
+  if (i + 2 < tokens_.count && token[i].digits && token[i + 2].digits && token[i].number >= 320 &&
+      token[i].number <= 8192 && token[i + 2].number >= 240 && token[i + 2].number <= 4320 &&
+      (tokens_.text(i + 1) == "x" || tokens_.text(i + 1) == "X" || tokens_.text(i + 1) == "×")) {
+    return {nullptr, 3, 0, linesOf(token[i].number, token[i + 2].number)};  // 1280 x 720
   }
   if (text.size() < 4 || text.size() > 10) {
     return {};

@@ -25,6 +25,11 @@ bool isForeign(const Token& token, std::string_view text) {
   return token.high && other && !hasLatin(text);
 }
 
+/// A country that catalogues add to a show's title.
+bool isCountry(std::string_view word) {
+  return word == "UK" || word == "US" || word == "AU" || word == "NZ" || word == "CA";
+}
+
 bool isAka(std::string_view word) {
   return word == "AKA" || word == "aka" || word == "Aka" || word == "a.k.a";
 }
@@ -56,6 +61,9 @@ void Reader::findStart() {
     }
     const bool serial = end - start_ == 1 && t[start_].digits && t[start_].number >= 10000;
     if (taken || tags || serial) {
+      if (tags && !taken) {
+        takeTags(start_, end);  // [1080p] Title
+      }
       start_ = end;
       continue;
     }
@@ -151,7 +159,7 @@ void Reader::findYear() {
     }
     if (t[i].bracket != 0 && t[i].bracket != t[start_].bracket) {
       bracketed = i;
-    } else if (i > start_) {
+    } else if (i > start_ && !(plain != kNone && t[plain].number == t[i].number)) {
       plain = i;
     }
   }
@@ -262,6 +270,10 @@ std::size_t Reader::textEnd(std::size_t from, bool isTitle) const {
                        tokens_.bracket[outer].begin == t[end - 1].end && t[end].high;
     if (outer != 0 && end > from && (outerBracket(end - 1) != outer) && !glued) {
       const std::size_t close = bracketEnd(end);
+      if (isTitle && close == end + 1 && close == marker_ && isCountry(tokens_.text(end)) &&
+          !tokens_.bracket[outer].square) {
+        continue;
+      }
       bool tag = tokens_.bracket[outer].square || close == tokens_.count;
       for (std::size_t i = end; i < close; ++i) {
         tag = tag || t[i].taken || match_[i];
@@ -444,12 +456,24 @@ void Reader::addTitles(std::size_t from, std::size_t to) {
   }
 }
 
+/// Whether dashes stand for blanks: Harbour-Lights-2011-1080p.
+bool Reader::hasOnlyDashes() const {
+  const Token* const t = tokens_.token;
+  for (std::size_t i = 1; i < tokens_.count; ++i) {
+    if (t[i].gap != kDashGap && t[i].gap != 0) {
+      return false;
+    }
+  }
+  return tokens_.count > 3;
+}
+
 std::string Reader::cleaned(std::size_t from, std::size_t to) const {
   const Token* const t = tokens_.token;
   bool blanks = false;
   for (std::size_t i = from + 1; i < to; ++i) {
     blanks = blanks || (t[i].gap & kBlankGap) != 0;
   }
+  const bool dashes = hasOnlyDashes();
   std::size_t begin = t[from].begin;
   std::size_t end = t[to - 1].end;
   const Bracket& first = tokens_.bracket[t[from].bracket];
@@ -468,7 +492,7 @@ std::string Reader::cleaned(std::size_t from, std::size_t to) const {
   text.reserve(end - begin);
   for (std::size_t i = begin; i < end; ++i) {
     char c = text_[i];
-    if (c == '_') {
+    if (c == '_' || (dashes && c == '-')) {
       c = ' ';
     } else if (c == '.' && !blanks) {
       const bool initials = i > begin && i + 1 < end && isLetter(text_[i - 1]) &&
@@ -496,10 +520,16 @@ void Reader::readEpisodeTitle() {
   if (outerBracket(from) != 0 && tokens_.bracket[outerBracket(from)].square) {
     return;
   }
+  std::size_t to = 0;
   if (outerBracket(from) != 0 && (from == 0 || outerBracket(from - 1) != outerBracket(from))) {
-    return;
+    const std::string_view sign = text_.substr(tokens_.bracket[outerBracket(from)].begin, 3);
+    if (sign != "「" && sign != "『") {
+      return;
+    }
+    to = bracketEnd(from);
+  } else {
+    to = textEnd(from, false);
   }
-  const std::size_t to = textEnd(from, false);
   if (to <= from || !isFree(from, to)) {
     return;
   }
