@@ -83,6 +83,10 @@ void Reader::read() {
   findShortDate();
   findStart();
   undoLeadGroup();
+  if (marker_ == kNone) {
+    skipBroadcaster();
+  }
+  readFilmNumber();
   skipScenePrefix();
   findYear();
   if (name_.episodes.empty() && name_.airDate.empty()) {

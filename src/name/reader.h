@@ -40,6 +40,9 @@ class Reader {
   void takeEdition();
   void takeTags(std::size_t from, std::size_t to);
   void takeTag(std::size_t i);
+  bool isPartWord(std::size_t i) const;
+  bool takePart(std::size_t i, std::size_t to);
+  bool isGroupCode(std::size_t i) const;
 
   // reader_numbers.cc
   void findDate();
@@ -48,6 +51,7 @@ class Reader {
   bool readWordMarker(std::size_t i, NameField field);
   bool readCounter(std::size_t i);
   bool findLeadNumbers();
+  bool hasVideoTags() const;
   void findBareNumber();
   bool bareNumberAt(std::size_t i);
   void takeMarker(std::size_t i, const Marker& marker);
@@ -57,6 +61,8 @@ class Reader {
   void findStart();
   void undoLeadGroup();
   void skipScenePrefix();
+  void skipBroadcaster();
+  void readFilmNumber();
   void findYear();
   void takeYears();
   std::size_t textEnd(std::size_t from, bool isTitle) const;

@@ -6,6 +6,17 @@
 
 namespace libquilp {
 
+/// Whether the name tells of the picture, as a release's name does.
+bool Reader::hasVideoTags() const {
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
+    if (match_[i] && (match_[i].tag == nullptr || match_[i].tag->field == NameField::kSource ||
+                      match_[i].tag->field == NameField::kVideoCodec)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 /// "11-02 Title", "[5.01] Title" and "02 Title": a season and an episode, or an episode, that a
 /// file in a show's folder begins with. A film's name has a year or tags.
 bool Reader::findLeadNumbers() {
@@ -14,11 +25,8 @@ bool Reader::findLeadNumbers() {
       marker_ != kNone) {
     return false;
   }
-  for (std::size_t i = 0; i < tokens_.count; ++i) {
-    if (match_[i] && (match_[i].tag == nullptr || match_[i].tag->field == NameField::kSource ||
-                      match_[i].tag->field == NameField::kVideoCodec)) {
-      return false;
-    }
+  if (hasVideoTags()) {
+    return false;
   }
   const auto size = [t](std::size_t i) { return t[i].end - t[i].begin; };
   const auto isWordAfter = [this, t](std::size_t i) {
@@ -86,8 +94,11 @@ bool Reader::bareNumberAt(std::size_t i) {
   // " - 5.01 - ": a season and an episode
   else if (end < tokens_.count && t[i].digits && t[end].digits && t[end].gap == kDotGap &&
            t[i].number < 40 && t[end].end - t[end].begin == 2 && name_.seasons.empty() &&
-           (t[i].gap & kSpacedDashGap) != 0 &&
-           (end + 1 == tokens_.count || (t[end + 1].gap & kSpacedDashGap) != 0)) {
+           (((t[i].gap & kSpacedDashGap) != 0 &&
+             (end + 1 == tokens_.count || (t[end + 1].gap & kSpacedDashGap) != 0)) ||
+            // "Row.5.01.avi"
+            (i > start_ && t[i].gap == kDotGap && !t[i - 1].digits && t[i].number > 0 &&
+             t[end].number > 0 && end + 1 == tokens_.count && year_ == kNone && !fansub_))) {
     Marker marker;
     marker.seasons = {{t[i].number}, t[i].begin, t[i].end};
     marker.episodes = {{t[end].number}, t[end].begin, t[end].end};
@@ -129,6 +140,9 @@ bool Reader::bareNumberAt(std::size_t i) {
   const bool beforeTag =
       !atEnd && (endsTitle(end) || (match_[end] && match_[end].tag != nullptr &&
                                     match_[end].tag->field == NameField::kSource));
+  // "Row.0307.PDTV": season 3
+  const bool ofSource = beforeTag && match_[end].tag != nullptr && !fansub_ &&
+                        match_[end].tag->field == NameField::kSource;
   const bool beforeDash = !atEnd && (t[end].gap & (kSpacedDashGap)) != 0;
   const bool bracketed =
       t[i].bracket != 0 && (i == 0 || t[i - 1].bracket != t[i].bracket) &&
@@ -148,7 +162,8 @@ bool Reader::bareNumberAt(std::size_t i) {
     accepted = (surroundings_.inSeasonFolder && digits <= 3) ||
                (surroundings_.inFolder && digits >= 2 && digits <= 3 && (beforeDash || atEnd));
   } else {
-    const bool padded = text_[t[i].begin] == '0' && digits >= 2 && digits <= 4 &&
+    const bool padded = text_[t[i].begin] == '0' && digits >= 2 &&
+                        (digits <= 3 || (digits == 4 && !ofSource)) &&
                         !(number == 7 && digits == 3);  // agent 007
     const bool dashed = spacedDash && digits <= 4 && (digits >= 2 || fansub_);
     const bool inFansub = fansub_ && (parted || isRange || beforeDash) && (digits >= 2 || isRange);
@@ -160,6 +175,22 @@ bool Reader::bareNumberAt(std::size_t i) {
   }
   const bool seasonAndEpisode = (digits == 3 || digits == 4) && !isRange && number % 100 > 0 &&
                                 number >= 100 && !fansub_ && name_.seasons.empty();
+  // "row.213.avi", "Row_209_The_Night": the name of a file, and few shows have more episodes a year
+  const bool ofFile =
+      digits == 3 && number % 100 <= 30 && surroundings_.hint != NameKind::kMovie &&
+      !hasVideoTags() && t[i].gap != kDashGap &&
+      (atEnd ? !name_.container.empty() || t[i].gap == kDotGap
+             : !surroundings_.inFolder && t[i].gap == t[end].gap &&
+                   (t[i].gap == kUnderscoreGap || (year_ + 1 == i && t[i].gap == kDotGap)));
+  if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 && ofFile &&
+      (year_ == kNone || year_ + 1 == i)) {
+    Marker marker;
+    marker.seasons = {{number / 100}, t[i].begin, t[i].begin + 1};
+    marker.episodes = {{number % 100}, t[i].begin + 1, t[i].end};
+    marker.end = t[i].end;
+    takeMarker(i, marker);
+    return true;
+  }
   if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 && year_ == kNone &&
       (digits == 3 || number % 100 < 40) &&
       ((beforeTag && match_[end].tag != nullptr && match_[end].tag->field == NameField::kSource &&

@@ -198,7 +198,7 @@ void Reader::findGroup() {
   }
   // "-GROUP" at the end, before brackets
   std::size_t end = count;
-  while (end > titleEnd_ && (outerBracket(end - 1) != 0 || match_[end - 1])) {
+  while (end > titleEnd_ && (outerBracket(end - 1) != 0 || (match_[end - 1] && t[end - 1].taken))) {
     --end;
   }
   std::size_t from = end;
@@ -211,6 +211,11 @@ void Reader::findGroup() {
   // D-Z0N3: a letter alone before the dash
   if (from < end && from > titleEnd_ && (t[from].gap & kDashGap) != 0 && !t[from - 1].taken &&
       t[from - 1].end - t[from - 1].begin == 1 && outerBracket(from - 1) == 0) {
+    --from;
+  }
+  // x264-TIDE-Reed: both
+  while (from < end && from > titleEnd_ + 1 && t[from].gap == kDashGap && !t[from - 1].taken &&
+         t[from - 1].gap == kDashGap && outerBracket(from - 1) == 0) {
     --from;
   }
   if (from < end && from > 0 && (t[from].gap & kDashGap) != 0 && groupFrom(from, end)) {
@@ -227,6 +232,9 @@ void Reader::findGroup() {
       !t[to - 2].taken && t[to - 2].bracket != 0 && !tokens_.bracket[t[to - 2].bracket].square &&
       to >= 3 && t[to - 3].taken) {
     --to;
+  }
+  if (to > titleEnd_ && t[to - 1].bracket != 0 && (t[to - 1].gap & kCommaGap) != 0) {
+    return;  // [1999, USA, drama]
   }
   std::size_t begin = to;
   while (begin > titleEnd_ && !t[begin - 1].taken && t[begin - 1].bracket == t[to - 1].bracket) {

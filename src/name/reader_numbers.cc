@@ -196,7 +196,9 @@ void Reader::findMarkers() {
       // "Se.1" is a season; elsewhere SE is a special edition
       const bool se =
           tokens_.text(i) == "Se" && i + 1 < tokens_.count && tokens_.token[i + 1].gap == kDotGap;
-      const NameField field = se ? NameField::kSeason : match_[i].tag->field;
+      const NameField field = se              ? NameField::kSeason
+                              : isPartWord(i) ? NameField::kPart
+                                              : match_[i].tag->field;
       if ((field == NameField::kSeason || field == NameField::kEpisode ||
            field == NameField::kPart) &&
           readWordMarker(i, field)) {

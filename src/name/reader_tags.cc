@@ -52,6 +52,22 @@ std::uint8_t channelsOf(int number) {
              : std::uint8_t{0};
 }
 
+bool isTelevision(std::string_view source) {
+  return source == "HDTV" || source == "PDTV" || source == "SDTV" || source == "TVRip" ||
+         source == "DSR" || source == "DVB" || source == "SATRip";
+}
+
+/// 900MB, 2GiB: how large the file is.
+bool isSize(std::string_view word) {
+  std::size_t i = 0;
+  while (i < word.size() && isDigit(word[i])) {
+    ++i;
+  }
+  const std::string_view unit = word.substr(i);
+  return i > 0 && (unit == "MB" || unit == "GB" || unit == "mb" || unit == "gb" || unit == "Mb" ||
+                   unit == "Gb" || unit == "MiB" || unit == "GiB");
+}
+
 bool hasChannels(const Tag* tag) { return tag != nullptr && tag->field == NameField::kAudioCodec; }
 
 }  // namespace
@@ -116,7 +132,8 @@ void Reader::splitGlued() {
       const bool counted =
           left && left.tag != nullptr && tokens_.token[i + 1].digits && size - cut <= 3 &&
           (left.tag->field == NameField::kSeason || left.tag->field == NameField::kEpisode ||
-           (left.tag->field == NameField::kPart && lower(text[0]) != 'p'));
+           left.tag->field == NameField::kPart || left.tag->words == "dvd" ||
+           left.tag->words == "pt");
       if (counted || (size - cut >= 3 && right && left &&
                       (right.tag == nullptr || right.tag->use == TagUse::kEndsTitle))) {
         if (i > 0) {
@@ -268,14 +285,88 @@ void Reader::takeEdition() {
   }
 }
 
+/// Two letters that are a tag elsewhere, where a name without blanks has its group: x264-NL.
+bool Reader::isGroupCode(std::size_t i) const {
+  const Token* const t = tokens_.token;
+  if (i == 0 || i + 1 != tokens_.count || t[i].gap != kDashGap || t[i].bracket != 0 ||
+      !t[i].upper || t[i].end - t[i].begin != 2 || !t[i - 1].taken || match_[i].tag == nullptr ||
+      match_[i].tag->use != TagUse::kOnlyAfter || (t[1].gap & kDotGap) == 0) {
+    return false;
+  }
+  for (std::size_t k = 1; k < 4 && k <= i; ++k) {
+    const Match& before = match_[i - k];
+    if (before && before.words == k) {
+      return before.tag != nullptr && (before.tag->field == NameField::kVideoCodec ||
+                                       before.tag->field == NameField::kAudioCodec);
+    }
+  }
+  return false;
+}
+
+/// A word before the number of a part. PT is Portuguese where no number follows.
+bool Reader::isPartWord(std::size_t i) const {
+  if (match_[i].tag == nullptr) {
+    return false;
+  }
+  return match_[i].tag->field == NameField::kPart ||
+         (match_[i].tag->words == "pt" && i + 1 < tokens_.count && tokens_.token[i + 1].digits &&
+          tokens_.token[i + 1].number > 0 && tokens_.token[i + 1].number < 20 &&
+          (tokens_.token[i + 1].gap & ~(kDotGap | kBlankGap)) == 0);
+}
+
+/// "Part 2" after the title: of a film, or of a series in parts that television showed.
+bool Reader::takePart(std::size_t i, std::size_t to) {
+  const std::size_t next = i + match_[i].words;
+  if (next >= to || !isFree(i, next + 1) || name_.part.empty() ||
+      tokens_.token[next].bracket != tokens_.token[i].bracket) {
+    return false;
+  }
+  const Token& number = tokens_.token[next];
+  if (!number.digits && romanNumber(tokens_.text(next)) == 0) {
+    return false;
+  }
+  bool television = false;
+  for (std::size_t k = next + 1; k < to && number.digits; ++k) {
+    television = television || (match_[k].tag != nullptr && isTelevision(match_[k].tag->value));
+  }
+  if (television && name_.episodes.empty() && name_.airDate.empty()) {
+    name_.episodes.push_back(number.number);
+    name_.part.clear();
+    take(NameField::kEpisode, i, next + 1);
+  } else {
+    take(NameField::kPart, i, next + 1);
+  }
+  return true;
+}
+
 void Reader::takeTags(std::size_t from, std::size_t to) {
   for (std::size_t i = from; i < to; ++i) {
+    if (isPartWord(i) && takePart(i, to)) {
+      continue;
+    }
     if (match_[i] && isFree(i, i + match_[i].words)) {
+      if (isGroupCode(i)) {
+        continue;
+      }
       takeTag(i);
       i += match_[i].words - 1U;
+      // DVD1
+      if (i + 1 < to && tokens_.text(i) == "DVD" && tokens_.token[i + 1].digits &&
+          tokens_.token[i + 1].begin == tokens_.token[i].end && name_.part.empty()) {
+        ++i;
+        name_.part = std::to_string(tokens_.token[i].number);
+        take(NameField::kPart, i, i + 1);
+      }
       continue;
     }
     const Token& word = tokens_.token[i];
+    if (!word.taken && word.anyDigit && isSize(tokens_.text(i))) {
+      // 4.2GB
+      const bool fraction = i > from && tokens_.token[i - 1].digits && word.gap == kDotGap &&
+                            !tokens_.token[i - 1].taken;
+      take(NameField::kOther, fraction ? i - 1 : i, i + 1);
+      continue;
+    }
     if (!word.taken && word.digits && name_.resolution.empty() &&
         (word.number == 720 || word.number == 1080 || word.number == 2160) && word.gap != 0) {
       name_.resolution = std::to_string(word.number) + 'p';

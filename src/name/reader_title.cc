@@ -16,6 +16,15 @@ bool hasLatin(std::string_view text) {
   return false;
 }
 
+bool hasLowerCase(std::string_view text) {
+  for (const char c : text) {
+    if (c >= 'a' && c <= 'z') {
+      return true;
+    }
+  }
+  return false;
+}
+
 /// A word of another script: no Latin letter in it, with an accent or without.
 bool isForeign(const Token& token, std::string_view text) {
   bool other = false;
@@ -25,13 +34,23 @@ bool isForeign(const Token& token, std::string_view text) {
   return token.high && other && !hasLatin(text);
 }
 
+/// Letters of both Latin and another script: DIEBUSTER&合体劇場版.
+bool isMixed(std::string_view text) {
+  for (const char c : text) {
+    if (static_cast<unsigned char>(c) >= 0xE3 && static_cast<unsigned char>(c) < 0xEF) {
+      return hasLatin(text);
+    }
+  }
+  return false;
+}
+
 /// A country that catalogues add to a show's title.
 bool isCountry(std::string_view word) {
   return word == "UK" || word == "US" || word == "AU" || word == "NZ" || word == "CA";
 }
 
 bool isAka(std::string_view word) {
-  return word == "AKA" || word == "aka" || word == "Aka" || word == "a.k.a";
+  return word == "AKA" || word == "aka" || word == "Aka" || word == "a.k.a" || word == "A.K.A";
 }
 
 }  // namespace
@@ -114,6 +133,70 @@ void Reader::undoLeadGroup() {
   leadGroupEnd_ = 0;
 }
 
+/// "BBC - The Quiet Harbour", "IMAX.The.Quiet.Harbour": who showed a film is no part of its title.
+void Reader::skipBroadcaster() {
+  static constexpr std::string_view kBroadcasters[][2] = {{"bbc", ""},
+                                                          {"imax", ""},
+                                                          {"natgeo", ""},
+                                                          {"nat", "geo"},
+                                                          {"nat geo", ""},
+                                                          {"national", "geographic"},
+                                                          {"history", "channel"},
+                                                          {"discovery", "channel"},
+                                                          {"smithsonian", "channel"}};
+  const Token* const t = tokens_.token;
+  const auto is = [this](std::size_t i, std::string_view word) {
+    const std::string_view text = tokens_.text(i);
+    bool same = text.size() == word.size();
+    for (std::size_t k = 0; same && k < word.size(); ++k) {
+      same = lower(text[k]) == word[k];
+    }
+    return same;
+  };
+  for (const auto& words : kBroadcasters) {
+    const std::size_t next = start_ + (words[1].empty() ? 1 : 2);
+    if (next + 2 > tokens_.count || !is(start_, words[0]) ||
+        (!words[1].empty() && !is(start_ + 1, words[1]))) {
+      continue;
+    }
+    // Two words of a title must be left: "BBC News" is one.
+    const auto isTitle = [this, t](std::size_t i) {
+      return !t[i].taken && !match_[i] && !t[i].digits && t[i].bracket == 0;
+    };
+    if (isFree(start_, next) && isTitle(next) && isTitle(next + 1)) {
+      take(NameField::kOther, start_, next);
+      start_ = next;
+    }
+    return;
+  }
+}
+
+/// "Keeper-f02-Quiet Harbour": a film of a series; "Quiet Harbour-x02-Making Of": an extra of a
+/// film.
+void Reader::readFilmNumber() {
+  const Token* const t = tokens_.token;
+  for (std::size_t i = start_ + 1; i + 1 < tokens_.count; ++i) {
+    const std::string_view word = tokens_.text(i);
+    if (t[i].taken || word.size() != 3 || !isDigit(word[1]) || !isDigit(word[2]) ||
+        t[i].gap != kDashGap || t[i + 1].gap != kDashGap) {
+      continue;
+    }
+    if (word[0] == 'f' && marker_ == kNone) {
+      name_.alternativeTitles.push_back(cleaned(start_, i));
+      take(NameField::kAlternativeTitle, start_, i);
+      take(NameField::kOther, i, i + 1);
+      start_ = i + 1;
+    } else if (word[0] == 'x') {
+      std::size_t end = i + 1;
+      while (end < tokens_.count && !t[end].taken && !match_[end]) {
+        ++end;
+      }
+      name_.extra = "bonus";
+      take(NameField::kExtra, i, end);
+    }
+  }
+}
+
 /// "group-some.title.2012.720p.bluray.x264": the group before the title, all in lower case.
 void Reader::skipScenePrefix() {
   const Token* const t = tokens_.token;
@@ -179,6 +262,11 @@ void Reader::findYear() {
   }
   if (year_ != kNone) {
     takeYears();
+    for (std::size_t i = year_ + 1; i < tokens_.count; ++i) {
+      if (t[i].digits && t[i].number == name_.year && !t[i].taken && t[i].gap != kDashGap) {
+        take(NameField::kOther, i, i + 1);  // the same year once more
+      }
+    }
   } else if (leads && marker_ == kNone) {  // 2011 - Harbour Lights
     name_.year = t[start_].number;
     take(NameField::kYear, start_, start_ + 1);
@@ -298,7 +386,13 @@ std::size_t Reader::textEnd(std::size_t from, bool isTitle) const {
   // "Collection" before the years of one is a tag.
   const bool beforeYear =
       name_.lastYear == 0 && (end == year_ || (end < tokens_.count && t[end].taken));
-  return end == tokens_.count && !(isTitle) ? end : walkedBack(from, end, beforeYear, isTitle);
+  if (end == tokens_.count && !isTitle) {
+    // "S01E02 FRENCH": nothing but a tag in capitals
+    const bool tag = end == from + 1 && match_[from] && t[from].upper && name_.title.size() > 1 &&
+                     hasLowerCase(name_.title);
+    return tag ? from : end;
+  }
+  return walkedBack(from, end, beforeYear, isTitle);
 }
 
 void Reader::readTitle() {
@@ -412,7 +506,9 @@ void Reader::addTitles(std::size_t from, std::size_t to) {
     const std::string_view between = text_.substr(t[i - 1].end, t[i].begin - t[i - 1].end);
     const bool slash = (t[i].gap & kSlashGap) != 0 &&
                        (between.find(' ') != std::string_view::npos || t[i].bracket != 0);
-    const bool aka = isAka(tokens_.text(i)) && i + 1 < to && i > begin;
+    const bool initials = i + 3 < to && t[i + 2].gap == kDotGap && isAka(tokens_.text(i, i + 3));
+    const std::size_t akaWords = initials ? 3 : isAka(tokens_.text(i)) && i + 1 < to ? 1 : 0;
+    const bool aka = akaWords != 0 && i > begin;
     const bool foreign = isForeign(t[i], tokens_.text(i));
     bool script = false;
     const bool parted =
@@ -420,16 +516,17 @@ void Reader::addTitles(std::size_t from, std::size_t to) {
     if (parted && ((allForeign && !foreign && !t[i].digits) || (allLatin && foreign))) {
       script = hasLatin(foreign ? tokens_.text(from, i) : tokens_.text(i));
       for (std::size_t k = i; k < to; ++k) {
-        script = script && isForeign(t[k], tokens_.text(k)) == foreign;
+        script = script && isForeign(t[k], tokens_.text(k)) == foreign &&
+                 (foreign || !isMixed(tokens_.text(k)));
       }
     }
     allLatin = allLatin && !foreign;
     allForeign = allForeign && (foreign || t[i].digits);
     if (slash || (t[i].gap & kBarGap) != 0 || aka || script) {
       pieces[count++] = {begin, i};
-      begin = aka ? i + 1 : i;
+      begin = aka ? i + akaWords : i;
       if (aka) {
-        ++i;
+        i += akaWords;
       }
       if (begin + 1 == to || i + 1 > to) {
         pieces[count++] = {begin, to};

@@ -890,7 +890,6 @@ inline constexpr Tag kTags[] = {
     {"aflevering", NameField::kEpisode, ""},
     {"tập", NameField::kEpisode, ""},
     {"part", NameField::kPart, ""},
-    {"pt", NameField::kPart, ""},
     {"partie", NameField::kPart, ""},
     {"teil", NameField::kPart, ""},
     {"parte", NameField::kPart, ""},
