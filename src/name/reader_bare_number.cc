@@ -98,7 +98,8 @@ bool Reader::bareNumberAt(std::size_t i) {
              (end + 1 == tokens_.count || (t[end + 1].gap & kSpacedDashGap) != 0)) ||
             // "Row.5.01.avi"
             (i > start_ && t[i].gap == kDotGap && !t[i - 1].digits && t[i].number > 0 &&
-             t[end].number > 0 && end + 1 == tokens_.count && year_ == kNone && !fansub_))) {
+             text_[t[end].begin] == '0' && t[end].number > 0 && end + 1 == tokens_.count &&
+             year_ == kNone && !fansub_))) {
     Marker marker;
     marker.seasons = {{t[i].number}, t[i].begin, t[i].end};
     marker.episodes = {{t[end].number}, t[end].begin, t[end].end};

@@ -254,7 +254,8 @@ void Reader::findMarkers() {
   }
   for (std::size_t i = 1; i + 1 < tokens_.count; ++i) {
     const std::string_view of = tokens_.text(i);
-    if ((of == "of" || of == "из" || of == "Of") && tokens_.token[i - 1].digits &&
+    if ((of == "of" || of == "из" || of == "Of") &&
+        (tokens_.token[i - 1].digits || (tokens_.token[i - 1].taken && markerEnd_ == i)) &&
         tokens_.token[i + 1].digits && tokens_.token[i + 1].number < 100 &&
         tokens_.token[i - 1].number <= tokens_.token[i + 1].number) {
       if (!tokens_.token[i - 1].taken && name_.episodes.empty()) {
@@ -335,8 +336,14 @@ bool Reader::readWordMarker(std::size_t i, NameField field) {
   }
   NumberList list;
   std::size_t first = i;
+  // "8 sez 21 ser": the numbers stand before their words
+  const bool numberBefore = i > 0 && t[i - 1].digits && next + 1 < tokens_.count &&
+                            t[next].digits && match_[next + 1].tag != nullptr &&
+                            match_[next + 1].tag->field == NameField::kEpisode &&
+                            (next + 2 >= tokens_.count || !t[next + 2].digits);
   const bool ordinalBefore = field != NameField::kPart && i > 0 && !t[i - 1].taken &&
-                             !t[i - 1].digits && ordinal(tokens_.text(i - 1)) != 0;
+                             (!t[i - 1].digits || numberBefore) &&
+                             ordinal(tokens_.text(i - 1)) != 0;
   if (!ordinalBefore && next < tokens_.count &&
       (t[next].gap & (kSlashGap | kBarGap | kBracketGap)) == 0 && !t[next].taken) {
     const std::string_view word = tokens_.text(next);
@@ -349,6 +356,9 @@ bool Reader::readWordMarker(std::size_t i, NameField field) {
     if (number < 0 && isDigit(word[0])) {
       const NumberList versioned = numbersIn(word);
       number = versioned.empty() ? -1 : versioned.numbers.front();
+    }
+    if (isYear(number) && (field == NameField::kPart || tokens_.text(i).size() == 3)) {
+      number = -1;  // La Cour 2010, El Ser 2019
     }
     if (number >= 0) {
       list = {{number}, t[i].begin, end};
@@ -436,6 +446,11 @@ bool Reader::readWordMarker(std::size_t i, NameField field) {
       }
     }
     marker.episodes = list;
+    // "21 ser iz 23": of how many
+    if (first < i && next + 1 < tokens_.count && t[next + 1].digits &&
+        (tokens_.text(next) == "iz" || tokens_.text(next) == "из" || tokens_.text(next) == "of")) {
+      marker.end = t[next + 1].end;
+    }
   }
   takeMarker(first, marker);
   return true;

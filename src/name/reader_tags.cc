@@ -296,8 +296,7 @@ bool Reader::isGroupCode(std::size_t i) const {
   for (std::size_t k = 1; k < 4 && k <= i; ++k) {
     const Match& before = match_[i - k];
     if (before && before.words == k) {
-      return before.tag != nullptr && (before.tag->field == NameField::kVideoCodec ||
-                                       before.tag->field == NameField::kAudioCodec);
+      return before.tag != nullptr && before.tag->field == NameField::kVideoCodec;
     }
   }
   return false;
