@@ -13,9 +13,9 @@
 namespace names {
 
 /// The line of a name that tells these fields; its extension is told by no line.
-inline std::string rowOf(const std::string& name, const std::vector<libquilp::Field>& fields) {
+inline std::string rowOf(const std::string& name, const std::vector<libquilp::KeyValues>& fields) {
   std::string row = name;
-  for (const libquilp::Field& field : fields) {
+  for (const libquilp::KeyValues& field : fields) {
     if (field.key == "container") {
       continue;
     }

@@ -8,7 +8,7 @@
 namespace libquilp {
 namespace {
 
-using Form = Field::Form;
+using Form = KeyValues::Form;
 using Texts = std::vector<std::string>;
 
 /// Fields that are told, in their order.
@@ -32,10 +32,10 @@ class Fields {
     }
   }
 
-  std::vector<Field> take() { return std::move(all_); }
+  std::vector<KeyValues> take() { return std::move(all_); }
 
  private:
-  std::vector<Field> all_;
+  std::vector<KeyValues> all_;
 };
 
 const char* textOf(NameKind kind) {
@@ -61,7 +61,7 @@ Texts pairsOf(const std::vector<NameIdentifier>& identifiers) {
 
 }  // namespace
 
-std::vector<Field> fieldsOf(const Name& name) {
+std::vector<KeyValues> fieldsOf(const Name& name) {
   Fields fields;
   fields.add("kind", textOf(name.kind));
   fields.add("title", name.title);
@@ -92,7 +92,7 @@ std::vector<Field> fieldsOf(const Name& name) {
   return fields.take();
 }
 
-std::vector<Field> detailsOf(const Name& name) {
+std::vector<KeyValues> detailsOf(const Name& name) {
   Fields fields;
   fields.add("audio_channels", name.audioChannels);
   fields.add("hdr", Form::kTexts, name.hdr);
@@ -106,7 +106,7 @@ bool tellSame(const Name& a, const Name& b) {
   return fieldsOf(a) == fieldsOf(b) && detailsOf(a) == detailsOf(b);
 }
 
-std::vector<Field> fieldsOf(const Song& song) {
+std::vector<KeyValues> fieldsOf(const Song& song) {
   Fields fields;
   fields.add("kind", "song");
   fields.add("artist", Form::kTexts, song.artists);

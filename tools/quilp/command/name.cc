@@ -18,27 +18,27 @@
 namespace quilp {
 namespace {
 
-using libquilp::Field;
+using libquilp::KeyValues;
 
 enum class Kind { kAuto, kMovie, kEpisode, kSong };
 
-Json::Value jsonOf(const Field& field) {
-  Json::Value values(field.form == Field::Form::kPairs ? Json::objectValue : Json::arrayValue);
-  if (field.form == Field::Form::kPairs) {
+Json::Value jsonOf(const KeyValues& field) {
+  Json::Value values(field.form == KeyValues::Form::kPairs ? Json::objectValue : Json::arrayValue);
+  if (field.form == KeyValues::Form::kPairs) {
     for (std::size_t i = 0; i + 1 < field.values.size(); i += 2) {
       values[field.values[i]] = jsonText(field.values[i + 1]);
     }
     return values;
   }
   for (const std::string& value : field.values) {
-    values.append(field.form == Field::Form::kNumber ? Json::Value(std::stoi(value))
-                                                     : jsonText(value));
+    values.append(field.form == KeyValues::Form::kNumber ? Json::Value(std::stoi(value))
+                                                         : jsonText(value));
   }
-  return field.form != Field::Form::kTexts && values.size() == 1 ? values[0] : values;
+  return field.form != KeyValues::Form::kTexts && values.size() == 1 ? values[0] : values;
 }
 
 /// The key as a heading, and the values on one line.
-void printField(const Field& field) {
+void printField(const KeyValues& field) {
   std::string label(field.key);
   for (char& c : label) {
     c = c == '_' ? ' ' : c;
@@ -51,8 +51,8 @@ void printField(const Field& field) {
 }
 
 void describe(const std::string& name, Kind kind, Format format) {
-  std::vector<Field> fields;
-  std::vector<Field> details;
+  std::vector<KeyValues> fields;
+  std::vector<KeyValues> details;
   if (kind == Kind::kSong || (kind == Kind::kAuto && libquilp::isSong(name))) {
     fields = fieldsOf(libquilp::readSong(name));
   } else {
@@ -66,15 +66,15 @@ void describe(const std::string& name, Kind kind, Format format) {
   if (format == Format::kJson) {
     Json::Value line;
     line["name"] = validUtf8(name);
-    for (const Field& field : fields) {
+    for (const KeyValues& field : fields) {
       line[std::string(field.key)] = jsonOf(field);
     }
     printJsonLine(line);
     return;
   }
   std::cout << lineText(name) << '\n';
-  for (const std::vector<Field>* group : {&fields, &details}) {
-    for (const Field& field : *group) {
+  for (const std::vector<KeyValues>* group : {&fields, &details}) {
+    for (const KeyValues& field : *group) {
       printField(field);
     }
   }
