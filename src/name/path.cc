@@ -68,7 +68,13 @@ bool parts(std::string_view path, std::size_t i, int depth) {
   }
   const bool fraction = c == '/' && i > 1 && i + 1 < path.size() && isDigit(path[i - 1]) &&
                         isDigit(path[i + 1]) && path[i - 2] == ' ';
-  return !fraction || isSeasonFolder(path.substr(0, i).substr(path.rfind('/', i - 1) + 1));
+  if (!fraction) {
+    return true;
+  }
+  // "Season 2/201.mkv": a file in a folder whose name ends with a number
+  constexpr std::size_t kLongestFile = 64;
+  return path.size() - i <= kLongestFile &&
+         isSeasonFolder(path.substr(0, i).substr(path.rfind('/', i - 1) + 1));
 }
 
 bool hasExtension(std::string_view path) {
