@@ -367,9 +367,29 @@ Marker episodeMarkerAt(std::string_view name, std::size_t at) {
   return marker;
 }
 
+/// Whether a marker may begin with these bytes, without reading its numbers.
+bool mayBeMarkerAt(std::string_view name, std::size_t at) {
+  const char first = lower(name[at]);
+  std::size_t next = at + 1;
+  if (isDigit(first)) {
+    while (next < name.size() && isDigit(name[next])) {
+      ++next;
+    }
+  }
+  const char second = next < name.size() ? lower(name[next]) : '\0';
+  if (isDigit(first)) {
+    return second == 'x' || second == 'e' || second == ' ';
+  }
+  return (isDigit(second) && (first == 's' || first == 'e' || first == 't')) ||
+         (second == 'p' && (first == 's' || first == 'e')) || (second == 'o' && first == 's');
+}
+
 }  // namespace
 
 Marker markerAt(std::string_view name, std::size_t at) {
+  if (!mayBeMarkerAt(name, at)) {
+    return {};
+  }
   switch (lower(name[at])) {
     case 's':
       return seasonMarkerAt(name, at, 's');

@@ -31,6 +31,8 @@ std::string_view withoutExtension(std::string_view text, bool isFolder) {
                                                                               : text;
 }
 
+constexpr std::size_t kUsualSpans = 12;
+
 }  // namespace
 
 Reader::Reader(std::string_view text, const Surroundings& surroundings, Name& name)
@@ -38,6 +40,7 @@ Reader::Reader(std::string_view text, const Surroundings& surroundings, Name& na
       surroundings_(surroundings),
       text_(withoutExtension(text, surroundings.isFolder)),
       tokens_(text_) {
+  name_.spans.reserve(kUsualSpans);
   if (text_.size() != text.size()) {
     std::string extension;
     for (const char c : text.substr(text_.size() + 1)) {

@@ -211,11 +211,11 @@ Match Reader::matchAt(std::size_t i) const {
 
 // 1080p, 1080i50, R720p, 1920x1080
 Match Reader::resolutionAt(std::size_t i) const {
+  const Token* const token = tokens_.token;
   std::string_view text = tokens_.text(i);
-  if (!isDigit(text[0]) && lower(text[0]) != 'r') {
+  if (!token[i].anyDigit || (!isDigit(text[0]) && lower(text[0]) != 'r')) {
     return {};
   }
-  const Token* const token = tokens_.token;
   if (i + 2 < tokens_.count && token[i].digits && token[i + 2].digits && token[i].number >= 320 &&
       token[i].number <= 8192 && token[i + 2].number >= 240 && token[i + 2].number <= 4320 &&
       (tokens_.text(i + 1) == "x" || tokens_.text(i + 1) == "X" || tokens_.text(i + 1) == "×")) {

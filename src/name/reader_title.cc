@@ -27,11 +27,14 @@ bool hasLowerCase(std::string_view text) {
 
 /// A word of another script: no Latin letter in it, with an accent or without.
 bool isForeign(const Token& token, std::string_view text) {
+  if (!token.high) {
+    return false;
+  }
   bool other = false;
   for (const char c : text) {
     other = other || (static_cast<unsigned char>(c) >= 0xCE && c != '\xE2');  // Ⅱ is no letter
   }
-  return token.high && other && !hasLatin(text);
+  return other && !hasLatin(text);
 }
 
 /// Letters of both Latin and another script: DIEBUSTER&合体劇場版.

@@ -101,24 +101,46 @@ constexpr Sign asciiSign(char c) {
   return static_cast<unsigned char>(c) < ' ' ? Sign{kOtherGap} : Sign();
 }
 
-constexpr std::array<Sign, 128> makeAsciiSigns() {
-  std::array<Sign, 128> signs{};
-  for (std::size_t i = 0; i < signs.size(); ++i) {
+constexpr std::array<Sign, 256> makeSigns() {
+  std::array<Sign, 256> signs{};
+  for (std::size_t i = 0; i < 128; ++i) {
     signs[i] = asciiSign(static_cast<char>(i));
   }
   return signs;
 }
 
-constexpr std::array<Sign, 128> kAsciiSigns = makeAsciiSigns();
+constexpr std::array<Sign, 256> kSigns = makeSigns();
 
 Sign signAt(std::string_view name, std::size_t i) {
   const auto byte = static_cast<unsigned char>(name[i]);
-  if (byte < kAsciiSigns.size()) {
-    return kAsciiSigns[byte];
-  }
   return byte == 0xE3 || byte == 0xE2 || byte == 0xEF || byte == 0xC2 ? wideSignAt(name.substr(i))
-                                                                      : Sign();
+                                                                      : kSigns[byte];
 }
+
+/// What a byte is in a word.
+enum : std::uint8_t { kDigit = 1, kCapital = 2, kSmall = 4, kHigh = 8, kOther = 16, kParts = 32 };
+
+struct Byte {
+  std::uint8_t kind = 0;
+  std::uint8_t hashed = 0;  // in lower case; 0: does not count, as in "Clockmaker's"
+};
+
+constexpr std::array<Byte, 256> makeBytes() {
+  std::array<Byte, 256> bytes{};
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const char c = static_cast<char>(i);
+    bytes[i].hashed = static_cast<std::uint8_t>(c == '\'' ? 0 : i < 128 ? lower(c) : c);
+    bytes[i].kind = i >= 128               ? kHigh
+                    : kSigns[i].gap != 0   ? kParts
+                    : isDigit(c)           ? kDigit
+                    : c >= 'A' && c <= 'Z' ? kCapital
+                    : c >= 'a' && c <= 'z' ? kSmall
+                                           : kOther;
+  }
+  return bytes;
+}
+
+constexpr std::array<Byte, 256> kBytes = makeBytes();
 
 constexpr std::uint16_t kSeparators = kBlankGap | kUnderscoreGap | kDotGap;
 
@@ -162,10 +184,11 @@ Tokens::Tokens(std::string_view text) : name(text) {
   bracket[0] = {0, static_cast<std::uint32_t>(name.size()), 0, false, false};
   Nesting nesting(*this);
   // Every counter has a unit beyond ASCII.
-  bool counters = false;
+  unsigned char bits = 0;
   for (const char c : name) {
-    counters = counters || static_cast<unsigned char>(c) >= 0x80;
+    bits |= static_cast<unsigned char>(c);
   }
+  const bool high = bits >= 0x80;
   std::uint16_t gap = 0;
   std::size_t i = 0;
   while (i < name.size() && count < kMost) {
@@ -184,60 +207,57 @@ Tokens::Tokens(std::string_view text) : name(text) {
       i += sign.size;
       continue;
     }
-    Token& word = token[count++];
-    word = {static_cast<std::uint32_t>(i),
-            0,
-            WordHash::none(),
-            gap,
-            nesting.current(),
-            true,
-            false,
-            false,
-            true,
-            false,
-            0};
-    gap = 0;
-    bool letters = false;
+    const std::size_t begin = i;
+    WordHash hash = WordHash::none();
+    unsigned kinds = 0;
+    int number = 0;
     std::size_t digits = 0;
     // A counter such as 第2季 is a word of its own, also where nothing parts it from others.
-    std::size_t counter = counters ? counterAt(name, i).size : 0;
-    while (i < name.size()) {
-      if (counter != 0) {
-        for (const std::size_t end = i + counter; i < end; ++i) {
-          word.hash.add(name[i]);
-        }
-        word.digits = false;
-        word.high = true;
-        break;
+    const std::size_t counter = high ? counterAt(name, i).size : 0;
+    if (counter != 0) {
+      for (const std::size_t end = i + counter; i < end; ++i) {
+        hash.add(name[i]);
       }
-      const Sign next = signAt(name, i);
-      if (next.gap != 0 || (counters && i > word.begin && counterAt(name, i).size != 0)) {
-        break;
-      }
-      const std::size_t end = i + next.size;
-      for (; i < end; ++i) {
-        const char c = name[i];
-        if (isDigit(c)) {
-          word.anyDigit = true;
-          word.number = digits++ < 8 ? word.number * 10 + (c - '0') : kMostNumber;
-          word.hash.add(c);
-          continue;
-        }
-        word.digits = false;
-        if (c == '\'') {
-          continue;
-        }
-        const bool high = static_cast<unsigned char>(c) >= 0x80;
-        word.high = word.high || high;
-        word.hash.add(lower(c));
-        if (isLetter(c)) {
-          letters = true;
-          word.upper = word.upper && c <= 'Z';
-        }
-      }
+      kinds = kHigh;
     }
-    word.upper = word.upper && letters;
-    word.end = static_cast<std::uint32_t>(i);
+    while (i < name.size() && counter == 0) {
+      const Byte byte = kBytes[static_cast<unsigned char>(name[i])];
+      if (byte.kind == kParts || (high && (byte.kind & (kHigh | kDigit)) != 0 && i > begin &&
+                                  counterAt(name, i).size != 0)) {
+        break;
+      }
+      if (byte.kind == kHigh) {
+        const Sign next = signAt(name, i);
+        if (next.gap != 0) {
+          break;
+        }
+        for (const std::size_t end = i + next.size; i < end; ++i) {
+          hash.add(name[i]);
+        }
+        kinds |= kHigh;
+        continue;
+      }
+      if (byte.kind == kDigit) {
+        number = digits++ < 8 ? number * 10 + (name[i] - '0') : kMostNumber;
+      }
+      if (byte.hashed != 0) {
+        hash.add(static_cast<char>(byte.hashed));
+      }
+      kinds |= byte.kind;
+      ++i;
+    }
+    token[count++] = {static_cast<std::uint32_t>(begin),
+                      static_cast<std::uint32_t>(i),
+                      hash,
+                      gap,
+                      nesting.current(),
+                      kinds == kDigit,
+                      (kinds & kDigit) != 0,
+                      (kinds & kHigh) != 0,
+                      (kinds & (kCapital | kSmall)) == kCapital,
+                      false,
+                      number};
+    gap = 0;
   }
   ignoreOpenBrackets();
   ignoreOuterBracket();
