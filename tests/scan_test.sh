@@ -122,14 +122,17 @@ printf '#!/bin/sh\n[ "$3" != 1 ] || sleep 62\n' >/etc/config/shell
 printf '%s\n' "for file; do :; done" \
   "echo '<movielist><movie><title><![CDATA[2]]></title><id>9</id></movie></movielist>' >\"\$file\"" >>/etc/config/shell
 touch /tmp/{1,2}.mkv
-scan /tmp/1.mkv /tmp/2.mkv --type movie --timeout 1 --resume /tmp/limited
-[ "$status" = 101 ] && grep -q '1.mkv: the add-on of \[a\] did not answer in time$' /tmp/errors ||
-  fail "--timeout: status $status: $(cat /tmp/errors)"
-grep -q '2.mkv' /tmp/limited && ! grep -q '1.mkv' /tmp/limited || fail "--timeout: $(cat /tmp/limited)"
-! grep -sqx sleep /proc/[0-9]*/comm || fail '--timeout: an add-on runs on'
+if [ -z "${QUILP_NO_GUARD-}" ]; then
+  scan /tmp/1.mkv /tmp/2.mkv --type movie --timeout 1 --resume /tmp/limited
+  [ "$status" = 101 ] && grep -q '1.mkv: the add-on of \[a\] did not answer in time$' /tmp/errors ||
+    fail "--timeout: status $status: $(cat /tmp/errors)"
+  grep -q '2.mkv' /tmp/limited && ! grep -q '1.mkv' /tmp/limited || fail "--timeout: $(cat /tmp/limited)"
+  ! grep -sqx sleep /proc/[0-9]*/comm || fail '--timeout: an add-on runs on'
+fi
 
 # The second Ctrl-C ends what never would, and all that it started; what was kept is whole.
-for limit in 1000 ''; do
+for limit in '' 1000; do
+  [ -z "$limit" ] || [ -z "${QUILP_NO_GUARD-}" ] || break
   printf '#!/bin/sh\ntrap "" TERM\nsetsid sleep 61 &\n: >/tmp/hangs\nsleep 61\n' >/etc/config/shell
   rm -f /tmp/hangs /tmp/kept
   "$QUILP_PROGRAM" scan /tmp/many -j 2 --resume /tmp/kept ${limit:+--timeout $limit} >/tmp/rows 2>/tmp/errors &
