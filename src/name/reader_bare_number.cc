@@ -56,12 +56,19 @@ bool Reader::findLeadNumbers() {
 
 /// A number after a dash is the surest, then one alone in a bracket.
 void Reader::findBareNumber() {
-  for (int pass = 0; pass < 3; ++pass) {
-    for (std::size_t i = start_; i < tokens_.count; ++i) {
-      const Token& word = tokens_.token[i];
+  std::size_t found[Tokens::kMost];
+  std::size_t count = 0;
+  for (std::size_t i = start_; i < tokens_.count; ++i) {
+    const Token& word = tokens_.token[i];
+    if (isDigit(text_[word.begin]) && !word.taken && !match_[i]) {
+      found[count++] = i;
+    }
+  }
+  for (int pass = 0; pass < 3 && count != 0; ++pass) {
+    for (std::size_t k = 0; k < count; ++k) {
+      const Token& word = tokens_.token[found[k]];
       const int kind = (word.gap & kSpacedDashGap) != 0 ? 0 : word.bracket != 0 ? 1 : 2;
-      if (kind == pass && !word.taken && isDigit(text_[word.begin]) && !match_[i] &&
-          bareNumberAt(i)) {
+      if (kind == pass && bareNumberAt(found[k])) {
         return;
       }
     }

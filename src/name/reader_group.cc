@@ -56,7 +56,7 @@ constexpr Catalogue kCatalogues[] = {{"imdb", "imdb"},     {"imdbid", "imdb"}, {
 void Reader::takeSites() {
   const Token* const t = tokens_.token;
   for (std::size_t i = 0; i + 1 < tokens_.count; ++i) {
-    if (t[i].taken) {
+    if (t[i].taken || (i != 0 && lower(text_[t[i].begin]) != 'w')) {
       continue;
     }
     const std::string_view word = tokens_.text(i);
@@ -94,6 +94,9 @@ void Reader::takeSites() {
 void Reader::takeIdentifiers() {
   const Token* const t = tokens_.token;
   for (std::size_t i = 0; i < tokens_.count; ++i) {
+    if (!t[i].anyDigit && t[i].bracket == 0) {
+      continue;
+    }
     const std::string_view word = tokens_.text(i);
     if (word.size() >= 9 && word.size() <= 12 && word.substr(0, 2) == "tt") {
       bool digits = true;
@@ -144,6 +147,9 @@ void Reader::takeChecksum() {
     }
   }
   for (std::size_t i = 0; i < tokens_.count; ++i) {
+    if (tokens_.token[i].bracket == 0) {
+      continue;
+    }
     const std::string_view word = tokens_.text(i);
     if (word.size() == 8 && alone(i) && isHex(word) && !(i == 0 && tokens_.count == 1)) {
       const bool date = tokens_.token[i].digits && isYear(tokens_.token[i].number / 10000);

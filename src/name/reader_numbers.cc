@@ -58,10 +58,13 @@ int ordinal(std::string_view word) {
     number = number * 10 + (word[i++] - '0');
   }
   const std::string_view ending = word.substr(i);
-  const bool known = ending.empty() || ending == "st" || ending == "nd" || ending == "rd" ||
+  if (ending.empty() || i == 0 || isDigit(ending[0])) {
+    return ending.empty() ? number : 0;
+  }
+  const bool known = ending == "st" || ending == "nd" || ending == "rd" ||
                      ending == "th" || ending == "ª" || ending == "º" || ending == "й" ||
                      ending == "я" || ending == "a" || ending == "e" || ending == "ème";
-  return i == 0 || !known ? 0 : number;
+  return known ? number : 0;
 }
 
 /// 1 to 12 for the English name of a month or its first three letters; 0 for any other word.
@@ -71,7 +74,7 @@ int monthOf(std::string_view word) {
                                                  "september", "october",  "november", "december"};
   for (int month = 0; month < 12; ++month) {
     const std::string_view name = kMonths[month];
-    bool same = word.size() == name.size() || word.size() == 3;
+    bool same = lower(word[0]) == name[0] && (word.size() == name.size() || word.size() == 3);
     for (std::size_t i = 0; same && i < word.size(); ++i) {
       same = lower(word[i]) == name[i];
     }
@@ -91,10 +94,10 @@ void Reader::findDate() {
     if (t[i].taken || !isDigit(text_[t[i].begin])) {
       continue;
     }
-    if (const int day = ordinal(tokens_.text(i)); day != 0 && i + 2 < tokens_.count) {
+    if (const int day = ordinal(tokens_.text(i)); day != 0 && i + 2 < tokens_.count && t[i + 2].digits) {
       // 4th November 2020, 14 Feb 2021
       const int month = monthOf(tokens_.text(i + 1));
-      if (t[i + 2].digits && !t[i + 2].taken && isDate(t[i + 2].number, month, day)) {
+      if (!t[i + 2].taken && isDate(t[i + 2].number, month, day)) {
         name_.airDate = dateText(t[i + 2].number, month, day);
         take(NameField::kAirDate, i, i + 3);
         marker_ = i;

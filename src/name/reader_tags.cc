@@ -70,6 +70,22 @@ bool isSize(std::string_view word) {
 
 bool hasChannels(const Tag* tag) { return tag != nullptr && tag->field == NameField::kAudioCodec; }
 
+bool isNumber(std::string_view word) {
+  return word.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// Whether a word can begin a tag or be a resolution; some that it lets pass are neither.
+bool mayMatch(std::string_view word) {
+  if (isDigit(word[0]) || lower(word[0]) == 'r' || (word.size() > 2 && isDigit(word.back()))) {
+    return true;
+  }
+  WordHash hash = WordHash::none();
+  for (const char c : word) {
+    hash.add(lower(c));
+  }
+  return mayBeginTag(hash.value);
+}
+
 }  // namespace
 
 bool Reader::split(std::size_t i, std::size_t at) {
@@ -124,7 +140,8 @@ void Reader::splitGlued() {
       const bool change = isDigit(text[cut]) != isDigit(text[cut - 1]) ||
                           (lower(text[cut]) == 'x' && cut + 1 < size && isDigit(text[cut + 1])) ||
                           (lower(text[cut - 1]) == 'p' && isDigit(text[cut]));
-      if (!change || !split(i, cut)) {
+      if (!change || !mayMatch(text.substr(0, cut)) ||
+          !(mayMatch(text.substr(cut)) || isNumber(text.substr(cut))) || !split(i, cut)) {
         continue;
       }
       const Match& left = match_[i];

@@ -150,8 +150,8 @@ void Reader::skipBroadcaster() {
   const Token* const t = tokens_.token;
   const auto is = [this](std::size_t i, std::string_view word) {
     const std::string_view text = tokens_.text(i);
-    bool same = text.size() == word.size();
-    for (std::size_t k = 0; same && k < word.size(); ++k) {
+    bool same = text.size() == word.size() && lower(text[0]) == word[0];
+    for (std::size_t k = 1; same && k < word.size(); ++k) {
       same = lower(text[k]) == word[k];
     }
     return same;
@@ -588,8 +588,8 @@ std::string Reader::cleaned(std::size_t from, std::size_t to) const {
       last.end > end) {
     end = last.end;
   }
-  std::string text;
-  text.reserve(end - begin);
+  std::string text(end - begin, '\0');
+  std::size_t size = 0;
   for (std::size_t i = begin; i < end; ++i) {
     char c = text_[i];
     if (c == '_' || (dashes && c == '-')) {
@@ -600,14 +600,15 @@ std::string Reader::cleaned(std::size_t from, std::size_t to) const {
                             (i + 2 >= end || !isLetter(text_[i + 2]));
       c = initials ? '.' : ' ';
     }
-    if (c == ' ' && (text.empty() || text.back() == ' ')) {
+    if (c == ' ' && (size == 0 || text[size - 1] == ' ')) {
       continue;
     }
-    text += c;
+    text[size++] = c;
   }
-  while (!text.empty() && (text.back() == ' ' || text.back() == '-')) {
-    text.pop_back();
+  while (size != 0 && (text[size - 1] == ' ' || text[size - 1] == '-')) {
+    --size;
   }
+  text.resize(size);
   return text;
 }
 

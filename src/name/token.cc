@@ -189,12 +189,14 @@ Tokens::Tokens(std::string_view text) : name(text) {
     bits |= static_cast<unsigned char>(c);
   }
   const bool high = bits >= 0x80;
+  const char* const bytes = name.data();
+  const std::size_t size = name.size();
   std::uint16_t gap = 0;
   std::size_t i = 0;
-  while (i < name.size() && count < kMost) {
-    const Sign sign = signAt(name, i);
+  while (i < size && count < kMost) {
+    const Sign sign = high ? signAt(name, i) : kSigns[static_cast<unsigned char>(bytes[i])];
     if (sign.gap != 0) {
-      if (sign.gap == kDashGap && (gap & kSeparators) != 0 && i + sign.size < name.size() &&
+      if (sign.gap == kDashGap && (gap & kSeparators) != 0 && i + sign.size < size &&
           (signAt(name, i + sign.size).gap & kSeparators) != 0) {
         gap |= kSpacedDashGap;
       }
@@ -220,8 +222,14 @@ Tokens::Tokens(std::string_view text) : name(text) {
       }
       kinds = kHigh;
     }
-    while (i < name.size() && counter == 0) {
-      const Byte byte = kBytes[static_cast<unsigned char>(name[i])];
+    while (i < size && counter == 0) {
+      const Byte byte = kBytes[static_cast<unsigned char>(bytes[i])];
+      if ((byte.kind & (kCapital | kSmall)) != 0) {
+        hash.add(static_cast<char>(byte.hashed));
+        kinds |= byte.kind;
+        ++i;
+        continue;
+      }
       if (byte.kind == kParts || (high && (byte.kind & (kHigh | kDigit)) != 0 && i > begin &&
                                   counterAt(name, i).size != 0)) {
         break;
@@ -238,7 +246,7 @@ Tokens::Tokens(std::string_view text) : name(text) {
         continue;
       }
       if (byte.kind == kDigit) {
-        number = digits++ < 8 ? number * 10 + (name[i] - '0') : kMostNumber;
+        number = digits++ < 8 ? number * 10 + (bytes[i] - '0') : kMostNumber;
       }
       if (byte.hashed != 0) {
         hash.add(static_cast<char>(byte.hashed));
@@ -256,7 +264,7 @@ Tokens::Tokens(std::string_view text) : name(text) {
                       (kinds & kHigh) != 0,
                       (kinds & (kCapital | kSmall)) == kCapital,
                       false,
-                      number};
+                      kinds == kDigit ? number : 0};
     gap = 0;
   }
   ignoreOpenBrackets();
