@@ -367,7 +367,8 @@ Marker episodeMarkerAt(std::string_view name, std::size_t at) {
   return marker;
 }
 
-/// Whether a marker may begin with these bytes, without reading its numbers.
+}  // namespace
+
 bool mayBeMarkerAt(std::string_view name, std::size_t at) {
   const char first = lower(name[at]);
   std::size_t next = at + 1;
@@ -384,12 +385,7 @@ bool mayBeMarkerAt(std::string_view name, std::size_t at) {
          (second == 'p' && (first == 's' || first == 'e')) || (second == 'o' && first == 's');
 }
 
-}  // namespace
-
 Marker markerAt(std::string_view name, std::size_t at) {
-  if (!mayBeMarkerAt(name, at)) {
-    return {};
-  }
   switch (lower(name[at])) {
     case 's':
       return seasonMarkerAt(name, at, 's');

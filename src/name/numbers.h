@@ -27,6 +27,9 @@ struct Marker {
   std::size_t end = 0;  // after its last byte; 0: no marker
 };
 
+/// Whether a marker may begin with these bytes, told without reading its numbers.
+bool mayBeMarkerAt(std::string_view name, std::size_t at);
+
 /// The marker that starts at a word: S01E02E03, S01-S03, 1x02-03, E05, EP05, S04D02. Null bytes:
 /// none.
 Marker markerAt(std::string_view name, std::size_t at);

@@ -215,7 +215,13 @@ void Reader::findMarkers() {
       continue;  // a resolution
     }
     const bool numbered = word.begin > 0 && text_[word.begin - 1] == '#';
-    Marker marker = markerAt(text_, numbered ? word.begin - 1 : word.begin);
+    const std::size_t size = word.end - word.begin;
+    const bool maybe = mayBeMarkerAt(text_, word.begin);
+    if (!numbered && !maybe && size != 1 && (word.digits || !isDigit(text_[word.begin])) &&
+        (size <= 6 || text_[word.end - 6] != 'S')) {
+      continue;
+    }
+    Marker marker = maybe && !numbered ? markerAt(text_, word.begin) : Marker();
     if (numbered && word.digits) {
       marker = {};
       marker.episodes = {{word.number}, word.begin, word.end};
