@@ -61,9 +61,9 @@ int ordinal(std::string_view word) {
   if (ending.empty() || i == 0 || isDigit(ending[0])) {
     return ending.empty() ? number : 0;
   }
-  const bool known = ending == "st" || ending == "nd" || ending == "rd" ||
-                     ending == "th" || ending == "ª" || ending == "º" || ending == "й" ||
-                     ending == "я" || ending == "a" || ending == "e" || ending == "ème";
+  const bool known = ending == "st" || ending == "nd" || ending == "rd" || ending == "th" ||
+                     ending == "ª" || ending == "º" || ending == "й" || ending == "я" ||
+                     ending == "a" || ending == "e" || ending == "ème";
   return known ? number : 0;
 }
 
@@ -94,7 +94,8 @@ void Reader::findDate() {
     if (t[i].taken || !isDigit(text_[t[i].begin])) {
       continue;
     }
-    if (const int day = ordinal(tokens_.text(i)); day != 0 && i + 2 < tokens_.count && t[i + 2].digits) {
+    if (const int day = ordinal(tokens_.text(i));
+        day != 0 && i + 2 < tokens_.count && t[i + 2].digits) {
       // 4th November 2020, 14 Feb 2021
       const int month = monthOf(tokens_.text(i + 1));
       if (!t[i + 2].taken && isDate(t[i + 2].number, month, day)) {
