@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,7 +11,7 @@ namespace libquilp {
 enum class NameKind { kUnknown, kMovie, kEpisode };
 
 /// What the bytes of a name stand for.
-enum class NameField {
+enum class NameField : std::uint8_t {
   kTitle,
   kAlternativeTitle,
   kYear,

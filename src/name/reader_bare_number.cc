@@ -202,7 +202,7 @@ bool Reader::bareNumberAt(std::size_t i) {
   if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 && year_ == kNone &&
       (digits == 3 || number % 100 < 40) &&
       ((beforeTag && match_[end].tag != nullptr && match_[end].tag->field == NameField::kSource &&
-        match_[end].tag->value != "PPV") ||
+        match_[end].tag->value() != "PPV") ||
        (surroundings_.inSeasonFolder && (atEnd || beforeDash)))) {
     Marker marker;
     marker.seasons = {{number / 100}, t[i].begin, t[i].begin + digits - 2};

@@ -149,8 +149,8 @@ void Reader::splitGlued() {
       const bool counted =
           left && left.tag != nullptr && tokens_.token[i + 1].digits && size - cut <= 3 &&
           (left.tag->field == NameField::kSeason || left.tag->field == NameField::kEpisode ||
-           left.tag->field == NameField::kPart || left.tag->words == "dvd" ||
-           left.tag->words == "pt");
+           left.tag->field == NameField::kPart || left.tag->words() == "dvd" ||
+           left.tag->words() == "pt");
       if (counted || (size - cut >= 3 && right && left &&
                       (right.tag == nullptr || right.tag->use == TagUse::kEndsTitle))) {
         if (i > 0) {
@@ -196,7 +196,7 @@ Match Reader::matchAt(std::size_t i) const {
         stem.add(lower(c));
       }
       const Tag* const tag = tagOfHash(stem.value);
-      if (hasChannels(tag) && sameWords(bytes.substr(0, bytes.size() - digits), tag->words)) {
+      if (hasChannels(tag) && sameWords(bytes.substr(0, bytes.size() - digits), tag->words())) {
         int number = last.back() - '0';
         std::size_t words = n;
         if (digits == 2) {
@@ -219,7 +219,7 @@ Match Reader::matchAt(std::size_t i) const {
       break;
     }
     const Tag* const tag = tagOfHash(hash.value);
-    if (tag != nullptr && sameWords(bytes, tag->words)) {
+    if (tag != nullptr && sameWords(bytes, tag->words())) {
       best = {tag, static_cast<std::uint8_t>(n), 0, 0};
     }
   }
@@ -325,7 +325,7 @@ bool Reader::isPartWord(std::size_t i) const {
     return false;
   }
   return match_[i].tag->field == NameField::kPart ||
-         (match_[i].tag->words == "pt" && i + 1 < tokens_.count && tokens_.token[i + 1].digits &&
+         (match_[i].tag->words() == "pt" && i + 1 < tokens_.count && tokens_.token[i + 1].digits &&
           tokens_.token[i + 1].number > 0 && tokens_.token[i + 1].number < 20 &&
           (tokens_.token[i + 1].gap & ~(kDotGap | kBlankGap)) == 0);
 }
@@ -343,7 +343,7 @@ bool Reader::takePart(std::size_t i, std::size_t to) {
   }
   bool television = false;
   for (std::size_t k = next + 1; k < to && number.digits; ++k) {
-    television = television || (match_[k].tag != nullptr && isTelevision(match_[k].tag->value));
+    television = television || (match_[k].tag != nullptr && isTelevision(match_[k].tag->value()));
   }
   if (television && name_.episodes.empty() && name_.airDate.empty()) {
     name_.episodes.push_back(number.number);
@@ -431,7 +431,7 @@ void Reader::takeTag(std::size_t i) {
     take(NameField::kResolution, i, end);
     return;
   }
-  const std::string_view value = match.tag->value;
+  const std::string_view value = match.tag->value();
   switch (match.tag->field) {
     case NameField::kResolution:
       if (name_.resolution.empty()) {

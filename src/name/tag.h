@@ -15,14 +15,6 @@ enum class TagUse : std::uint8_t {
   kOnlyAfter,   // too short or too common: a tag only after the title
 };
 
-/// A word that release names use for a value of a field.
-struct Tag {
-  std::string_view words;  // lower case; blanks stand where a name may have any separator or none
-  NameField field;
-  std::string_view value;
-  TagUse use = TagUse::kEndsTitle;
-};
-
 /// A hash of letters and digits without regard to case, which can be extended word by word.
 struct WordHash {
   std::uint32_t value;
@@ -40,6 +32,21 @@ struct WordHash {
   }
 
   static constexpr std::uint32_t kBase = 0x01000193;
+};
+
+/// A word that release names use for a value of a field. Its texts are told by their places, so
+/// that a thousand tags are small and need no work when the program is loaded.
+struct Tag {
+  std::uint32_t hash;
+  std::uint16_t wordsAt;
+  std::uint16_t valueAt;
+  std::uint8_t wordsSize;
+  std::uint8_t valueSize;
+  NameField field;
+  TagUse use;
+
+  std::string_view words() const;  // lower case; at a blank a name may have any separator or none
+  std::string_view value() const;
 };
 
 /// Whether a tag may begin with the letters of a hash. A few wrong hits cost a look at more words.

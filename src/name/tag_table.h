@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "name/tag.h"
 
 // The words of release names. To add one, add a line: words, field, value, and where it counts.
@@ -7,7 +9,14 @@
 
 namespace libquilp {
 
-inline constexpr Tag kTags[] = {
+struct TagLine {
+  std::string_view words;  // lower case; blanks stand where a name may have any separator or none
+  NameField field;
+  std::string_view value;
+  TagUse use = TagUse::kEndsTitle;
+};
+
+inline constexpr TagLine kTagLines[] = {
     // Resolution
     {"4k", NameField::kResolution, "2160p"},
     {"uhd", NameField::kResolution, "2160p", TagUse::kOnlyAfter},
