@@ -47,7 +47,8 @@ install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quilp/examp
                                       GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 if(QUILP_BUILD_TOOLS)
   install(TARGETS quilp_cli COMPONENT program)
-  install(TARGETS quilp_addon_catalogue DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quilp
+  install(TARGETS quilp_addon_catalogue quilp_addon_catalogue-postgresql
+          DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quilp
           COMPONENT catalogue)
   install(TARGETS quilp_addon_chain quilp_addon_musicbrainz quilp_addon_song
           quilp_addon_tmdb quilp_addon_tvmaze quilp_addon_wikidata

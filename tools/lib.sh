@@ -5,13 +5,13 @@
 demo_packages=(
   g++ cmake ninja-build pkg-config libexpat1-dev libpugixml-dev libjsoncpp-dev
   libiniparser-dev libsqlite3-dev libutf8proc-dev zlib1g-dev libcli11-dev libcpp-httplib-dev libssl-dev
-  libcurl4-openssl-dev
+  libcurl4-openssl-dev libpq-dev
   bubblewrap ca-certificates curl openssl
 )
 # Everything that the preset release builds, and what its tests run.
 build_packages=(
   "${demo_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev
-  dwarves fish groff-base iso-codes libxml2-utils mandoc python3 zsh
+  dwarves fish groff-base iso-codes libxml2-utils mandoc postgresql python3 zsh
 )
 # What tests of pages run in, and are skipped without.
 browser_packages=(chromium)

@@ -44,6 +44,7 @@ class FileTables : public Tables {
  public:
   explicit FileTables(const std::string& path);
 
+  std::string place() override { return path_; }
   std::map<std::string, std::string> meta() override;
   std::uint64_t bytes() override;
   std::optional<std::string> row(const char* table, std::uint64_t key) override;

@@ -121,9 +121,9 @@ Gatherer::Gatherer(const ImportOptions& options, const DataSets& sets, const OnP
       sets_(sets),
       progress_(progress),
       result_(result),
-      titles_(options.memory * 2 / 5, folderOf(options.to)),
-      episodes_(options.memory / 5, folderOf(options.to)),
-      idents_(options.memory / 10, folderOf(options.to)) {}
+      titles_(options.memory * 2 / 5, temporaryFolder(options)),
+      episodes_(options.memory / 5, temporaryFolder(options)),
+      idents_(options.memory / 10, temporaryFolder(options)) {}
 
 Gatherer::~Gatherer() = default;
 

@@ -3,6 +3,7 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -71,13 +72,16 @@ class Rowed {
 class Import {
  public:
   Import(const ImportOptions& options, const OnProgress& progress)
-      : options_(options), progress_(progress), sets_(options.from), store_(newFile(options.to)) {}
+      : options_(options),
+        progress_(progress),
+        sets_(options.from),
+        store_(isServer(options.to) ? newOnServer(options.to) : newFile(options.to)) {}
 
   Imported run();
 
  private:
   std::unique_ptr<Sorter> sorter(unsigned share) const {
-    return std::make_unique<Sorter>(options_.memory / share, folderOf(options_.to));
+    return std::make_unique<Sorter>(options_.memory / share, temporaryFolder(options_));
   }
   void gather();
   void writeTitles();
@@ -119,7 +123,7 @@ void Import::gather() {
     } catch (const OutOfOrder& error) {
       gathered_.reset();
       tell("sorting a file whose rows are not in order", 0);
-      sets_.sort(error.path, options_.memory, folderOf(options_.to));
+      sets_.sort(error.path, options_.memory, temporaryFolder(options_));
     }
   }
 }
@@ -440,6 +444,7 @@ Imported Import::run() {
   store_->meta("words", std::to_string(result_.words));
   store_->meta("people", std::to_string(result_.people));
   tell("checking", 0.97);
+  result_.place = store_->place();
   store_->finish();
   tell("done", 1);
   return std::move(result_);
@@ -450,6 +455,14 @@ Imported Import::run() {
 std::string folderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string temporaryFolder(const ImportOptions& options) {
+  if (!isServer(options.to)) {
+    return folderOf(options.to);
+  }
+  const char* const named = std::getenv("TMPDIR");
+  return named != nullptr && *named != '\0' ? named : "/var/tmp";
 }
 
 Imported importCatalogue(const ImportOptions& options, const OnProgress& progress) {

@@ -142,10 +142,7 @@ bool describeShow(const Call& call, Document& document) {
   return true;
 }
 
-std::string test() {
-  const Store store(kit::catalogueFile());
-  return kit::catalogueFile() + " can be read";
-}
+std::string test() { return Store(kit::catalogueFile()).place() + " can be read"; }
 
 }  // namespace
 }  // namespace quilp::catalogue

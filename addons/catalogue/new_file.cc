@@ -57,6 +57,7 @@ class NewFile : public NewStore {
   void meta(std::string_view name, std::string_view value) override;
   void word(std::string_view text, const Word& word) override;
   void insert(const char* table, std::uint64_t key, std::string_view value) override;
+  std::string place() const override { return path_; }
   void finish() override;
 
  private:

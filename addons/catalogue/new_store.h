@@ -18,6 +18,7 @@ class NewStore {
   NewStore(const NewStore&) = delete;
   NewStore& operator=(const NewStore&) = delete;
 
+  virtual std::string place() const = 0;  // for people; without a password
   virtual void meta(std::string_view name, std::string_view value) = 0;
   virtual void word(std::string_view text, const Word& word) = 0;
 
@@ -30,5 +31,8 @@ class NewStore {
 
 /// A catalogue file. Throws also where another import writes it.
 std::unique_ptr<NewStore> newFile(const std::string& path);
+
+/// A data set on a server.
+std::unique_ptr<NewStore> newOnServer(const std::string& address);
 
 }  // namespace quilp::catalogue

@@ -47,9 +47,11 @@ std::string inflated(std::string_view bytes) {
   return out;
 }
 
-Store::Store(const std::string& address) : tables_(openFile(address)), meta_(tables_->meta()) {
+Store::Store(const std::string& address)
+    : tables_(isServer(address) ? openServer(address) : openFile(address)), meta_(tables_->meta()) {
   if (metaNumber("version") != kVersion) {
-    throw std::runtime_error(address + ": not a catalogue of this version; import it again");
+    throw std::runtime_error(tables_->place() +
+                             ": not a catalogue of this version; import it again");
   }
 }
 

@@ -30,11 +30,12 @@ struct Ident {
 /// Throws Damaged, or std::runtime_error where there is no such catalogue.
 class Store {
  public:
-  /// The path of a file.
+  /// The path of a file, or the address of a server.
   explicit Store(const std::string& address);
 
   const std::map<std::string, std::string>& meta() const { return meta_; }
   std::uint64_t metaNumber(const std::string& name) const;
+  std::string place() { return tables_->place(); }
   Tables& tables() { return *tables_; }
 
   Title title(std::uint32_t rank);

@@ -31,6 +31,7 @@ class Tables {
   Tables(const Tables&) = delete;
   Tables& operator=(const Tables&) = delete;
 
+  virtual std::string place() = 0;  // for people; without a password
   virtual std::map<std::string, std::string> meta() = 0;
   virtual std::uint64_t bytes() = 0;  // of all of them, on the disk
   virtual std::optional<std::string> row(const char* table, std::uint64_t key) = 0;
@@ -50,5 +51,14 @@ class Tables {
 
 /// The tables of a catalogue file.
 std::unique_ptr<Tables> openFile(const std::string& path);
+
+/// Those of the data set that a server has in use, by its address. A program that is linked without
+/// libpq becomes another one here, which is not.
+std::unique_ptr<Tables> openServer(const std::string& address);
+
+/// Not a file: "postgresql://USER@HOST/DATABASE".
+inline bool isServer(std::string_view address) {
+  return address.substr(0, 13) == "postgresql://" || address.substr(0, 11) == "postgres://";
+}
 
 }  // namespace quilp::catalogue

@@ -70,7 +70,7 @@ class Teller {
   Messages messages_;
 };
 
-void report(const Imported& imported, const std::string& file, double seconds) {
+void report(const Imported& imported, double seconds) {
   for (const std::string& name : imported.missing) {
     tell("there is no " + name + ": imported without it");
   }
@@ -82,7 +82,7 @@ void report(const Imported& imported, const std::string& file, double seconds) {
   }
   std::printf("%llu titles and %llu episodes in %s, in %.0f seconds\n%s\n",
               static_cast<unsigned long long>(imported.titles),
-              static_cast<unsigned long long>(imported.episodes), file.c_str(), seconds,
+              static_cast<unsigned long long>(imported.episodes), imported.place.c_str(), seconds,
               catalogueAttribution());
 }
 
@@ -99,7 +99,7 @@ int import(ImportOptions options) {
   try {
     const Imported imported = importCatalogue(options, std::ref(teller));
     teller.clear();
-    report(imported, options.to, teller.seconds());
+    report(imported, teller.seconds());
   } catch (...) {
     teller.clear();
     throw;
@@ -116,8 +116,9 @@ void addCatalogueImport(Command& catalogue) {
   Command& command = catalogue.add("import", "Make the catalogue from downloaded data sets");
   command.operands.push_back(
       {"DIR", "Folder with title.basics.tsv.gz and the others", toText(options.from)});
-  command.options.push_back(
-      {0, "to", "FILE", "The catalogue file (default: as configured)", toText(options.to)});
+  command.options.push_back({0, "to", "FILE",
+                             "The catalogue file, or server (default: as configured)",
+                             toText(options.to)});
   command.options.push_back({0, "no-adult", "", "Leave adult titles out",
                              [](const std::string&) { withoutAdult = true; }});
   command.options.push_back({0, "cast", "N", "Cast members kept of each title (default: 10)",

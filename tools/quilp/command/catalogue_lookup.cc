@@ -141,9 +141,9 @@ int show(const std::string& text, Format format) {
 }
 
 int info() {
-  const std::string file = catalogueFile();
-  Store store(file);
-  printLine("file", file);
+  const std::string address = catalogueFile();
+  Store store(address);
+  printLine(catalogue::isServer(address) ? "server" : "file", store.place());
   printLine("size", std::to_string(store.tables().bytes() / 1000000) + " MB");
   const std::pair<const char*, const char*> kLines[] = {{"date", "data of"},
                                                         {"titles", "titles"},
