@@ -263,10 +263,13 @@ void Reader::findMarkers() {
     takeMarker(i, marker);
   }
   for (std::size_t i = 1; i + 1 < tokens_.count; ++i) {
+    if (!tokens_.token[i + 1].digits) {
+      continue;
+    }
     const std::string_view of = tokens_.text(i);
     if ((of == "of" || of == "из" || of == "Of") &&
         (tokens_.token[i - 1].digits || (tokens_.token[i - 1].taken && markerEnd_ == i)) &&
-        tokens_.token[i + 1].digits && tokens_.token[i + 1].number < 100 &&
+        tokens_.token[i + 1].number < 100 &&
         tokens_.token[i - 1].number <= tokens_.token[i + 1].number) {
       if (!tokens_.token[i - 1].taken && name_.episodes.empty()) {
         Marker marker;

@@ -169,15 +169,18 @@ void Reader::splitGlued() {
 
 void Reader::matchTags() {
   for (std::size_t i = 0; i < tokens_.count; ++i) {
-    match_[i] = matchAt(i);
+    const Token& word = tokens_.token[i];
+    match_[i] = word.anyDigit || mayBeginTag(word.hash.value) ? matchAt(i) : Match{};
   }
 }
 
 Match Reader::matchAt(std::size_t i) const {
   constexpr std::uint16_t kJoins = kBlankGap | kDotGap | kUnderscoreGap | kDashGap;
   const Token* const token = tokens_.token;
-  if (const Match resolution = resolutionAt(i)) {
-    return resolution;
+  if (token[i].anyDigit) {
+    if (const Match resolution = resolutionAt(i)) {
+      return resolution;
+    }
   }
   Match best = {};
   WordHash hash = WordHash::none();
@@ -189,7 +192,7 @@ Match Reader::matchAt(std::size_t i) const {
     const std::string_view bytes = tokens_.text(i, i + n);
     // DDP5.1 and DTS-HD.MA5.1: channels stand at the codec's last word
     const std::string_view last = tokens_.text(i + n - 1);
-    if (last.size() > 2 && isDigit(last.back()) && !word.digits) {
+    if (word.anyDigit && !word.digits && last.size() > 2 && isDigit(last.back())) {
       const std::size_t digits = isDigit(last[last.size() - 2]) ? 2 : 1;
       WordHash stem = hash;
       for (const char c : last.substr(0, last.size() - digits)) {
@@ -230,7 +233,7 @@ Match Reader::matchAt(std::size_t i) const {
 Match Reader::resolutionAt(std::size_t i) const {
   const Token* const token = tokens_.token;
   std::string_view text = tokens_.text(i);
-  if (!token[i].anyDigit || (!isDigit(text[0]) && lower(text[0]) != 'r')) {
+  if (!isDigit(text[0]) && lower(text[0]) != 'r') {
     return {};
   }
   if (i + 2 < tokens_.count && token[i].digits && token[i + 2].digits && token[i].number >= 320 &&

@@ -53,7 +53,8 @@ bool isCountry(std::string_view word) {
 }
 
 bool isAka(std::string_view word) {
-  return word == "AKA" || word == "aka" || word == "Aka" || word == "a.k.a" || word == "A.K.A";
+  return lower(word[0]) == 'a' &&
+         (word == "AKA" || word == "aka" || word == "Aka" || word == "a.k.a" || word == "A.K.A");
 }
 
 }  // namespace

@@ -19,8 +19,6 @@ constexpr std::uint32_t hashOf(std::string_view words) {
   return hash.value;
 }
 
-constexpr std::uint32_t mixed(std::uint32_t hash) { return hash ^ (hash >> 15); }
-
 /// Lines of one value mostly follow each other, and share it.
 constexpr bool sharesValue(std::size_t i) {
   return i > 0 && kTagLines[i - 1].value == kTagLines[i].value;
@@ -90,35 +88,28 @@ constexpr std::array<std::uint16_t, kSlots> makeIndex() {
 
 constexpr std::array<std::uint16_t, kSlots> kIndex = makeIndex();
 
-constexpr std::size_t kBits = 65536;  // a power of two
-constexpr std::size_t bitOf(std::uint32_t hash) { return mixed(hash) % kBits; }
-
-/// A bit for the hash of every beginning of every tag.
-constexpr std::array<std::uint32_t, kBits / 32> makeBeginnings() {
-  std::array<std::uint32_t, kBits / 32> bits{};
+constexpr std::array<std::uint32_t, kBeginningBits / 32> makeBeginnings() {
+  std::array<std::uint32_t, kBeginningBits / 32> bits{};
   for (const TagLine& line : kTagLines) {
     WordHash hash = WordHash::none();
     for (std::size_t i = 0; i < line.words.size(); ++i) {
       if (line.words[i] != ' ') {
         hash.add(line.words[i]);
       }
-      bits[bitOf(hash.value) / 32] |= 1U << (bitOf(hash.value) % 32);
+      const std::size_t bit = mixed(hash.value) % kBeginningBits;
+      bits[bit / 32] |= 1U << (bit % 32);
     }
   }
   return bits;
 }
 
-constexpr std::array<std::uint32_t, kBits / 32> kBeginnings = makeBeginnings();
-
 }  // namespace
+
+constexpr std::array<std::uint32_t, kBeginningBits / 32> kTagBeginnings = makeBeginnings();
 
 std::string_view Tag::words() const { return {kTable.text.data() + wordsAt, wordsSize}; }
 
 std::string_view Tag::value() const { return {kTable.text.data() + valueAt, valueSize}; }
-
-bool mayBeginTag(std::uint32_t hash) {
-  return (kBeginnings[bitOf(hash) / 32] >> (bitOf(hash) % 32) & 1U) != 0;
-}
 
 const Tag* tagOfHash(std::uint32_t hash) {
   for (std::size_t slot = mixed(hash) % kSlots; kIndex[slot] != 0; slot = (slot + 1) % kSlots) {

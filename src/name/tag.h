@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -49,8 +50,17 @@ struct Tag {
   std::string_view value() const;
 };
 
+constexpr std::uint32_t mixed(std::uint32_t hash) { return hash ^ (hash >> 15); }
+
+/// A bit for the hash of every beginning of every tag.
+inline constexpr std::size_t kBeginningBits = 65536;  // a power of two
+extern const std::array<std::uint32_t, kBeginningBits / 32> kTagBeginnings;
+
 /// Whether a tag may begin with the letters of a hash. A few wrong hits cost a look at more words.
-bool mayBeginTag(std::uint32_t hash);
+inline bool mayBeginTag(std::uint32_t hash) {
+  const std::size_t bit = mixed(hash) % kBeginningBits;
+  return (kTagBeginnings[bit / 32] >> (bit % 32) & 1U) != 0;
+}
 
 /// The tag of a hash; null for none. The caller compares the letters.
 const Tag* tagOfHash(std::uint32_t hash);

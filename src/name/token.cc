@@ -1,6 +1,7 @@
 #include "name/token.h"
 
 #include <array>
+#include <cstring>
 
 #include "name/counter.h"
 
@@ -142,6 +143,20 @@ constexpr std::array<Byte, 256> makeBytes() {
 
 constexpr std::array<Byte, 256> kBytes = makeBytes();
 
+bool isAscii(std::string_view text) {
+  std::uint64_t bits = 0;
+  std::size_t i = 0;
+  for (; i + sizeof bits <= text.size(); i += sizeof bits) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, text.data() + i, sizeof eight);
+    bits |= eight;
+  }
+  for (; i < text.size(); ++i) {
+    bits |= static_cast<unsigned char>(text[i]);
+  }
+  return (bits & 0x8080808080808080U) == 0;
+}
+
 constexpr std::uint16_t kSeparators = kBlankGap | kUnderscoreGap | kDotGap;
 
 /// Follows the brackets while the name is read.
@@ -183,12 +198,7 @@ class Nesting {
 Tokens::Tokens(std::string_view text) : name(text) {
   bracket[0] = {0, static_cast<std::uint32_t>(name.size()), 0, false, false};
   Nesting nesting(*this);
-  // Every counter has a unit beyond ASCII.
-  unsigned char bits = 0;
-  for (const char c : name) {
-    bits |= static_cast<unsigned char>(c);
-  }
-  const bool high = bits >= 0x80;
+  const bool high = !isAscii(name);  // Every counter has a unit beyond ASCII.
   const char* const bytes = name.data();
   const std::size_t size = name.size();
   std::uint16_t gap = 0;
