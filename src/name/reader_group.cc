@@ -167,7 +167,7 @@ bool Reader::groupFrom(std::size_t from, std::size_t to) {
   if (!isFree(from, to)) {
     return false;
   }
-  name_.group = std::string(tokens_.text(from, to));
+  name_.group = tokens_.text(from, to);
   take(NameField::kGroup, from, to);
   return true;
 }

@@ -328,7 +328,7 @@ bool Reader::isPartWord(std::size_t i) const {
     return false;
   }
   return match_[i].tag->field == NameField::kPart ||
-         (match_[i].tag->words() == "pt" && i + 1 < tokens_.count && tokens_.token[i + 1].digits &&
+         (i + 1 < tokens_.count && tokens_.token[i + 1].digits && match_[i].tag->words() == "pt" &&
           tokens_.token[i + 1].number > 0 && tokens_.token[i + 1].number < 20 &&
           (tokens_.token[i + 1].gap & ~(kDotGap | kBlankGap)) == 0);
 }
@@ -428,7 +428,7 @@ void Reader::takeTag(std::size_t i) {
   const std::size_t end = i + match.words;
   if (match.tag == nullptr) {
     if (name_.resolution.empty() || roughResolution_) {
-      name_.resolution = std::to_string(match.lines) + 'p';
+      (name_.resolution = std::to_string(match.lines)) += 'p';
       roughResolution_ = false;
     }
     take(NameField::kResolution, i, end);

@@ -493,6 +493,16 @@ void Reader::readBracketTitles() {
 /// first is the title, unless only a later one is in Latin letters.
 void Reader::addTitles(std::size_t from, std::size_t to) {
   const Token* const t = tokens_.token;
+  bool several = t[from].high;
+  for (std::size_t i = from + 1; i < to && !several; ++i) {
+    several =
+        t[i].high || (t[i].gap & (kSlashGap | kBarGap)) != 0 || lower(text_[t[i].begin]) == 'a';
+  }
+  if (!several) {
+    name_.title = cleaned(from, to);
+    take(NameField::kTitle, from, to);
+    return;
+  }
   struct Piece {
     std::size_t from;
     std::size_t to;
