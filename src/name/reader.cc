@@ -116,25 +116,6 @@ void Reader::findKind() {
   }
 }
 
-void Reader::take(NameField field, std::size_t from, std::size_t to) {
-  for (std::size_t i = from; i < to; ++i) {
-    tokens_.token[i].taken = true;
-  }
-  addSpan(field, tokens_.token[from].begin, tokens_.token[to - 1].end);
-}
-
-void Reader::addSpan(NameField field, std::size_t begin, std::size_t end) {
-  name_.spans.push_back({field, begin + surroundings_.offset, end + surroundings_.offset});
-}
-
-std::uint8_t Reader::outerBracket(std::size_t i) const {
-  std::uint8_t bracket = tokens_.token[i].bracket;
-  while (bracket != 0 && tokens_.bracket[bracket].parent != 0) {
-    bracket = tokens_.bracket[bracket].parent;
-  }
-  return bracket;
-}
-
 std::size_t Reader::bracketEnd(std::size_t i) const {
   const std::uint32_t end = tokens_.bracket[outerBracket(i)].end;
   while (i < tokens_.count && tokens_.token[i].begin < end) {
@@ -147,15 +128,6 @@ bool Reader::alone(std::size_t i) const {
   const std::uint8_t bracket = tokens_.token[i].bracket;
   return bracket != 0 && (i == 0 || tokens_.token[i - 1].bracket != bracket) &&
          (i + 1 == tokens_.count || tokens_.token[i + 1].bracket != bracket);
-}
-
-bool Reader::isFree(std::size_t from, std::size_t to) const {
-  for (std::size_t i = from; i < to; ++i) {
-    if (tokens_.token[i].taken) {
-      return false;
-    }
-  }
-  return from < to;
 }
 
 Name readComponent(std::string_view text, const Surroundings& surroundings) {

@@ -109,4 +109,43 @@ class Reader {
   bool fansub_ = false;            // begins with a group's bracket
 };
 
+// What the passes ask of every word.
+
+inline void Reader::addSpan(NameField field, std::size_t begin, std::size_t end) {
+  name_.spans.push_back({field, begin + surroundings_.offset, end + surroundings_.offset});
+}
+
+inline void Reader::take(NameField field, std::size_t from, std::size_t to) {
+  for (std::size_t i = from; i < to; ++i) {
+    tokens_.token[i].taken = true;
+  }
+  addSpan(field, tokens_.token[from].begin, tokens_.token[to - 1].end);
+}
+
+inline std::uint8_t Reader::outerBracket(std::size_t i) const {
+  std::uint8_t bracket = tokens_.token[i].bracket;
+  while (bracket != 0 && tokens_.bracket[bracket].parent != 0) {
+    bracket = tokens_.bracket[bracket].parent;
+  }
+  return bracket;
+}
+
+inline bool Reader::isFree(std::size_t from, std::size_t to) const {
+  for (std::size_t i = from; i < to; ++i) {
+    if (tokens_.token[i].taken) {
+      return false;
+    }
+  }
+  return from < to;
+}
+
+inline bool Reader::endsTitle(std::size_t i) const {
+  const Match& match = match_[i];
+  return match &&
+         (match.tag == nullptr || match.channels != 0 || match.tag->use == TagUse::kEndsTitle) &&
+         (match.tag == nullptr ||
+          (match.tag->field != NameField::kSeason && match.tag->field != NameField::kEpisode &&
+           match.tag->field != NameField::kPart));
+}
+
 }  // namespace libquilp

@@ -273,15 +273,6 @@ Match Reader::resolutionAt(std::size_t i) const {
   return {};
 }
 
-bool Reader::endsTitle(std::size_t i) const {
-  const Match& match = match_[i];
-  return match &&
-         (match.tag == nullptr || match.channels != 0 || match.tag->use == TagUse::kEndsTitle) &&
-         (match.tag == nullptr ||
-          (match.tag->field != NameField::kSeason && match.tag->field != NameField::kEpisode &&
-           match.tag->field != NameField::kPart));
-}
-
 /// "Ultimate Rekall Edition": free words after the year that end with the word itself.
 void Reader::takeEdition() {
   const Token* const t = tokens_.token;
