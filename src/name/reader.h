@@ -36,7 +36,6 @@ class Reader {
   void matchTags();
   Match matchAt(std::size_t i) const;
   Match resolutionAt(std::size_t i) const;
-  bool endsTitle(std::size_t i) const;
   void takeEdition();
   void takeTags(std::size_t from, std::size_t to);
   void takeTag(std::size_t i);
@@ -82,14 +81,16 @@ class Reader {
   bool groupFrom(std::size_t from, std::size_t to);
 
   // reader.cc
-  void readExtension();
   void findKind();
+  std::size_t bracketEnd(std::size_t i) const;  // the first word after the word's outer bracket
+  bool alone(std::size_t i) const;              // the only word of its bracket
+
+  // asked of every word, and inline
   void take(NameField field, std::size_t from, std::size_t to);
   void addSpan(NameField field, std::size_t begin, std::size_t end);
-  std::size_t bracketEnd(std::size_t i) const;  // the first word after the word's outer bracket
   std::uint8_t outerBracket(std::size_t i) const;
-  bool alone(std::size_t i) const;  // the only word of its bracket
   bool isFree(std::size_t from, std::size_t to) const;
+  bool endsTitle(std::size_t i) const;
 
   Name& name_;
   Surroundings surroundings_;
@@ -108,8 +109,6 @@ class Reader {
   bool isSeries_ = false;          // tells how many episodes there are
   bool fansub_ = false;            // begins with a group's bracket
 };
-
-// What the passes ask of every word.
 
 inline void Reader::addSpan(NameField field, std::size_t begin, std::size_t end) {
   name_.spans.push_back({field, begin + surroundings_.offset, end + surroundings_.offset});
