@@ -62,6 +62,8 @@ grep -q "in $socket, database quilp" "$folder/out" || fail "import: $(cat "$fold
 printf '[catalogue]\npath="%s"\n' "$folder/file.db" >"$folder/file.conf"
 printf '[catalogue]\npath="%s"\n' "$lookup" >"$folder/lookup.conf"
 compared=0
+rollbacks="SELECT xact_rollback FROM pg_stat_database WHERE datname = 'quilp'"
+rolled_back=$(sql postgres "$rollbacks")
 same() {
   local status=() where
   for where in file lookup; do
@@ -95,6 +97,8 @@ done < <(tail -n +2 "$folder/many/title.basics.tsv" | grep -v tvEpisode | awk 'N
 same searchmovie -t 'zzzzqqq' -n 5
 [ "$compared" -gt 300 ] || fail "only $compared answers were compared"
 echo "$compared answers are the same"
+# A pool closes a connection whose transaction did not end.
+[ "$(sql postgres "$rollbacks")" = "$rolled_back" ] || fail "lookups leave their transactions open"
 for words in "search the" "info"; do
   # shellcheck disable=SC2086
   for where in file lookup; do

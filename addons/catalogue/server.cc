@@ -180,7 +180,8 @@ Server::Server(const std::string& address, unsigned seconds)
 
 Server::~Server() { Libpq::get().finish(connectionOf(connection_)); }
 
-void Server::fail(const Result* result) const {
+void Server::fail(const Result* result) {
+  isSound_ = false;
   const Libpq& pq = Libpq::get();
   if (result != nullptr) {
     const char* const state = pq.errorField(result->get(), PG_DIAG_SQLSTATE);
@@ -203,6 +204,7 @@ void Server::wait() {
     pollfd waited = {pq.socket(connection), events, 0};
     const int ready = poll(&waited, 1, milliseconds_);
     if (ready == 0) {
+      isSound_ = false;
       throw ServerError("", "no answer within " + std::to_string(milliseconds_ / 1000) +
                                 " seconds from " + place_);
     }

@@ -30,6 +30,9 @@ class Server {
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
+  /// False after an error.
+  bool isSound() const { return isSound_; }
+
   /// "HOST, database NAME".
   const std::string& place() const { return place_; }
 
@@ -57,10 +60,11 @@ class Server {
 
   void wait();
   Result next();
-  [[noreturn]] void fail(const Result* result) const;
+  [[noreturn]] void fail(const Result* result);
 
   void* connection_ = nullptr;
   int milliseconds_;
+  bool isSound_ = true;
   std::string place_;
 };
 

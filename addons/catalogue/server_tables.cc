@@ -41,6 +41,7 @@ Word wordIn(const Server::Row& row) {
 class ServerTables : public Tables {
  public:
   explicit ServerTables(const std::string& address);
+  ~ServerTables() override;
 
   std::string place() override { return server_.place(); }
   std::map<std::string, std::string> meta() override { return meta_; }
@@ -94,6 +95,17 @@ ServerTables::ServerTables(const std::string& address) : server_(address, kAnswe
   }
   if (meta_.empty()) {
     throw ServerError("", "there is no catalogue on " + server_.place() + "; import one");
+  }
+}
+
+/// A pool gives a connection to the next program only after the end of the transaction.
+ServerTables::~ServerTables() {
+  if (server_.isSound()) {
+    try {
+      server_.run("COMMIT");
+    } catch (const std::exception&) {  // the answers are there already
+      return;
+    }
   }
 }
 
