@@ -180,7 +180,7 @@ rm /tmp/full
 row 'found 400000' /random/400000/full
 row 'found cached 400000' /random/400000/full
 
-# Damaged anywhere: an answer all the same.
+# Damaged anywhere: an answer all the same, and soon a cache again.
 anew
 for i in 1 2 3 4 5; do row 'found 20000' /random/20000/$i; done
 python3 -c "import sqlite3; sqlite3.connect('$cache').execute('PRAGMA wal_checkpoint(TRUNCATE)')"
@@ -192,7 +192,7 @@ for ((i = 0; i < 40; i += ${few:+4} + 1)); do
   head -c 600 /dev/urandom | dd of=$cache bs=1 seek=$((size * i / 40)) conv=notrunc status=none
   row 'found' /random/20000/$((i % 5 + 1))
   row 'found' /random/20000/$((i % 5 + 1))
-  row 'found' /random/20000/$((i % 5 + 1))
+  row 'found cached' /random/20000/$((i % 5 + 1))
 done
 
 # intact: nothing is wrong with the file.

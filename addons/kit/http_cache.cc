@@ -260,39 +260,63 @@ std::optional<StoredAnswer> HttpCache::find(const std::string& key) {
   return answer;
 }
 
+/// A file that turned out to be damaged is empty, without a table: it is made again.
 void HttpCache::store(const std::string& key, const StoredAnswer& answer) {
   const std::string block = packed(key, answer);
-  const auto size = static_cast<std::int64_t>(block.size() + key.size());
-  if (block.empty() || size > largestSize_ / 4) {
+  if (block.empty() || static_cast<std::int64_t>(block.size() + key.size()) > largestSize_ / 4) {
     remove(key);
     return;
   }
-  if (!run("BEGIN IMMEDIATE")) {
-    return;
+  if (!write(key, block) && database_ && isOurs()) {
+    write(key, block);
   }
-  makeRoom(size);
-  const Statement statement =
-      prepare("REPLACE INTO answer (key, used, size, block) VALUES (?1, ?2, ?3, ?4)", key);
-  if (statement) {
-    sqlite3_bind_int64(statement.get(), 2, secondsNow());
-    sqlite3_bind_int64(statement.get(), 3, size);
-    sqlite3_bind_blob(statement.get(), 4, block.data(), static_cast<int>(block.size()),
-                      SQLITE_STATIC);
-    step(statement.get());
-  }
-  run("COMMIT");
 }
 
-/// Removes what is too old, and then what was not used for longest.
-void HttpCache::makeRoom(std::int64_t room) {
-  run("DELETE FROM answer WHERE used < " + std::to_string(secondsNow() - kOldest));
+bool HttpCache::write(const std::string& key, const std::string& block) {
+  const auto size = static_cast<std::int64_t>(block.size() + key.size());
+  if (!run("BEGIN IMMEDIATE")) {
+    return false;
+  }
+  bool isWritten = makeRoom(size);
+  if (isWritten) {
+    const Statement statement =
+        prepare("REPLACE INTO answer (key, used, size, block) VALUES (?1, ?2, ?3, ?4)", key);
+    if (statement) {
+      sqlite3_bind_int64(statement.get(), 2, secondsNow());
+      sqlite3_bind_int64(statement.get(), 3, size);
+      sqlite3_bind_blob(statement.get(), 4, block.data(), static_cast<int>(block.size()),
+                        SQLITE_STATIC);
+    }
+    const int result = statement ? sqlite3_step(statement.get()) : SQLITE_ERROR;
+    isWritten = result == SQLITE_DONE;
+    if (statement && !isWritten) {
+      sqlite3_reset(statement.get());  // a file in use cannot be emptied
+      judge(result);
+    }
+  }
+  return run(isWritten ? "COMMIT" : "ROLLBACK") && isWritten;
+}
+
+/// Removes what is too old, and then what was not used for longest. Returns false for a damaged
+/// file.
+bool HttpCache::makeRoom(std::int64_t room) {
+  if (!run("DELETE FROM answer WHERE used < " + std::to_string(secondsNow() - kOldest))) {
+    return false;
+  }
   // What is not used of pages, and the index, need room, too.
   const std::int64_t most = largestSize_ / 4 * 3 - room;
-  while (number("SELECT total(size) FROM answer") > most &&
-         run("DELETE FROM answer WHERE key IN"
+  while (number("SELECT total(size) FROM answer") > most) {
+    if (!run("DELETE FROM answer WHERE key IN"
              " (SELECT key FROM answer ORDER BY used, rowid LIMIT (SELECT count(*) / 8 + 1 FROM "
              "answer))")) {
+      return false;
+    }
+    if (sqlite3_changes(database_.get()) == 0) {  // the index tells of rows that there are not
+      empty();
+      return false;
+    }
   }
+  return true;
 }
 
 void HttpCache::remove(const std::string& key) {

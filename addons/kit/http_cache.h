@@ -46,7 +46,8 @@ class HttpCache {
   bool step(sqlite3_stmt* statement);
   void judge(int result);
   void empty();
-  void makeRoom(std::int64_t room);
+  bool write(const std::string& key, const std::string& block);
+  bool makeRoom(std::int64_t room);
 
   std::string path_;
   std::int64_t largestSize_;
