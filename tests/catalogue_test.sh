@@ -34,7 +34,7 @@ tt0000005|movie|Salt & "Ember" ]]>|Salt & "Ember" ]]>|1|2020|\N|\N|\N
 tt0000006|movie|七日之海|七日之海|0|2001|\N|90|Drama
 tt0000007|movie|The Lamp|The Lamp|0|1950|\N|\N|\N
 tt0000008|movie|The Lamp|The Lamp|0|1994|\N|\N|\N
-tt0000009|movie|Über Ærø|Über Ærø|0|1990|\N|\N|\N
+tt0000009|movie|Über Ærø|Fig|0|1990|\N|\N|\N
 tt0000010|videoGame|Salt Lamp Racing|Salt Lamp Racing|0|1990|\N|\N|\N
 tt10000001|movie|Fig|Fig|0|1990|\N|\N|\N
 END
@@ -90,6 +90,7 @@ first tt0000001 die salzlampe
 first tt0000001 LAMPE DE SEL
 first tt0000001 salt la
 first tt0000002 "harbor ligths 2"
+first tt0000002 "II Lights Harbour"
 first tt0000003 --type tv signal
 first "" --type movie signal
 first tt0000005 'salt and ember'
@@ -97,6 +98,7 @@ first tt0000006 七日海
 first tt0000008 the lamp
 first tt0000007 the lamp --year 1951
 first tt0000009 uber aero
+first tt10000001 fig
 first tt0000008 "THE ĹAḾṔ"
 first "" zzzzqqq
 first "" '!!!'

@@ -127,12 +127,12 @@ Gatherer::Gatherer(const ImportOptions& options, const DataSets& sets, const OnP
 
 Gatherer::~Gatherer() = default;
 
-void Gatherer::addName(std::string_view title, bool alternative) {
+void Gatherer::addName(std::string_view title, Source source) {
   std::string name = normalise(title);
   if (name.empty() || name.size() > 400) {
     return;
   }
-  name.insert(name.begin(), alternative ? '\1' : '\0');
+  name.insert(name.begin(), static_cast<char>(source));
   const std::string_view text = std::string_view(name).substr(1);
   for (const std::string& known : names_) {
     if (std::string_view(known).substr(1) == text) {
@@ -146,7 +146,7 @@ void Gatherer::takeNames(std::string_view id) {
   for (bool here = akas_->seek(id); here; here = akas_->again(id)) {
     Rows& row = akas_->rows();
     const std::string_view title = row[1];
-    addName(title, true);
+    addName(title, Source::kAlternative);
     const std::string_view language = row[3].empty() ? languageOf(row[2]) : row[3];
     if (language.empty() || language.size() > 3 ||
         std::any_of(title_.local.begin(), title_.local.end(),
@@ -205,8 +205,8 @@ void Gatherer::takeTitle(std::uint32_t id, const TitleType& type) {
     title_.rating = tenths(ratings_->rows()[1]);
     title_.votes = numberOr0(ratings_->rows()[2]);
   }
-  addName(title_.title, false);
-  addName(title_.originalTitle, false);
+  addName(title_.title, Source::kTitle);
+  addName(title_.originalTitle, Source::kOriginalTitle);
   takeNames(row.id());
   if (crew_->seek(row.id())) {
     forEachPart(crew_->rows()[1], [&](std::string_view person) {

@@ -8,6 +8,7 @@
 
 #include "data_sets.h"
 #include "import.h"
+#include "layout.h"
 #include "people.h"
 #include "rows.h"
 #include "sorter.h"
@@ -44,7 +45,7 @@ class Gatherer {
   void takeEpisode(std::uint32_t id);
   void takeNames(std::string_view id);
   void takePrincipals(std::string_view id);
-  void addName(std::string_view title, bool alternative);
+  void addName(std::string_view title, Source source);
   void addPerson(std::string_view text, std::string_view characters, std::vector<Person>& to);
   void tell();
   void close();
@@ -59,7 +60,7 @@ class Gatherer {
   People people_;
   std::unique_ptr<Joined> basics_, akas_, ratings_, crew_, principals_, parents_;
   Title title_;                     // the one at hand
-  std::vector<std::string> names_;  // its normalised names, each with a byte before it
+  std::vector<std::string> names_;  // its normalised names, each after its source
   std::string key_, value_;
 };
 

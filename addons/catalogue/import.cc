@@ -36,8 +36,8 @@ void packReference(const Reference& reference, std::uint32_t before, Packer& to)
   to.byte(reference.year > kFirstYear && reference.year < kFirstYear + 255
               ? reference.year - kFirstYear
               : 0);
-  to.byte((reference.isShow ? 1U : 0U) | (reference.isAlternative ? 2U : 0U) |
-          reference.votesLog << 2);
+  to.byte((reference.isShow ? 1U : 0U) | static_cast<unsigned>(reference.source) << 1 |
+          reference.votesLog << 3);
 }
 
 /// Puts consecutive items into one row of a table.
@@ -162,9 +162,10 @@ void Import::writeTitles() {
     pack(title, bytes);
     rows.add(rank, bytes);
 
-    reference = {rank, title.year, title.kind() == Kind::kShow, false, bitsOf(title.votes)};
+    reference = {rank, title.year, title.kind() == Kind::kShow, Source::kTitle,
+                 bitsOf(title.votes)};
     for (const std::string_view name : names) {
-      reference.isAlternative = name[0] != '\0';
+      reference.source = static_cast<Source>(name[0]);
       bytes.clear();
       Packer to(bytes);
       appendSortable(bytes, rank);

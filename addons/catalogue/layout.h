@@ -18,7 +18,7 @@
 
 namespace quilp::catalogue {
 
-inline constexpr int kVersion = 3;
+inline constexpr int kVersion = 4;
 inline constexpr unsigned kTitlesARow = 16;
 inline constexpr unsigned kNamesARow = 8;
 inline constexpr unsigned kPeopleARow = 32;
@@ -31,13 +31,16 @@ inline constexpr unsigned kFirstYear = 1870;  // references keep years from here
 inline constexpr unsigned kShortestCorrected = 3;
 inline constexpr unsigned kLongestCorrected = 24;
 
+/// Whose name it is, the more telling first.
+enum class Source : std::uint8_t { kTitle, kOriginalTitle, kAlternative };
+
 /// A name's title, packed: rank, year, kind and how known it is.
 struct Reference {
   std::uint32_t rank = 0;
   unsigned year = 0;
   bool isShow = false;
-  bool isAlternative = false;  // neither the title nor the original title
-  unsigned votesLog = 0;       // bits of the number of votes
+  Source source = Source::kTitle;
+  unsigned votesLog = 0;  // bits of the number of votes, at most 30
 };
 
 }  // namespace quilp::catalogue

@@ -17,7 +17,7 @@ namespace quilp::catalogue {
 namespace {
 
 constexpr const char* kTables =
-    "PRAGMA page_size = 4096;"
+    "PRAGMA page_size = 8192;"
     "PRAGMA journal_mode = OFF;"
     "PRAGMA synchronous = OFF;"
     "PRAGMA cache_size = -4096;"

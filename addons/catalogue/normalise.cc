@@ -26,6 +26,13 @@ constexpr std::array<std::string_view, 19> kArticles = {
     "the", "a",   "an", "le",  "la",  "les", "l'", "un", "une", "der",
     "die", "das", "el", "los", "las", "il",  "lo", "de", "het"};
 
+/// The word itself where it is no numeral.
+std::string_view inDigits(std::string_view word) {
+  const auto* numeral = std::find_if(kNumerals.begin(), kNumerals.end(),
+                                     [&](const Numeral& each) { return each.word == word; });
+  return numeral == kNumerals.end() ? word : numeral->digits;
+}
+
 /// Letters that have no decomposition.
 std::string_view plainLetter(std::int32_t c) {
   switch (c) {
@@ -127,10 +134,9 @@ class Line {
     }
     if (word_ > 0) {
       const std::string_view last = std::string_view(text_).substr(word_);
-      const auto* numeral = std::find_if(kNumerals.begin(), kNumerals.end(),
-                                         [&](const Numeral& n) { return n.word == last; });
-      if (last.size() <= 5 && numeral != kNumerals.end()) {
-        text_.replace(word_, std::string::npos, numeral->digits);
+      const std::string_view digits = last.size() <= 5 ? inDigits(last) : last;
+      if (digits != last) {
+        text_.replace(word_, std::string::npos, digits);
       }
     }
     text_ += ' ';
@@ -282,6 +288,9 @@ std::vector<std::string_view> wordsOf(std::string_view normalised) {
 
 std::string sortedWords(std::string_view normalised) {
   std::vector<std::string_view> words = wordsOf(normalised);
+  if (!words.empty()) {
+    words[0] = inDigits(words[0]);
+  }
   std::sort(words.begin(), words.end());
   std::string line;
   line.reserve(normalised.size() + 1);

@@ -14,6 +14,7 @@ std::string normalise(std::string_view title);
 std::vector<std::string_view> wordsOf(std::string_view normalised);
 
 /// The words in order, apart by one blank: the same for titles that differ in the order of words.
+/// Here the first word, too, is digits where it is a numeral.
 std::string sortedWords(std::string_view normalised);
 
 }  // namespace quilp::catalogue

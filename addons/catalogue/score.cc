@@ -112,10 +112,12 @@ double Similarity::to(std::string_view name) const {
   if (name == query_) {
     return 1;
   }
-  const std::vector<std::string_view> words = wordsOf(name);
-  double best = ratio(query_, name, .4);
   const std::string sorted = sortedWords(name);
-  best = std::max(best, sorted == sorted_ ? .97 : .95 * ratio(sorted_, sorted, .4));
+  if (sorted == sorted_) {
+    return .97;
+  }
+  const std::vector<std::string_view> words = wordsOf(name);
+  double best = std::max(ratio(query_, name, .4), .95 * ratio(sorted_, sorted, .4));
   best = std::max(best, .96 * overlap(words_, words));
   if (query_.size() >= 4 && name.size() > query_.size() &&
       name.substr(0, query_.size()) == query_) {
@@ -130,7 +132,8 @@ double Similarity::to(std::string_view name) const {
 }
 
 double scoreOf(const Fit& fit) {
-  double score = 100 * fit.similarity + 0.7 * fit.votesLog - (fit.isAlternative ? 3 : 0);
+  double score = 100 * fit.similarity + 0.7 * fit.votesLog;
+  score -= fit.source == Source::kAlternative ? 3 : fit.source == Source::kOriginalTitle ? 1.5 : 0;
   if (fit.yearGap == 0) {
     score += 8;
   } else if (fit.yearGap == 1) {

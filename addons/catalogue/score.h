@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "layout.h"
+
 namespace quilp::catalogue {
 
 /// A normalised query, prepared for many comparisons.
@@ -29,7 +31,7 @@ unsigned distance(std::string_view a, std::string_view b, unsigned limit);
 struct Fit {
   double similarity = 0;
   unsigned votesLog = 0;
-  bool isAlternative = false;
+  Source source = Source::kTitle;
   int yearGap = -1;  // years between; -1 where one is unknown
 };
 double scoreOf(const Fit& fit);

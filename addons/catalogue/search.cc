@@ -37,6 +37,24 @@ struct QueryWord {
   }
 };
 
+/// The name's text follows them.
+std::vector<Reference> referencesIn(Unpacker& from) {
+  const std::uint64_t count = from.number();
+  if (count > from.rest().size()) {
+    throw Damaged("a name has too many titles");
+  }
+  std::vector<Reference> references(static_cast<std::size_t>(count));
+  std::uint32_t rank = 0;
+  for (Reference& reference : references) {
+    rank += from.number32();
+    const unsigned year = from.byte();
+    const unsigned flags = from.byte();
+    reference = {rank, year == 0 ? 0 : year + kFirstYear, (flags & 1) != 0,
+                 static_cast<Source>(flags >> 1 & 3), flags >> 3};
+  }
+  return references;
+}
+
 class Search {
  public:
   Search(Store& store, const Query& query)
@@ -87,35 +105,33 @@ void Search::compare(std::uint32_t name) {
     all.text();
   }
   Unpacker from(all.text());
-  const std::uint64_t count = from.number();
-  if (count > from.rest().size()) {
-    throw Damaged("a name has too many titles");
-  }
-  std::vector<Reference> references(static_cast<std::size_t>(count));
-  std::uint32_t rank = 0;
-  for (Reference& reference : references) {
-    rank += from.number32();
-    const unsigned year = from.byte();
-    const unsigned flags = from.byte();
-    reference = {rank, year == 0 ? 0 : year + kFirstYear, (flags & 1) != 0, (flags & 2) != 0,
-                 flags >> 2};
-  }
+  const std::vector<Reference> references = referencesIn(from);
   const double similarity = similarity_.to(from.rest());
+  std::vector<std::pair<double, std::uint32_t>> titles;  // score and rank
   for (const Reference& reference : references) {
     if (query_.kind && (*query_.kind == Kind::kShow) != reference.isShow) {
       continue;
     }
-    Fit fit{similarity, reference.votesLog, reference.isAlternative, -1};
+    Fit fit{similarity, reference.votesLog, reference.source, -1};
     if (query_.year != 0 && reference.year != 0) {
       fit.yearGap = std::abs(static_cast<int>(query_.year) - static_cast<int>(reference.year));
     }
-    const double score = scoreOf(fit);
-    Hit& hit = hits_[reference.rank];
-    if (hit.similarity == 0 || score > hit.score) {
-      hit = {reference.rank, score, similarity, std::string(from.rest())};
-    }
     if (fit.yearGap <= 1) {
       bestSimilarity_ = std::max(bestSimilarity_, similarity);
+    }
+    titles.emplace_back(scoreOf(fit), reference.rank);
+  }
+  // A short name may have thousands of titles: no more than can be asked for are of use.
+  const std::size_t count = std::min(titles.size(), query_.count);
+  std::partial_sort(titles.begin(), titles.begin() + static_cast<std::ptrdiff_t>(count),
+                    titles.end(), [](const auto& a, const auto& b) {
+                      return a.first != b.first ? a.first > b.first : a.second < b.second;
+                    });
+  titles.resize(count);
+  for (const auto& [score, rank] : titles) {
+    Hit& hit = hits_[rank];
+    if (hit.similarity == 0 || score > hit.score) {
+      hit = {rank, score, similarity, std::string(from.rest())};
     }
   }
 }
