@@ -76,7 +76,7 @@ Line cut(const Command& program, const std::vector<std::string>& words) {
   for (int at = optind, code;
        (code = getopt_long(argc, argv.data(), known.letters(), known.names(), nullptr)) >= 0;
        at = optind) {
-    const std::string word = argv[at];
+    const std::string word = argv[static_cast<std::size_t>(at)];
     if (code == 1) {
       line.operands.emplace_back(optarg);
     } else if (code == ':') {
