@@ -53,6 +53,8 @@ expect 0 '/s/A\[F\]_Song\[E\]\[0\]     title        Song     language     Englis
 '
 expect 0 '.*"file" : "\[M,a\]Song\[L\]",.*"title" : "M,a\]Song".*' karaoke --format json '[M,a]Song[L]'
 expect 0 'a_b     kind         song     artist       a     title        b *' name --kind song a_b
+expect 0 'Anna Lane & Tom Reed - Harbour Lights \[en\] \[instrumental\]' karaoke --name 'Harbour Lights' \
+  --artist 'Anna Lane' --artist 'Tom Reed' --language en --track instrumental
 printf 'KTV/A - \377\001"é.kar\n' >/tmp/list
 expect 0 '{"artist":\["A"\],.*,"name":"KTV/A - �\\u0001\\"é.kar","title":"�\\u0001\\"é"}' \
   name --format json - </tmp/list
@@ -102,6 +104,8 @@ refused '"katalogue"; did you mean "catalogue"' addon enable katalogue
 refused 'NAME is missing' addon disable
 refused 'DIR is missing' catalogue fetch --accept-terms
 refused 'FILE is missing' karaoke
+refused 'no file name reads as this song' karaoke --name A/B
+refused 'no file name reads as this song' karaoke --name A --track loud
 refused 'SEASON: "" is no number' tv episode tt9500001 '' 1
 
 # says STATUS PATTERN ARGUMENT...: one line on standard error tells why there is nothing.

@@ -186,6 +186,18 @@ grep -q 'Fig.avi: there is a' /tmp/errors || fail "rename: a collision is not to
 "$QUILP_PROGRAM" scan --undo /tmp/journal 2>/tmp/errors || fail "undo: $(cat /tmp/errors)"
 tree | diff /tmp/before - >&2 || fail "undo of names leaves another tree"
 
+# A song's new name tells the same.
+mkdir /tmp/KTV
+touch '/tmp/KTV/林小雨-夜航船-國語-流行.mkv' '/tmp/KTV/Anna Lane - Tide (Instrumental).MKV'
+said() {
+  "$QUILP_PROGRAM" name --kind song --format json /tmp/KTV/* | sed 's/"name":"[^"]*",//' | sort
+}
+said >/tmp/before_songs
+"$QUILP_PROGRAM" scan /tmp/KTV --rename '{song}' --journal /tmp/songs >/dev/null 2>/tmp/errors
+[ -e '/tmp/KTV/林小雨 - 夜航船 [zh] [style=流行].mkv' ] && [ -e '/tmp/KTV/Anna Lane - Tide [instrumental].MKV' ] ||
+  fail "rename of songs: $(cat /tmp/errors)"
+said | diff /tmp/before_songs - >&2 || fail "a song's new name tells something else"
+
 # kill -9 in the middle of it: undo takes back what was done.
 for delay in 0.01 0.02 0.04 0.08; do
   "$QUILP_PROGRAM" scan /tmp/m --write nfo --rename '{title} {year}' --journal /tmp/journal \

@@ -125,7 +125,7 @@ string named(const Song& song, const Signs& signs) {
     tag("", language);
   }
   tag("", song.vocalTrack);
-  tag("style:", song.style);
+  tag("style=", song.style);
   return song.container.empty() ? name : name + '.' + song.container;
 }
 

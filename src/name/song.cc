@@ -161,7 +161,7 @@ class Reader {
       song_.discId = id;
       return true;
     }
-    constexpr string_view kStyleKey = "style:";
+    constexpr string_view kStyleKey = "style=";
     if (text.substr(0, kStyleKey.size()) == kStyleKey) {
       song_.style = trimmed(text.substr(kStyleKey.size()));
       return true;

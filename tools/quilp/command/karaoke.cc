@@ -10,6 +10,8 @@
 #include "command/time_limit.h"
 #include "libquilp.h"
 #include "lookup/requests.h"
+#include "name/format.h"
+#include "name/song.h"
 #include "output/exit_status.h"
 #include "output/json_output.h"
 #include "output/message.h"
@@ -127,17 +129,46 @@ int describe(const std::vector<std::string>& files, Format format) {
   return statusAfterLookup(written && !failed ? 0 : kNothingFound);
 }
 
+/// Prints the file name of a song, which reads as that song.
+int printName(const libquilp::Song& song) {
+  const auto name = libquilp::formatted(song);
+  if (!name || name->find_first_of(std::string_view("/\0", 2)) != std::string::npos) {
+    throw WrongUsage(
+        "no file name reads as this song: --artist is one artist, --language a code such as"
+        " en or yue, --track one of instrumental, vocal, guide, L, R, S, 0, 1; nothing has a \"/\"",
+        "quilp karaoke");
+  }
+  std::cout << *name << '\n';
+  return std::cout.flush() ? 0 : kNothingFound;
+}
+
 }  // namespace
 
 void addKaraokeCommand(Command& program) {
   static List files;
   static Format format;
+  static libquilp::Song named;
   Command& karaoke =
       program.add("karaoke", "Describe karaoke songs by their files' names, or as an add-on does");
   files.addTo(karaoke, "FILE", "Song files, which need not exist");
   addFormat(karaoke, format, {Format::kTable, Format::kJson});
   addTimeout(karaoke);
-  karaoke.run = [] { return describe(files.words(), format); };
+  karaoke.options.push_back(
+      {0, "name", "TITLE", "Write a file name for the song of this title instead, of what follows",
+       toText(named.title)});
+  const auto add = [&karaoke](const char* option, const char* value, const char* description,
+                              std::vector<std::string>& words) {
+    karaoke.options.push_back({0, option, value, description,
+                               [&words](const std::string& word) { words.push_back(word); }});
+  };
+  add("artist", "NAME", "An artist of it; again for each", named.artists);
+  add("language", "LANG", "A language of it: en, zh, yue ...; again for each", named.languages);
+  karaoke.options.push_back({0, "track", "TRACK",
+                             "Its vocal track: instrumental, vocal, guide, L, R, S, 0 or 1",
+                             toText(named.vocalTrack)});
+  karaoke.run = [] {
+    return named.title.empty() ? describe(files.words(), format) : printName(named);
+  };
 }
 
 }  // namespace quilp

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "name/format.h"
 #include "text/utf8.h"
 
 namespace quilp {
@@ -45,7 +46,23 @@ std::string numbersOf(const std::vector<int>& numbers) {
   return numbers.size() == 1 ? first : first + "-" + twoDigits(numbers.back());
 }
 
+/// A name that reads as the song, without its extension.
+std::string nameOfSong(libquilp::Song song) {
+  song.title = fileNamePart(song.title);
+  for (std::string& artist : song.artists) {
+    artist = fileNamePart(artist);
+  }
+  song.style = fileNamePart(song.style);
+  const std::string name = libquilp::formatted(song).value_or("");
+  return song.container.empty() || name.empty()
+             ? name
+             : name.substr(0, name.size() - song.container.size() - 1);
+}
+
 std::string valueOf(const std::string& field, const MediaItem& item, const ScanRow& row) {
+  if (field == "song") {
+    return row.kind == MediaKind::kSong ? nameOfSong(item.song) : "";
+  }
   const int year = row.matchYear != 0 ? row.matchYear : row.year;
   const std::vector<std::pair<std::string, std::string>> values = {
       {"title", row.match.empty() ? row.title : row.match},

@@ -14,9 +14,10 @@ std::string fileNamePart(std::string_view text);
 
 /// The new path of an item's file by a pattern such as "{title} ({year})/{title} -
 /// {season}x{episode}". The fields are title, year, season, episode (two digits), episode_title,
-/// part, resolution, source, edition, group and id; what has no value leaves out the brackets
-/// around it. A folder in the pattern is one below the file's own. The extension stays. Throws
-/// std::runtime_error for an unknown field, and where nothing would be left.
+/// part, resolution, source, edition, group, id, and song (all that a song's name tells); what has
+/// no value leaves out the brackets around it. A folder in the pattern is one below the file's own.
+/// The extension stays. Throws std::runtime_error for an unknown field, and where nothing would be
+/// left.
 std::string nameByPattern(const std::string& pattern, const MediaItem& item, const ScanRow& row,
                           const std::string& file);
 
