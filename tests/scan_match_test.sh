@@ -107,6 +107,9 @@ mkdir /tmp/evil
 touch '/tmp/evil/<img src=x onerror=alert(1)>.mkv'
 "$QUILP_PROGRAM" scan /tmp/m /tmp/evil --report /tmp/report.html >/dev/null 2>/tmp/errors ||
   fail "report: $(cat /tmp/errors)"
+(cd /tmp && "$QUILP_PROGRAM" scan /tmp/m /tmp/evil --format html 2>/dev/null) | diff -q - /tmp/report.html ||
+  fail "--format html is another page"
+"$QUILP_PROGRAM" scan /tmp/m --format html >/dev/full 2>/tmp/errors && fail "a page on a full disk"
 ! grep -qE 'https?://|<img' /tmp/report.html || fail "report: markup of a name, or an address"
 python3 - <<'END' || fail "report: other rows"
 import json, re

@@ -19,6 +19,8 @@ const char* nameOf(Format format) {
       return "table";
     case Format::kCsv:
       return "csv";
+    case Format::kHtml:
+      return "html";
     case Format::kXml:
       break;
   }

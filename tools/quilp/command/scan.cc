@@ -82,7 +82,7 @@ void addScanCommand(Command& program) {
   static std::string journalToUndo;
   command.options.push_back(
       {0, "undo", "JOURNAL", "Take back all changes of a scan", toText(journalToUndo)});
-  addFormat(command, request.format, {Format::kTable, Format::kJson, Format::kCsv});
+  addFormat(command, request.format, {Format::kTable, Format::kJson, Format::kCsv, Format::kHtml});
   command.run = [] {
     if (!journalToUndo.empty()) {
       return undo(journalToUndo) == 0 ? 0 : kNothingFound;
@@ -90,6 +90,9 @@ void addScanCommand(Command& program) {
     const auto keepIn = [](std::vector<std::string>& words) {
       return [&words](const std::string& word) { words.push_back(word); };
     };
+    if (request.format == Format::kHtml && !request.report.empty()) {
+      throw WrongUsage("--report and --format html are the same page; leave one out", "quilp scan");
+    }
     paths.forEach(keepIn(request.paths), keepIn(request.listed));
     return scan(request);
   };

@@ -3,6 +3,6 @@
 namespace quilp {
 
 /// How results are printed.
-enum class Format { kXml, kJson, kTable, kCsv };
+enum class Format { kXml, kJson, kTable, kCsv, kHtml };
 
 }  // namespace quilp

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <system_error>
 
 #include "ascii.h"
@@ -56,7 +57,7 @@ std::string ReportPage::pictureOf(const ScanRow& row) const {
         folder / "folder.jpg", folder / "cover.jpg", folder.parent_path() / "poster.jpg"}) {
     std::error_code ignored;
     if (fs::is_regular_file(place, ignored)) {
-      const fs::path from = fs::absolute(path_).parent_path();
+      const fs::path from = fs::absolute(path_.empty() ? "page" : path_).parent_path();
       return addressOf(fs::absolute(place).lexically_relative(from));
     }
   }
@@ -73,6 +74,10 @@ void ReportPage::add(const ScanRow& row) {
 }
 
 void ReportPage::write() const {
+  if (path_.empty()) {
+    std::cout << kPageStart << rows_ << kPageEnd << std::flush;
+    return;  // what comes after it tells whether that could be written
+  }
   std::ofstream page(path_, std::ios::binary | std::ios::trunc);
   page << kPageStart << rows_ << kPageEnd;
   if (!page.flush()) {

@@ -10,6 +10,7 @@ namespace quilp {
 /// the media files.
 class ReportPage {
  public:
+  /// Without a path, the page goes to standard output, and is for the current folder.
   explicit ReportPage(std::string path);
 
   void add(const ScanRow& row);

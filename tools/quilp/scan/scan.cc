@@ -81,7 +81,7 @@ class Scan {
         rows_(items_.size()),
         memory_(request.memory, settingsOf(request)),
         writer_(makeRowWriter(request.format, folderOf(request))) {
-    if (!request.report.empty()) {
+    if (!request.report.empty() || request.format == Format::kHtml) {
       report_ = std::make_unique<ReportPage>(request.report);
     }
     if (request.dress.any()) {
