@@ -10,6 +10,14 @@ namespace {
 constexpr char kWidth[] = "960";  // one of those that the service keeps
 constexpr std::size_t kMostFiles = 50;
 
+/// What is not told is usual.
+std::string toldOr(const std::string& usual, const Json& value) {
+  const std::string text = value.text();
+  return text.empty() ? usual : text;
+}
+
+std::string rankOf(const Json& claim) { return toldOr("normal", claim["rank"]); }
+
 }  // namespace
 
 HttpRequest wikidataRequest(const Fields& query) {
@@ -58,7 +66,7 @@ std::vector<Json> claimsOf(const Json& entity, const std::string& property) {
   std::vector<Json> claims;
   for (const char* const rank : {"preferred", "normal"}) {
     for (const Json& claim : entity["claims"][property].list()) {
-      if (claim["rank"].text() == rank && claim["mainsnak"]["snaktype"].text() == "value") {
+      if (rankOf(claim) == rank && toldOr("value", claim["mainsnak"]["snaktype"]) == "value") {
         claims.push_back(claim);
       }
     }
@@ -78,7 +86,7 @@ std::vector<Json> bestValuesOf(const Json& entity, const std::string& property) 
   std::vector<Json> values;
   const std::vector<Json> claims = claimsOf(entity, property);
   for (const Json& claim : claims) {
-    if (claim["rank"].text() == claims[0]["rank"].text()) {
+    if (rankOf(claim) == rankOf(claims[0])) {
       values.push_back(claim["mainsnak"]["datavalue"]["value"]);
     }
   }
