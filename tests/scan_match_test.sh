@@ -90,6 +90,51 @@ diff /tmp/short - <<'END' >&2 || fail "other rows"
 END
 cat /tmp/errors
 
+# Explained one by one, each file comes to what the scan made of it, and the points add up.
+mkdir -p 'Signal Row/Season 3'
+touch 'Signal Row/Season 3/Signal Row S03E01.mkv' 'Signal Row/Season 3/Signal Row S02E01.mkv'
+"$QUILP_PROGRAM" scan . --format json --overrides /tmp/overrides >/tmp/rows.json 2>/dev/null
+python3 - <<'END' || fail "explain decides otherwise than scan"
+import json, os, subprocess
+kept = ("kind", "title", "year", "match", "id", "match_episode_title", "confidence", "sure", "reason")
+for row in json.load(open("/tmp/rows.json")):
+    command = [os.environ["QUILP_PROGRAM"], "explain", row["file"], "--format", "json"]
+    done = subprocess.run(command + ["--overrides", "/tmp/overrides"], stdout=subprocess.PIPE)
+    assert done.returncode == (0 if row["match"] else 1), (row["file"], done)
+    told = json.loads(done.stdout)
+    assert [told[key] for key in kept] == [row[key] for key in kept], (row, told)
+    assert len(told["candidates"]) == len(row["candidates"]), row["file"]
+    for one in told["candidates"]:
+        assert sum(part["points"] for part in one["parts"]) == one["confidence"], one
+    for part in sum((field["from"] for field in told["read"]), []):
+        assert row["file"].encode()[part["begin"]:part["end"]].decode() == part["text"], part
+END
+rm -r 'Signal Row'
+"$QUILP_PROGRAM" explain 'Gone 1920 {imdb-tt0000099}.mkv' >/tmp/output 2>&1
+grep -q 'set aside .*tt0000099: the name has the identifier, but' /tmp/output ||
+  fail "explain: $(cat /tmp/output)"
+"$QUILP_PROGRAM" explain './Die.Salzlampe.1999.1080p.mkv' >/tmp/output 2>&1
+diff /tmp/output - <<'END' >&2 || fail "another explanation"
+file             ./Die.Salzlampe.1999.1080p.mkv
+kind             movie
+title            Die Salzlampe
+                   read from "Die.Salzlampe" at byte 2
+year             1999
+                   read from "1999" at byte 16
+resolution       1080p
+container        mkv
+candidate        The Salt Lamp (1999), tt0000001: 99
+                   by its other title "die salzlampe"
+                   +99 the title is the same
+                   +0 the year fits
+match            The Salt Lamp (1999), tt0000001
+decision         sure: confidence 99, sure from 80 on
+reason           the title is the same; the year fits
+END
+for wrong in . parts/Sample/salt-sample.avi; do
+  ! "$QUILP_PROGRAM" explain "$wrong" >/dev/null 2>&1 || fail "explain $wrong is no error"
+done
+
 # A scan that was interrupted anywhere ends with the same rows.
 cd /
 "$QUILP_PROGRAM" scan /tmp/m --format json 2>/dev/null | sort >/tmp/whole

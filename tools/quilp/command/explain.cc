@@ -5,9 +5,15 @@
 #include <system_error>
 
 #include "command/commands.h"
+#include "command/judging.h"
 #include "command/options.h"
 #include "command/time_limit.h"
 #include "lookup/requests.h"
+#include "output/exit_status.h"
+#include "output/message.h"
+#include "platform/why_nothing.h"
+#include "scan/decision.h"
+#include "scan/source.h"
 
 namespace quilp {
 namespace {
@@ -38,10 +44,37 @@ Command& addSearch(Command& explain, const char* name, const char* what, const c
   return command;
 }
 
+int explainFile(const ScanRequest& request, const std::string& file) {
+  const Decision decision = decide(request, file);
+  if (decision.interrupted) {
+    return kInterrupted;
+  }
+  if (!print(decision, format)) {
+    throw std::system_error(errno, std::generic_category(), "cannot write");
+  }
+  if (!decision.row.unknown()) {
+    return 0;
+  }
+  tell(whyNothing(decision.whyNothing, requestOf(decision.item.kind).media));
+  return kNothingFound;
+}
+
+void addFile(Command& explain) {
+  static ScanRequest request;
+  static std::string file;
+  explain.operands.push_back(
+      {"FILE", "What a scan decides about this file, and why", toText(file)});
+  addJudging(explain, request);
+  addFormat(explain, format, {Format::kTable, Format::kJson});
+  explain.run = [] { return explainFile(request, file); };
+}
+
 }  // namespace
 
 void addExplainCommands(Command& program) {
-  Command& explain = program.add("explain", "Search, and tell how and why");
+  Command& explain =
+      program.add("explain", "Make a search, or a scan's decision, and tell how and why");
+  addFile(explain);
   addSearch(explain, "movie", "movies", "KEYWORD", libquilp::kMovieSearch,
             [] { return Values::search(text.c_str(), count); });
   Command& tv = addSearch(explain, "tv", "TV shows", "KEYWORD", libquilp::kShowSearch, [] {

@@ -1,22 +1,19 @@
 #include "scan/scan.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "command/commands.h"
+#include "command/judging.h"
 #include "command/options.h"
-#include "command/time_limit.h"
 #include "output/exit_status.h"
 #include "scan/changes.h"
 
 namespace quilp {
 namespace {
 
-constexpr int kMostCandidates = 100;
 constexpr int kMostJobs = 64;
-constexpr int kMostSure = 100;
 
 /// "nfo", "artwork", or both with a comma.
 void takeWrite(const std::string& words, DressRequest& request) {
@@ -39,27 +36,11 @@ void addScanCommand(Command& program) {
   Command& command =
       program.add("scan", "Find out what the media files of folders are, and print a row for each");
   paths.addTo(command, "PATH", "Folders, with those below them, and files");
-  command.options.push_back(
-      choice("type", request.kind, "What the files are (default: what their names tell)",
-             Choices<std::optional<MediaKind>>{{"movie", MediaKind::kMovie},
-                                               {"tv", MediaKind::kEpisode},
-                                               {"karaoke", MediaKind::kSong},
-                                               {"KTV", MediaKind::kSong},
-                                               {"album", MediaKind::kAlbum}}));
-  command.options.push_back({0, "sure", "N", "The least confidence of a match (default: 80)",
-                             toNumber("--sure", request.sure, 0, kMostSure)});
-  command.options.push_back({0, "overrides", "FILE",
-                             "Lines PATTERN = IDENTIFIER, which count more than any search",
-                             toText(request.overrides)});
-  command.options.push_back({'n', "", "N", "Results of a search to choose from (default: 10)",
-                             toNumber("-n", request.candidates, 1, kMostCandidates)});
+  addJudging(command, request);
   command.options.push_back({'j', "", "N",
                              "How many add-ons may run at a time (default: one for each processor, "
                              "at most 4); pages are never fetched at the same time",
                              toNumber("-j", request.jobs, 1, kMostJobs)});
-  command.options.push_back({0, "timeout", "SECONDS",
-                             "End a lookup after this time (default: no limit)",
-                             toNumber("--timeout", request.timeout, 1, kMostSeconds)});
   command.options.push_back({0, "resume", "FILE",
                              "Keep what was found in this file, and leave out what it already has",
                              toText(request.memory)});

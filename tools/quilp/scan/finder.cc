@@ -133,6 +133,7 @@ bool Finder::takeKnown(const std::string& id, const char* reason, const MediaIte
   }
   const Described described = describeTitle(item.kind, id);
   if (isAbsent(described.answer)) {
+    row.setAside.push_back(id + ": " + reason + ", but there is no such title");
     return false;
   }
   note(described.answer, row);
@@ -232,8 +233,7 @@ void Finder::findEpisode(const MediaItem& item, ScanRow& row) {
     }
     const Described described = describeEpisode(show.id, season, episodes.front());
     if (!described.found() || (described.title.empty() && described.id.empty())) {
-      show.confidence = std::max(show.confidence - kNoEpisode, 0);
-      show.reason += "; the show has no such episode";
+      show.add(-kNoEpisode, "the show has no such episode");
       if (!isAbsent(described.answer)) {
         note(described.answer, row);
       }
@@ -241,9 +241,8 @@ void Finder::findEpisode(const MediaItem& item, ScanRow& row) {
     }
     const bool isSame =
         !name.episodeTitle.empty() && similarity(name.episodeTitle, described.title) >= kAlike;
-    show.confidence += (isSame ? kSameEpisode : kHasEpisode) - (byAbsolute ? kByAbsolute : 0);
-    show.confidence = std::clamp(show.confidence, 0, kKnown);
-    show.reason += isSame ? "; the episode's title fits" : "; the show has the episode";
+    show.add((isSame ? kSameEpisode : kHasEpisode) - (byAbsolute ? kByAbsolute : 0),
+             isSame ? "the episode's title fits" : "the show has the episode");
     if (show.confidence > foundConfidence) {
       found = described;
       foundConfidence = show.confidence;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <utility>
 
 #include "catalogue/normalise.h"
 #include "catalogue/score.h"
@@ -64,14 +63,20 @@ class Titles {
       wanted_.emplace_back(normalise(title));
     }
   }
-  /// Of the title itself first, then of the best of all its titles.
-  std::pair<double, double> to(const Candidate& candidate) const {
-    const double own = compare(candidate.title);
-    double best = own;
+  /// Of the best of a candidate's titles, which it notes.
+  double to(Candidate& candidate) const {
+    double best = compare(candidate.title);
+    candidate.byOwnTitle = true;
+    candidate.comparedTitle = candidate.title;
     for (const std::string& title : candidate.otherTitles) {
-      best = std::max(best, compare(title));
+      const double one = compare(title);
+      if (one > best) {
+        best = one;
+        candidate.byOwnTitle = false;
+        candidate.comparedTitle = title;
+      }
     }
-    return {own, best};
+    return best;
   }
 
  private:
@@ -116,9 +121,9 @@ void weighRivals(Candidates& candidates) {
                   : 0;
   }
   if (rivals > 0) {
-    best.confidence = std::min(best.confidence, kMostWithRival);
-    best.reason += "; " + std::to_string(rivals) +
-                   (rivals == 1 ? " other title fits as well" : " other titles fit as well");
+    best.add(std::min(kMostWithRival - best.confidence, 0),
+             std::to_string(rivals) +
+                 (rivals == 1 ? " other title fits as well" : " other titles fit as well"));
   }
 }
 
@@ -130,12 +135,12 @@ double similarity(const std::string& a, const std::string& b) {
 void judge(const Wanted& wanted, Candidates& candidates) {
   const Titles titles(wanted.titles);
   for (Candidate& candidate : candidates) {
-    const auto [own, best] = titles.to(candidate);
-    const Points title = ofTitle(best);
-    candidate.byOwnTitle = own >= best;
-    const Points year = ofYear(wanted, candidate.year);
-    candidate.confidence = std::clamp(title.points + year.points, 0, 99);
-    candidate.reason = std::string(title.reason) + "; " + year.reason;
+    candidate.confidence = 0;  // it may have been judged before
+    candidate.reason.clear();
+    candidate.parts.clear();
+    for (const Points& part : {ofTitle(titles.to(candidate)), ofYear(wanted, candidate.year)}) {
+      candidate.add(part.points, part.reason);
+    }
   }
   sort(candidates);
 }

@@ -32,6 +32,7 @@ struct ScanRow {
   bool sure = false;
   std::string reason;
   Candidates candidates;
+  std::vector<std::string> setAside;  // identifiers that no title has, and where they stood
 
   bool failed = false;  // the lookup failed: another scan may find more
   std::string failure;  // why

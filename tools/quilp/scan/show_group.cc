@@ -39,6 +39,10 @@ std::vector<std::size_t> endsOfGroups(const std::vector<MediaItem>& items) {
   return ends;
 }
 
+bool canBeSettled(const ScanRow& row) {
+  return row.kind == MediaKind::kEpisode && !row.failed && row.confidence != kKnown;
+}
+
 void settleShow(Finder& finder, const std::vector<MediaItem>& items,
                 std::vector<std::optional<ScanRow>>& rows, std::size_t begin, std::size_t end) {
   std::map<std::string, std::size_t> shows;
@@ -55,8 +59,7 @@ void settleShow(Finder& finder, const std::vector<MediaItem>& items,
                            })->first;
   for (std::size_t i = begin; i < end; ++i) {
     ScanRow& row = *rows[i];
-    if (row.kind != MediaKind::kEpisode || row.failed || row.confidence == kKnown ||
-        (row.sure && row.id == show)) {
+    if (!canBeSettled(row) || (row.sure && row.id == show)) {
       continue;
     }
     ScanRow again = finder.find(items[i], show);

@@ -19,6 +19,9 @@ std::filesystem::path showFolderOf(const MediaItem& item);
 /// other item is a group of its own.
 std::vector<std::size_t> endsOfGroups(const std::vector<MediaItem>& items);
 
+/// Whether other episodes of its folder may tell more of it.
+bool canBeSettled(const ScanRow& row);
+
 /// A show's folder has one show: that of most of its sure episodes is that of the others, too.
 void settleShow(Finder& finder, const std::vector<MediaItem>& items,
                 std::vector<std::optional<ScanRow>>& rows, std::size_t begin, std::size_t end);

@@ -47,7 +47,8 @@ struct Operand {
   std::string values{};   // for completion: "one|other"; its name tells if empty
 };
 
-/// The program or one of its commands. It has commands of its own, or a function to run.
+/// The program or one of its commands. It has commands of its own, a function to run, or both: an
+/// operand that is no command's word is then its own.
 struct Command {
   std::string name;  // in full: "quilp movie search"
   std::string description;

@@ -60,6 +60,8 @@ Place placeOf(const Command& program, const std::vector<std::string>& words) {
       ++place.operands;
     } else if (const Command* command = place.command->find(*word)) {
       place.command = command;
+    } else if (place.command->run) {
+      ++place.operands;
     } else {
       place.hasHelp = *word == "help";
     }
@@ -90,18 +92,21 @@ bool printCompletions(const Command& program, const std::vector<std::string>& wo
         candidates.add(option.typed(), option.description);
       }
     }
-  } else if (!command.commands.empty()) {
-    for (const Command& inner : command.commands) {
-      candidates.add(inner.word(), inner.description);
+  } else {
+    if (place.operands == 0) {
+      for (const Command& inner : command.commands) {
+        candidates.add(inner.word(), inner.description);
+      }
     }
     if (&command == &program && !place.hasHelp) {
       candidates.add("help", "How a command is used");
     }
-  } else if (!place.hasHelp && !command.operands.empty()) {
-    const std::size_t last = command.operands.size() - 1;
-    if (place.operands <= last || command.operands[last].repeated) {
-      const Operand& operand = command.operands[std::min(place.operands, last)];
-      candidates.addValues(operand.values.empty() ? operand.name : operand.values);
+    if (!place.hasHelp && !command.operands.empty()) {
+      const std::size_t last = command.operands.size() - 1;
+      if (place.operands <= last || command.operands[last].repeated) {
+        const Operand& operand = command.operands[std::min(place.operands, last)];
+        candidates.addValues(operand.values.empty() ? operand.name : operand.values);
+      }
     }
   }
   return static_cast<bool>(std::cout.flush());

@@ -62,8 +62,10 @@ bool printHelp(const Command& program, const Command& command) {
       break;
     }
   }
-  std::cout << (command.commands.empty() ? "" : " COMMAND") << " [OPTION...]\n\n"
-            << command.description << '\n';
+  const char* const commandShape = command.commands.empty() ? ""
+                                   : command.run            ? "|COMMAND"
+                                                            : " COMMAND";
+  std::cout << commandShape << " [OPTION...]\n\n" << command.description << '\n';
   commands.print();
   operands.print();
   options.print();

@@ -180,8 +180,8 @@ std::function<int()> parse(const Command& program, const std::vector<std::string
   for (; !command->commands.empty() && next < words.size(); ++next) {
     const Command* inner = command->find(words[next]);
     if (inner == nullptr) {
-      if (!line.unknownOption.empty()) {
-        break;  // the word may be that option's value
+      if (!line.unknownOption.empty() || command->run) {
+        break;  // the word may be that option's value, or an operand
       }
       refuse(*command, noSuch("command", words[next], command->wordsOfCommands()));
     }
@@ -199,7 +199,7 @@ std::function<int()> parse(const Command& program, const std::vector<std::string
   if (wantsHelp) {
     return [&program, command] { return printHelp(program, *command) ? 0 : 1; };
   }
-  if (!command->commands.empty()) {
+  if (!command->commands.empty() && !command->run) {
     refuse(*command, "a command is missing; there are " + joined(command->wordsOfCommands()));
   }
   takeOptions(program, *command, line.options);
