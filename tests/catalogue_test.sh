@@ -204,6 +204,10 @@ done
 catalogue import /tmp/many --to /tmp/many.db >/dev/null || fail "$(cat /tmp/errors)"
 catalogue import /tmp/other --to /tmp/other.db --memory 64M >/dev/null || fail "$(cat /tmp/errors)"
 cmp /tmp/many.db /tmp/other.db || fail "another order, another file"
+printf '[catalogue]\npath=/tmp/many.db\n' >/tmp/etc/many.conf
+# Of many words that are meant, that of the best known title counts.
+QUILP_CONFIG=/tmp/etc/many.conf first tt0032866 "the flo"
+QUILP_CONFIG=/tmp/etc/many.conf first tt0032866 "the flutro"
 
 # A file that the host's own build made: the same bytes, the same answers.
 same() {

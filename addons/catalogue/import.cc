@@ -15,6 +15,7 @@
 #include "new_store.h"
 #include "normalise.h"
 #include "sorter.h"
+#include "starts.h"
 #include "store.h"
 
 namespace quilp::catalogue {
@@ -107,7 +108,7 @@ class Import {
   std::unique_ptr<Sorter> ranked_;      // key: best rank, name; value: references
   std::unique_ptr<Sorter> exact_;       // key: hash of sorted words; value: number of a name
   std::unique_ptr<Sorter> words_;       // key: word; value: number of a name
-  std::unique_ptr<Sorter> postings_;    // key: how rare, word; value: numbers of names
+  std::unique_ptr<Sorter> postings_;    // key: first name, how many, word; value: names
   std::unique_ptr<Sorter> vocabulary_;  // key: word; value: number, how many names
   std::unique_ptr<Sorter> deletions_;   // key: hash of a word without a letter; value: number
 };
@@ -341,11 +342,13 @@ void Import::writeWords() {
   std::string key;
   std::string list;
   std::uint32_t count = 0;
+  std::uint32_t first = 0;
   std::uint32_t last = 0;
   const auto close = [&] {
     if (count > 0) {
       key.clear();
-      appendSortable(key, ~count);
+      appendSortable(key, first);
+      appendSortable(key, count);
       key += word;
       postings_->add(key, list);
     }
@@ -357,6 +360,7 @@ void Import::writeWords() {
       word = words_->key();
       list.clear();
       count = last = 0;
+      first = name;
     } else if (name == last) {
       continue;  // twice in the same name
     }
@@ -373,8 +377,8 @@ void Import::writeWords() {
   std::uint32_t number = 0;
   std::string value;
   for (; postings_->next(); ++number) {
-    const std::string_view text = postings_->key().substr(4);
-    const std::uint32_t names = ~sortable(postings_->key());
+    const std::string_view text = postings_->key().substr(8);
+    const std::uint32_t names = sortable(postings_->key().substr(4));
     value.clear();
     Packer(value).number(names);
     Packer(value).text(text);
@@ -400,11 +404,17 @@ void Import::writeWords() {
   result_.words = number;
   postings_.reset();
   vocabulary_->sort();
+  Starts starts;
   while (vocabulary_->next()) {
     const std::string_view numbers = vocabulary_->value();
-    store_->word(vocabulary_->key(), {sortable(numbers), sortable(numbers.substr(4))});
+    const Word entry = {sortable(numbers), sortable(numbers.substr(4))};
+    store_->word(vocabulary_->key(), entry);
+    starts.add(vocabulary_->key(), entry);
   }
   vocabulary_.reset();
+  for (const auto& [start, best] : starts.rows()) {
+    store_->insert("start", start, best);
+  }
 }
 
 void Import::writeDeletions() {

@@ -13,12 +13,14 @@
 //             known name is 0
 //   exact     hash of the sorted words / names a bucket -> numbers of names
 //   word      the words in order, with their number
-//   posting   number of a word -> its text and the numbers of names that have it; the most frequent
-//   is 0 deletion  hash of a word without one letter -> numbers of words
+//   posting   number of a word -> its text and the numbers of names that have it; the word of the
+//             best known name is 0
+//   deletion  hash of a word without one letter -> numbers of words
+//   start     letters that more than kFewWords words begin with -> the best known of these words
 
 namespace quilp::catalogue {
 
-inline constexpr int kVersion = 4;
+inline constexpr int kVersion = 5;
 inline constexpr unsigned kTitlesARow = 16;
 inline constexpr unsigned kNamesARow = 8;
 inline constexpr unsigned kPeopleARow = 32;
@@ -30,6 +32,12 @@ inline constexpr unsigned kFirstYear = 1870;  // references keep years from here
 /// Words of these lengths are found with one letter wrong.
 inline constexpr unsigned kShortestCorrected = 3;
 inline constexpr unsigned kLongestCorrected = 24;
+
+/// Letters that have a row of their own where many words begin with them.
+inline constexpr unsigned kShortestStart = 2;
+inline constexpr unsigned kLongestStart = 7;
+inline constexpr unsigned kFewWords = 64;
+inline constexpr unsigned kWordsOfAStart = 8;
 
 /// Whose name it is, the more telling first.
 enum class Source : std::uint8_t { kTitle, kOriginalTitle, kAlternative };

@@ -31,7 +31,8 @@ constexpr const char* kTables =
     "CREATE TABLE exact(k INTEGER PRIMARY KEY, v BLOB);"
     "CREATE TABLE word(text BLOB PRIMARY KEY, number INTEGER, names INTEGER) WITHOUT ROWID;"
     "CREATE TABLE posting(k INTEGER PRIMARY KEY, v BLOB);"
-    "CREATE TABLE deletion(k INTEGER PRIMARY KEY, v BLOB);";
+    "CREATE TABLE deletion(k INTEGER PRIMARY KEY, v BLOB);"
+    "CREATE TABLE start(k INTEGER PRIMARY KEY, v BLOB);";
 
 [[noreturn]] void failSystem(const std::string& path) {
   throw std::runtime_error(path + ": " + std::strerror(errno));

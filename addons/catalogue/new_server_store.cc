@@ -11,8 +11,8 @@ namespace quilp::catalogue {
 namespace {
 
 constexpr std::size_t kCopied = std::size_t{1} << 16;  // bytes sent at once
-constexpr const char* kKeyed[] = {"title", "person", "season",  "ident",
-                                  "name",  "exact",  "posting", "deletion"};
+constexpr const char* kKeyed[] = {"title", "person",  "season",   "ident", "name",
+                                  "exact", "posting", "deletion", "start"};
 
 /// Rows in the format of "COPY ... (FORMAT binary)": numbers in network order.
 class CopyRows {

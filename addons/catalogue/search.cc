@@ -9,6 +9,7 @@
 #include "layout.h"
 #include "normalise.h"
 #include "score.h"
+#include "starts.h"
 #include "tally.h"
 #include "words.h"
 
@@ -191,8 +192,9 @@ void Search::compareWords(std::vector<QueryWord>& words) {
   Tally tally;
   for (std::size_t i = 0; i < known.size() && i < kRarest; ++i) {
     tally.startWord();
+    const double rare = std::log(allNames_ / (static_cast<double>(known[i]->names()) + 1) + 1);
     for (const Reading& reading : known[i]->readings) {
-      const double weight = std::log(allNames_ / (reading.names + 1.0)) / (1 + reading.wrong * .5);
+      const double weight = rare / (1 + reading.wrong * .5);
       const std::string row = tables_.rowStart("posting", reading.number, kPostingBytes);
       Unpacker from(row);
       const std::uint32_t count = from.number32();
@@ -280,12 +282,12 @@ std::vector<Hit> Search::run() {
     return best();
   }
   std::vector<QueryWord> words;
-  const std::vector<std::string_view> texts = wordsOf(text_);
+  std::vector<std::string_view> texts = wordsOf(text_);
+  texts.resize(std::min(texts.size(), kMostWords));
   tables_.prefetchWords({texts.begin(), texts.end()});
+  tables_.prefetch("start", {startKey(texts.back())});
   for (const std::string_view word : texts) {
-    if (words.size() < kMostWords) {
-      words.push_back({word, vocabulary_.known(word)});
-    }
+    words.push_back({word, vocabulary_.known(word)});
   }
   correctUnknown(words);
   compareWords(words);

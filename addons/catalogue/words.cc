@@ -5,6 +5,7 @@
 #include "bytes.h"
 #include "layout.h"
 #include "score.h"
+#include "starts.h"
 
 namespace quilp::catalogue {
 namespace {
@@ -12,7 +13,6 @@ namespace {
 constexpr std::size_t kMostReadings = 8;
 constexpr std::size_t kMostChecked = 400;
 constexpr std::size_t kLongEnoughForTwo = 6;
-constexpr std::size_t kMostBegun = 64;
 constexpr std::size_t kWordRoom = 48;  // bytes that hold a posting's count and word
 
 std::vector<std::string> shortened(std::string_view word) {
@@ -25,7 +25,7 @@ std::vector<std::string> shortened(std::string_view word) {
   return all;
 }
 
-/// The nearest first, then the most frequent.
+/// The nearest first, then the best known.
 void keepBest(std::vector<Reading>& readings) {
   std::sort(readings.begin(), readings.end(), [](const Reading& a, const Reading& b) {
     return a.wrong != b.wrong ? a.wrong < b.wrong : a.number < b.number;
@@ -117,12 +117,21 @@ std::vector<Reading> Vocabulary::corrected(std::string_view word) {
 
 std::vector<Reading> Vocabulary::begun(std::string_view word) {
   std::vector<Reading> readings;
-  if (word.size() < 2) {
+  if (word.size() < kShortestStart) {
     return readings;
   }
-  for (const FoundWord& found : tables_.wordsFrom(word, kMostBegun)) {
-    if (found.text != word) {
-      readings.push_back({found.word.number, found.word.names, 1});
+  const auto row =
+      word.size() <= kLongestStart ? tables_.row("start", startKey(word)) : std::nullopt;
+  if (row) {
+    for (Unpacker from(*row); !from.atEnd();) {
+      const std::uint32_t number = from.number32();
+      readings.push_back({number, from.number32(), 1});
+    }
+  } else {
+    for (const FoundWord& found : tables_.wordsFrom(word, kFewWords + 1)) {
+      if (found.text != word) {
+        readings.push_back({found.word.number, found.word.names, 1});
+      }
     }
   }
   keepBest(readings);

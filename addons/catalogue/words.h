@@ -27,7 +27,7 @@ class Vocabulary {
   /// Words with a letter wrong; of longer words with two, where there is none with one.
   std::vector<Reading> corrected(std::string_view word);
 
-  /// Words that begin with it.
+  /// The best known words that begin with it.
   std::vector<Reading> begun(std::string_view word);
 
  private:
