@@ -1,6 +1,7 @@
 // Runs an add-on for each line of standard input, which holds a year or nothing, and then
 // arguments, between tabs. Prints of each run: microseconds less an empty process, peak memory in
-// KB, the answer's identifiers. The least of some runs counts, so that a busy machine hardly does.
+// KB, microseconds that an empty process took more than its least just then, the answer's
+// identifiers. The least of some runs counts, so that a busy machine hardly does.
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -98,8 +99,9 @@ int main(int argc, char** argv) {
     words.insert(words.end(), {"-o", file});
     std::remove(file.c_str());
     const Run run = leastOf(runs, words);
-    std::printf("%.0f\t%ld\t%s\n", run.microseconds - empty.microseconds, run.kilobytes,
-                identifiers(file).c_str());
+    const Run noise = leastOf(runs, nothing);
+    std::printf("%.0f\t%ld\t%.0f\t%s\n", run.microseconds - empty.microseconds, run.kilobytes,
+                noise.microseconds - empty.microseconds, identifiers(file).c_str());
   }
   return 0;
 }
