@@ -18,9 +18,10 @@ namespace {
 
 constexpr std::size_t kLongestQuery = 250;
 constexpr std::size_t kMostWords = 12;
-constexpr std::size_t kCompared = 60;         // names of one round
-constexpr std::size_t kPostingBytes = 24576;  // of a word: the best known names that have it
-constexpr std::size_t kRarest = 3;            // words whose names are looked at
+constexpr std::size_t kCompared = 60;             // names of one round
+constexpr std::size_t kPostingBytes = 24576;      // of a word: the best known names that have it
+constexpr std::size_t kLeastPostingBytes = 8192;  // of a reading with a letter wrong
+constexpr std::size_t kRarest = 3;                // words whose names are looked at
 constexpr double kSimilarEnough = .85;
 constexpr double kSame = .96;
 
@@ -72,6 +73,7 @@ class Search {
  private:
   void compareSameWords();
   void compareWords(std::vector<QueryWord>& words);
+  void addNames(const Reading& word, std::size_t bytes, float weight, Tally& tally);
   void correctUnknown(std::vector<QueryWord>& words);
   void correctKnown(std::vector<QueryWord>& words);
   void splitAndJoin(const std::vector<QueryWord>& words);
@@ -182,44 +184,46 @@ void Search::compareWords(std::vector<QueryWord>& words) {
   }
   std::stable_sort(known.begin(), known.end(),
                    [](const QueryWord* a, const QueryWord* b) { return a->names() < b->names(); });
-  Tables::Keys postings;
-  for (std::size_t i = 0; i < known.size() && i < kRarest; ++i) {
-    for (const Reading& reading : known[i]->readings) {
-      postings.push_back(reading.number);
-    }
-  }
-  tables_.prefetchStarts("posting", postings, kPostingBytes);
-  Tally tally;
-  for (std::size_t i = 0; i < known.size() && i < kRarest; ++i) {
-    tally.startWord();
-    const double rare = std::log(allNames_ / (static_cast<double>(known[i]->names()) + 1) + 1);
-    for (const Reading& reading : known[i]->readings) {
-      const double weight = rare / (1 + reading.wrong * .5);
-      const std::string row = tables_.rowStart("posting", reading.number, kPostingBytes);
-      Unpacker from(row);
-      const std::uint32_t count = from.number32();
-      from.text();
-      std::uint32_t name = 0;
-      // The end of a row that was cut off may be half a number.
-      const std::size_t rest = row.size() < kPostingBytes ? 0 : 5;
-      for (std::uint32_t n = 0; n < count && from.rest().size() > rest; ++n) {
-        name += from.number32();
-        tally.add(name, static_cast<float>(weight));
-      }
-    }
-  }
-  std::vector<std::pair<float, std::uint32_t>> order = tally.all();
-  const auto better = [](const auto& a, const auto& b) {
-    return a.first != b.first ? a.first > b.first : a.second < b.second;
+  known.resize(std::min(known.size(), kRarest));
+  const auto bytesOf = [](const QueryWord& word, const Reading& reading) {
+    return reading.wrong == 0 ? kPostingBytes
+                              : std::max(kPostingBytes / word.readings.size(), kLeastPostingBytes);
   };
-  const std::size_t count = std::min(order.size(), kCompared);
-  std::partial_sort(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(count), order.end(),
-                    better);
+  for (const QueryWord* const word : known) {
+    for (const Reading& reading : word->readings) {
+      tables_.prefetchStarts("posting", {reading.number}, bytesOf(*word, reading));
+    }
+  }
+  Tally tally;
+  for (const QueryWord* const word : known) {
+    const double rare = std::log(allNames_ / (static_cast<double>(word->names()) + 1) + 1);
+    for (const Reading& reading : word->readings) {
+      tally.startReading();
+      addNames(reading, bytesOf(*word, reading),
+               static_cast<float>(rare / (1 + reading.wrong * .5)), tally);
+    }
+    tally.endWord();
+  }
   Tables::Keys names;
-  for (std::size_t i = 0; i < count; ++i) {
-    names.push_back(order[i].second);
+  for (const Tally::Entry& entry : tally.best(kCompared)) {
+    names.push_back(entry.name);
   }
   compareNames(names);
+}
+
+/// So many bytes of the names that have a word, the best known first.
+void Search::addNames(const Reading& word, std::size_t bytes, float weight, Tally& tally) {
+  const std::string row = tables_.rowStart("posting", word.number, bytes);
+  Unpacker from(row);
+  const std::uint32_t count = from.number32();
+  from.text();
+  std::uint32_t name = 0;
+  // The end of a row that was cut off may be half a number.
+  const std::size_t rest = row.size() < bytes ? 0 : 5;
+  for (std::uint32_t n = 0; n < count && from.rest().size() > rest; ++n) {
+    name += from.number32();
+    tally.add(name, weight);
+  }
 }
 
 void Search::correctUnknown(std::vector<QueryWord>& words) {
