@@ -183,27 +183,18 @@ bool Reader::bareNumberAt(std::size_t i) {
   }
   const bool seasonAndEpisode = (digits == 3 || digits == 4) && !isRange && number % 100 > 0 &&
                                 number >= 100 && !fansub_ && name_.seasons.empty();
-  // "row.213.avi", "Row_209_The_Night": the name of a file, and few shows have more episodes a year
-  const bool ofFile =
-      digits == 3 && number % 100 <= 30 && surroundings_.hint != NameKind::kMovie &&
-      !hasVideoTags() && t[i].gap != kDashGap &&
-      (atEnd ? !name_.container.empty() || t[i].gap == kDotGap
-             : !surroundings_.inFolder && t[i].gap == t[end].gap &&
-                   (t[i].gap == kUnderscoreGap || (year_ + 1 == i && t[i].gap == kDotGap)));
-  if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 && ofFile &&
-      (year_ == kNone || year_ + 1 == i)) {
-    Marker marker;
-    marker.seasons = {{number / 100}, t[i].begin, t[i].begin + 1};
-    marker.episodes = {{number % 100}, t[i].begin + 1, t[i].end};
-    marker.end = t[i].end;
-    takeMarker(i, marker);
-    return true;
-  }
-  if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 && year_ == kNone &&
-      (digits == 3 || number % 100 < 40) &&
+  // A number tells both only where something else tells of a season: a television source, a
+  // season's folder, or a year before it, which no film's title follows.
+  const bool afterYear = year_ != kNone && year_ + 1 == i && digits == 3 && number % 100 <= 30 &&
+                         !hasVideoTags() && t[i].gap != kDashGap && !atEnd &&
+                         t[end].gap == t[i].gap && surroundings_.hint != NameKind::kMovie;
+  const bool inContext =
+      year_ == kNone && (digits == 3 || number % 100 < 40) &&
       ((beforeTag && match_[end].tag != nullptr && match_[end].tag->field == NameField::kSource &&
         match_[end].tag->value() != "PPV") ||
-       (surroundings_.inSeasonFolder && (atEnd || beforeDash)))) {
+       surroundings_.inSeasonFolder);
+  if (!accepted && seasonAndEpisode && i > start_ && t[i].bracket == 0 &&
+      (afterYear || inContext)) {
     Marker marker;
     marker.seasons = {{number / 100}, t[i].begin, t[i].begin + digits - 2};
     marker.episodes = {{number % 100}, t[i].begin + digits - 2, t[i].end};
