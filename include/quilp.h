@@ -24,8 +24,8 @@
  * - It reads /etc/config/zorp.conf at each lookup, as libquilp.h does. The add-on, and curl, run
  *   below a process of their own (a guard), which ends them, with all they started in their process
  *   group, when the time is over, the request is cancelled, or your process ends. You may ignore
- * SIGCHLD, collect any child, and close descriptors 0 to 2. A thread of its own waits for each, so
- * that your signal handlers run meanwhile.
+ *   SIGCHLD, collect any child, and close descriptors 0 to 2. A thread of its own waits for each,
+ *   so that your signal handlers run meanwhile.
  * - A search of the built-in route fetches the pages of its results concurrently: two curl
  *   processes at a time, each over as few connections as the server allows.
  * - An add-on's document is a temporary file under /tmp, which is removed before quilp_run returns.

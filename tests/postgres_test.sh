@@ -58,7 +58,7 @@ with "$folder/file.db" "${command[@]}" import "$folder/many" >/dev/null || fail 
 with "$import" "${command[@]}" import "$folder/many" >"$folder/out" || fail "$(cat "$folder/errors")"
 grep -q "in $socket, database quilp" "$folder/out" || fail "import: $(cat "$folder/out")"
 
-# The same documents, of every fourth title and of what people make of its name.
+# The same documents, of every fortieth row's title and of what people make of its name.
 printf '[catalogue]\npath="%s"\n' "$folder/file.db" >"$folder/file.conf"
 printf '[catalogue]\npath="%s"\n' "$lookup" >"$folder/lookup.conf"
 compared=0
@@ -86,7 +86,7 @@ while IFS=$'\t' read -r id type title _ _ year _; do
   same search$verb -t "$title" -n 10 -l de
   same search$verb -t "${title#* } $first" -n 10
   same search$verb -t "${title:0:half}${title:half+1}" -n 10
-  same search$verb -t "${title:0:half}" -n 10 -y "$year"
+  QUILP_YEAR=$year same search$verb -t "${title:0:half}" -n 10
   if [ $verb = tvshow ]; then
     same gettvshowinfo -i "$id" -l fr
     same gettvshowinfo -i "$id" -s 1 -e 2 -l en

@@ -106,6 +106,8 @@ refused 'DIR is missing' catalogue fetch --accept-terms
 refused 'FILE is missing' karaoke
 refused 'no file name reads as this song' karaoke --name A/B
 refused 'no file name reads as this song' karaoke --name A --track loud
+refused 'go with --name' karaoke --artist A a.mkv
+refused 'go with --name' karaoke --name A a.mkv
 refused 'SEASON: "" is no number' tv episode tt9500001 '' 1
 
 # says STATUS PATTERN ARGUMENT...: one line on standard error tells why there is nothing.

@@ -132,7 +132,7 @@ void Reader::splitGlued() {
       splitEnding(i);
       continue;
     }
-    if (word.digits || !word.anyDigit || word.high || size < 3 || size > 20 || match_[i]) {
+    if (word.digits || !word.anyDigit || size < 3 || size > 20 || match_[i]) {
       continue;
     }
     const std::string_view text = tokens_.text(i);

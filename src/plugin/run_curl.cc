@@ -25,6 +25,7 @@ using Pipe = std::unique_ptr<std::FILE, ClosePipe>;
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
+using File = std::unique_ptr<std::FILE, CloseFile>;
 
 int exitStatus(int status) {
   if (status == -1) {
@@ -32,8 +33,6 @@ int exitStatus(int status) {
   }
   return WIFSIGNALED(status) ? 1 : WEXITSTATUS(status);
 }
-
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 /// An empty file in memory; null if there is no descriptor or no memory for it.
 File fileInMemory() {

@@ -167,7 +167,12 @@ void addKaraokeCommand(Command& program) {
                              "Its vocal track: instrumental, vocal, guide, L, R, S, 0 or 1",
                              toText(named.vocalTrack)});
   karaoke.run = [] {
-    return named.title.empty() ? describe(files.words(), format) : printName(named);
+    const bool isNamed = !(named == libquilp::Song());
+    if (isNamed && (named.title.empty() || files.isGiven())) {
+      throw WrongUsage("--artist, --language and --track go with --name, and no FILE does",
+                       "quilp karaoke");
+    }
+    return isNamed ? printName(named) : describe(files.words(), format);
   };
 }
 

@@ -89,7 +89,7 @@ void List::addTo(Command& command, const std::string& name, const std::string& d
 }
 
 void List::forEach(const Visit& visitOperand, const Visit& visitInput) const {
-  if (words_.empty() && !zeros_) {
+  if (!isGiven()) {
     throw WrongUsage(name_ + " is missing");
   }
   bool read = false;

@@ -80,6 +80,7 @@ class List {
   void forEach(const Visit& visitOperand, const Visit& visitInput) const;
 
   std::vector<std::string> words() const;
+  bool isGiven() const { return zeros_ || !words_.empty(); }
 
  private:
   std::string name_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "name/path.h"
 #include "scan/judge.h"
@@ -28,13 +29,11 @@ fs::path showFolderOf(const MediaItem& item) {
 
 std::vector<std::size_t> endsOfGroups(const std::vector<MediaItem>& items) {
   std::vector<std::size_t> ends(items.size());
-  fs::path folder;  // of the group at i
-  for (std::size_t i = 0, begin = 0; i < items.size(); ++i) {
-    const fs::path own = items[i].kind == MediaKind::kEpisode ? showFolderOf(items[i]) : fs::path();
-    begin = own.empty() || own != folder ? i : begin;
-    folder = own;
-    std::fill(ends.begin() + static_cast<std::ptrdiff_t>(begin),
-              ends.begin() + static_cast<std::ptrdiff_t>(i) + 1, i + 1);
+  fs::path next;  // the folder of the item after
+  for (std::size_t i = items.size(); i-- > 0;) {
+    fs::path own = items[i].kind == MediaKind::kEpisode ? showFolderOf(items[i]) : fs::path();
+    ends[i] = own.empty() || own != next ? i + 1 : ends[i + 1];
+    next = std::move(own);
   }
   return ends;
 }
