@@ -290,6 +290,7 @@ std::vector<Hit> Search::run() {
   texts.resize(std::min(texts.size(), kMostWords));
   tables_.prefetchWords({texts.begin(), texts.end()});
   tables_.prefetch("start", {startKey(texts.back())});
+  words.reserve(texts.size());
   for (const std::string_view word : texts) {
     words.push_back({word, vocabulary_.known(word)});
   }

@@ -1,5 +1,3 @@
-#include <cstdlib>
-
 #include "name/reader.h"
 
 // Which words are tags, and what they fill.
@@ -68,6 +66,18 @@ bool isSize(std::string_view word) {
                    unit == "Gb" || unit == "MiB" || unit == "GiB");
 }
 
+/// The number that four digits are; 0 for anything else.
+int yearIn(std::string_view text) {
+  int year = 0;
+  for (const char c : text) {
+    if (!isDigit(c)) {
+      return 0;
+    }
+    year = year * 10 + (c - '0');
+  }
+  return year;
+}
+
 bool hasChannels(const Tag* tag) { return tag != nullptr && tag->field == NameField::kAudioCodec; }
 
 bool isNumber(std::string_view word) {
@@ -110,7 +120,7 @@ void Reader::splitEnding(std::size_t i) {
     return text.size() > ending.size() && text.substr(text.size() - ending.size()) == ending;
   };
   for (const std::string_view year : kYears) {
-    if (text.size() == 4 + year.size() && endsWith(year) && isYear(std::atoi(text.data())) &&
+    if (text.size() == 4 + year.size() && endsWith(year) && isYear(yearIn(text.substr(0, 4))) &&
         split(i, 4)) {
       take(NameField::kOther, i + 1, i + 2);
       return;

@@ -56,8 +56,6 @@ Place placeOf(const Command& program, const std::vector<std::string>& words) {
       program.forEachOption([&](const Option& option) {
         place.option = option.isTyped(*word) && !option.value.empty() ? &option : place.option;
       });
-    } else if (place.command->commands.empty()) {
-      ++place.operands;
     } else if (const Command* command = place.command->find(*word)) {
       place.command = command;
     } else if (place.command->run) {
