@@ -58,7 +58,7 @@ void replaceValue(std::string& text, std::size_t start, std::size_t end, Keys& k
 void replaceUser(std::string& text, Keys& keys) {
   for (std::size_t at = 0; (at = text.find("://", at)) != std::string::npos;) {
     at += 3;
-    const std::size_t end = std::min(text.find_first_of("/?# \"'", at), text.size());
+    const std::size_t end = std::min(text.find_first_of("/?# \"'\t\r\n", at), text.size());
     const std::size_t user = text.rfind('@', end);
     if (user != std::string::npos && user > at && user < end) {
       replaceValue(text, at, user, keys);
@@ -76,6 +76,7 @@ void replaceIn(std::string& text, Keys& keys) {
       replaceValue(text, start, std::min(end, text.find("%26", start)), keys);
     }
   }
+  replaceUser(text, keys);  // a value that is gone may have hidden one
 }
 
 /// Lines "NAME: VALUE" of headers and "NAME = VALUE" of settings.
