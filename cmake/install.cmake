@@ -4,6 +4,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS quilp EXPORT quilp-targets
         LIBRARY COMPONENT library NAMELINK_COMPONENT development)
+install(TARGETS quilp_names_module DESTINATION ${CMAKE_INSTALL_LIBDIR}/quilp COMPONENT library)
 install(FILES include/libquilp.h include/quilp.h include/quilp.hpp TYPE INCLUDE COMPONENT development)
 install(EXPORT quilp-targets NAMESPACE quilp:: FILE quilp-config.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/quilp COMPONENT development)

@@ -9,9 +9,9 @@
  * Conventions
  *
  * 1. Strings are zero-terminated bytes in UTF-8.
- * 2. Requests and answers are opaque. What a function named ..._new, or quilp_run, returns belongs
- *    to the caller, who frees it with the ..._free of its type; null is allowed there. All that an
- *    answer returns belongs to the answer, and is valid until that is freed.
+ * 2. Requests and answers are opaque. What a function named ..._new, quilp_run or quilp_read_name
+ * returns belongs to the caller, who frees it with the ..._free of its type; null is allowed there.
+ * All that an answer returns belongs to the answer, and is valid until that is freed.
  * 3. Setters return 0, or -1 for a value that the request cannot have, or out of memory. The
  * request is unchanged then. Texts are copied.
  * 4. Identifiers are passed as a search gave them.
@@ -111,8 +111,16 @@ typedef enum quilp_reason {
 
 /** What is looked up, and how; of quilp_request_new. */
 typedef struct quilp_request quilp_request;
-/** What was found, and why nothing more was; of quilp_run. */
+/** What was found, and why nothing more was; of quilp_run and quilp_read_name. */
 typedef struct quilp_answer quilp_answer;
+
+/** What the caller knows of a name that is to be read. */
+typedef enum quilp_name_kind {
+  QUILP_NAME_ANY = 0, /**< nothing: the name, its folders and its extension tell */
+  QUILP_NAME_MOVIE = 1,
+  QUILP_NAME_EPISODE = 2,
+  QUILP_NAME_SONG = 3
+} quilp_name_kind;
 
 /** Steps of a lookup that an observer is told. */
 typedef enum quilp_event {
@@ -193,6 +201,21 @@ QUILP_EXPORT void quilp_request_free(quilp_request* request);
  *         null only out of memory for the answer itself
  */
 QUILP_EXPORT quilp_answer* quilp_run(quilp_request* request);
+
+/**
+ * Reads the name of a release, such as "The.Paper.Lighthouse.2011.1080p.mkv", or of a karaoke
+ * song's file. Nobody is asked, and the file need not exist. The answer has one result. Its
+ * elements are the keys that quilp(1) prints for a name: "kind", "title", "year", "season",
+ * "episode" and so on; "identifiers" are written as "imdb:tt0133093". The reader is a part of the
+ * library that is loaded here for the first time, and stays: quilp/names.so beside libquilp.so.
+ *
+ * @param name  a name, or a path, whose folders fill what the name leaves out; any bytes
+ * @param kind  what is known of it
+ * @return an answer to be freed by quilp_answer_free; its reason is QUILP_CANNOT_START, with an
+ *         errno value, if the reader cannot be loaded, and QUILP_WRONG_REQUEST for a null name or
+ *         an unknown kind; null only out of memory for the answer itself
+ */
+QUILP_EXPORT quilp_answer* quilp_read_name(const char* name, quilp_name_kind kind);
 
 /**
  * Tells why an answer is as it is.

@@ -165,6 +165,18 @@ class Answer {
   std::unique_ptr<quilp_answer, Free> answer_;
 };
 
+/** What the name of a release or of a karaoke song's file tells; nobody is asked. */
+inline Answer readName(const std::string& name, quilp_name_kind kind = QUILP_NAME_ANY) {
+  if (name.find('\0') != std::string::npos) {
+    throw std::invalid_argument("quilp::readName: a zero byte in a name");
+  }
+  Answer answer(quilp_read_name(name.c_str(), kind));
+  if (answer.get() == nullptr) {
+    throw std::bad_alloc();
+  }
+  return answer;
+}
+
 /** A lookup. Can be moved, but not while a thread runs or cancels it. */
 class Request {
  public:

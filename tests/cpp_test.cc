@@ -61,6 +61,12 @@ TEST(Cpp, OnlyWrongUseThrows) {
   EXPECT_EQ(request.run().reason(), QUILP_WRONG_REQUEST);
 }
 
+TEST(Cpp, ANameIsRead) {
+  EXPECT_EQ(quilp::readName("Salt.2010.mkv").at(0)["year"], "2010");
+  EXPECT_EQ(quilp::readName("Salt", QUILP_NAME_SONG).at(0)["kind"], "song");
+  EXPECT_THROW(quilp::readName(std::string("a\0b", 3)), std::invalid_argument);
+}
+
 TEST(Cpp, TimeoutAndCancelEndARun) {
   test::writeScript("/etc/config/addon", "sleep 60\n");
   test::registerAddOn("Movie", "/etc/config/addon");

@@ -19,6 +19,7 @@ cat >"$work/consumer.cc" <<'END'
 
 int main() {
   quilp::Request(QUILP_MOVIE_SEARCH).cancel();
+  if (!quilp::readName("Salt")) return 1;
   std::puts(ProcessKeyword("a_b.2010", 1).c_str());
 }
 END

@@ -286,6 +286,33 @@ TEST_F(Plain, AGuardHoldsNoDescriptorOfItsHost) {
   close(ends[1]);
 }
 
+TEST_F(Plain, NamesAreReadWithoutAsking) {
+  const auto read = [](const char* name, quilp_name_kind kind) {
+    const Answer answer(quilp_read_name(name, kind));
+    const string json = quilp_answer_json(answer.get());
+    return json.substr(json.find("\"results\""));
+  };
+  EXPECT_EQ(read("/x/A Row/Season 2/A Row 2x01-02 {imdb-tt0000042} [1080p].mkv", QUILP_NAME_ANY),
+            "\"results\":[{\"container\":\"mkv\",\"episode\":[\"1\",\"2\"],"
+            "\"identifiers\":[\"imdb:tt0000042\"],\"kind\":\"episode\",\"resolution\":\"1080p\","
+            "\"season\":\"2\",\"title\":\"A Row\"}],\"sentence\":\"\"}");
+  EXPECT_EQ(read("Ann Lee - A Song.mkv", QUILP_NAME_SONG),
+            "\"results\":[{\"artist\":[\"Ann Lee\"],\"container\":\"mkv\",\"kind\":\"song\","
+            "\"title\":\"A Song\"}],\"sentence\":\"\"}");
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 16; ++i) {
+    threads.emplace_back([&read] {
+      EXPECT_NE(read("Salt.2010.mkv", QUILP_NAME_MOVIE).find("\"year\":\"2010\""), string::npos);
+      EXPECT_NE(read("\xff\x80", QUILP_NAME_ANY).find("\"kind\""), string::npos);
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  const Answer wrong(quilp_read_name(nullptr, QUILP_NAME_ANY));
+  EXPECT_EQ(quilp_answer_reason(wrong.get()), QUILP_WRONG_REQUEST);
+}
+
 TEST_F(Plain, RandomCancelsLeaveNothing) {
   test::answerWith("Movie", kMovies, "");
   std::vector<std::thread> threads;

@@ -47,6 +47,14 @@ class Binding(unittest.TestCase):
         self.assertFalse(answer)
         self.assertEqual((answer.reason, answer.number, len(answer)), (Reason.EXIT_STATUS, 3, 0))
 
+    def test_a_name_is_read(self) -> None:
+        answer = quilp.read_name("A Row/Season 2/A Row 2x01-02 [1080p].mkv")
+        self.assertEqual(answer[0].all("episode"), ("1", "2"))
+        self.assertEqual(quilp.read_name("Salt", quilp.NameKind.SONG)[0].text("kind"), "song")
+        for wrong in (("a\0b",), ("x", 4)):
+            with self.assertRaises(ValueError):
+                quilp.read_name(*wrong)
+
     def test_wrong_use_raises(self) -> None:
         for wrong in ({"count": 0}, {"count": 2**64 + 1}, {"keyword": "a\0b"}, {"timeout": 0},
                       {"timeout": float("nan")}, {"timeout": 1e12}, {"route": 9}, {}):

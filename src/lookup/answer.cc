@@ -65,7 +65,8 @@ std::string sentence(const Answer& answer) {
     case Reason::kNoAddOn:
       return "no add-on is enabled, and nothing else can answer";
     case Reason::kCannotStart:
-      return addOnOf(answer) + " cannot be started: " + answer.subject;
+      return answer.addOn ? addOnOf(answer) + " cannot be started: " + answer.subject
+                          : "cannot load " + answer.subject;
     case Reason::kExitStatus:
       return addOnOf(answer) + " ended with status " + number;
     case Reason::kSignal:

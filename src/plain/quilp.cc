@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "lookup/requests.h"
+#include "plain/read_name.h"
 #include "plain/reasons.h"
 #include "plain/result.h"
 #include "platform.h"
@@ -191,6 +192,27 @@ bool isAllowed(quilp_number which, long number) {
   return false;
 }
 
+/// An answer of what `make` tells, which is given the time of the start.
+template <class Make>
+quilp_answer* answerOf(Make make) {
+  const auto start = Control::Clock::now();
+  std::unique_ptr<quilp_answer> answer(new (std::nothrow) quilp_answer);
+  if (!answer) {
+    return nullptr;
+  }
+  try {
+    answer->answer = make(start);
+    answer->milliseconds = static_cast<long>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(Control::Clock::now() - start)
+            .count());
+    complete(*answer);
+  } catch (const std::exception&) {
+    answer->answer.reason = libquilp::Reason::kOutOfMemory;
+    answer->answer.results.clear();
+  }
+  return answer.release();
+}
+
 }  // namespace
 
 const char* quilp_version(void) { return libquilp::kVersion; }
@@ -246,29 +268,27 @@ void quilp_request_cancel(quilp_request* request) {
 void quilp_request_free(quilp_request* request) { delete request; }
 
 quilp_answer* quilp_run(quilp_request* request) {
-  const auto start = Control::Clock::now();
-  std::unique_ptr<quilp_answer> answer(new (std::nothrow) quilp_answer);
-  if (!answer) {
-    return nullptr;
-  }
-  try {
+  return answerOf([request](Control::Clock::time_point start) {
     if (request == nullptr) {
-      answer->answer = wrong("there is no request");
-    } else {
-      const long limit = request->number(QUILP_DEADLINE);
-      request->control.begin(limit > 0 ? std::optional(start + std::chrono::milliseconds(limit))
-                                       : std::nullopt);
-      answer->answer = lookUp(*request);
+      return wrong("there is no request");
     }
-    answer->milliseconds = static_cast<long>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(Control::Clock::now() - start)
-            .count());
-    complete(*answer);
-  } catch (const std::exception&) {
-    answer->answer.reason = libquilp::Reason::kOutOfMemory;
-    answer->answer.results.clear();
-  }
-  return answer.release();
+    const long limit = request->number(QUILP_DEADLINE);
+    request->control.begin(limit > 0 ? std::optional(start + std::chrono::milliseconds(limit))
+                                     : std::nullopt);
+    return lookUp(*request);
+  });
+}
+
+quilp_answer* quilp_read_name(const char* name, quilp_name_kind kind) {
+  return answerOf([name, kind](Control::Clock::time_point) {
+    if (name == nullptr) {
+      return wrong("there is no name");
+    }
+    if (kind < QUILP_NAME_ANY || kind > QUILP_NAME_SONG) {
+      return wrong("there is no such kind of name");
+    }
+    return libquilp::nameAnswer(name, static_cast<libquilp::NamedKind>(kind));
+  });
 }
 
 quilp_reason quilp_answer_reason(const quilp_answer* answer) {

@@ -100,17 +100,9 @@ void touch(const char* text) {
   }
 }
 
-/// The reason; out of memory also where there is no request or no answer.
-int lookUp(quilp_lookup what, quilp_text which, const char* text, const char* element) {
-  quilp_request* request = quilp_request_new(what);
-  const bool set = quilp_request_set_text(request, which, text) == 0;
-  quilp_request_set_number(request, QUILP_DEADLINE, 60000);
-  quilp_request_set_number(request, QUILP_COUNT, 2);
-  quilp_request_set_observer(
-      request, [](void*, quilp_event, const char* told, long) { touch(told); }, nullptr);
-  quilp_answer* answer = set ? quilp_run(request) : nullptr;
+/// Reads and frees an answer. The reason; out of memory also where there is no answer.
+int reasonOf(quilp_answer* answer, const char* element) {
   int reason = quilp_answer_reason(answer);
-  touch(quilp_version());
   touch(quilp_reason_name(quilp_answer_reason(answer)));
   touch(quilp_answer_sentence(answer));
   touch(quilp_answer_add_on(answer));
@@ -127,6 +119,18 @@ int lookUp(quilp_lookup what, quilp_text which, const char* text, const char* el
     reason = test::kNeverRight;
   }
   quilp_answer_free(answer);
+  return reason;
+}
+
+int lookUp(quilp_lookup what, quilp_text which, const char* text, const char* element) {
+  touch(quilp_version());
+  quilp_request* request = quilp_request_new(what);
+  const bool set = quilp_request_set_text(request, which, text) == 0;
+  quilp_request_set_number(request, QUILP_DEADLINE, 60000);
+  quilp_request_set_number(request, QUILP_COUNT, 2);
+  quilp_request_set_observer(
+      request, [](void*, quilp_event, const char* told, long) { touch(told); }, nullptr);
+  const int reason = reasonOf(set ? quilp_run(request) : nullptr, element);
   quilp_request_cancel(request);
   quilp_request_free(request);
   return reason;
@@ -168,6 +172,10 @@ std::vector<FaultCase> faultCases() {
       {"quilp_run quilp_answer_value", "KTV", kFaultReasons,
        [] { return lookUp(QUILP_SONG, QUILP_PATH, "/x/Ann Lee_A Song.mkv", "Title"); }},
   };
+  cases.push_back({"quilp_read_name", "", {QUILP_OUT_OF_MEMORY, QUILP_CANNOT_START}, [] {
+                     return reasonOf(quilp_read_name("A Row 2x01-03.mkv", QUILP_NAME_ANY),
+                                     "episode");
+                   }});
   for (const test::Lookup& lookup : test::lookups()) {
     cases.push_back(caseOf(lookup));
   }

@@ -24,8 +24,8 @@ from typing import Any, Callable, Dict, Iterator, Optional, Sequence, Tuple, ove
 from . import _library
 
 __all__ = [
-    "Actor", "Answer", "Event", "Lookup", "Observer", "Reason", "Request", "Result", "Route",
-    "look_up", "version",
+    "Actor", "Answer", "Event", "Lookup", "NameKind", "Observer", "Reason", "Request", "Result",
+    "Route", "look_up", "read_name", "version",
 ]
 
 
@@ -41,6 +41,15 @@ class Lookup(IntEnum):
     ARTIST_ALBUMS = 7  # artist, count
     ARTIST_PICTURES = 8  # artist, count
     SONG = 9  # path of a karaoke song's file, which need not exist
+
+
+class NameKind(IntEnum):
+    """What the caller knows of a name that is to be read."""
+
+    ANY = 0  # nothing: the name, its folders and its extension tell
+    MOVIE = 1
+    EPISODE = 2
+    SONG = 3
 
 
 class Route(IntEnum):
@@ -186,12 +195,7 @@ class Request:
             self._observe(observer)
 
     def _set_text(self, which: int, text: str) -> None:
-        if not isinstance(text, str):
-            raise TypeError(f"{text!r} is no str")
-        if "\0" in text:
-            raise ValueError(f"{text!r} has a zero byte")
-        encoded = text.encode("utf-8", "surrogateescape")
-        if _library.quilp_request_set_text(self._handle, which, encoded) != 0:
+        if _library.quilp_request_set_text(self._handle, which, _bytes_of(text)) != 0:
             raise MemoryError
 
     def _set_number(self, which: int, number: int) -> None:
@@ -221,13 +225,11 @@ class Request:
             raise RuntimeError("the request is being run")
         try:
             answer = _library.quilp_run(self._handle)
-            try:
-                failure, self._failure = self._failure, None
-                if failure is not None:
-                    raise failure
-                return _answer_of(answer)
-            finally:
+            failure, self._failure = self._failure, None
+            if failure is not None:
                 _library.quilp_answer_free(answer)
+                raise failure
+            return _answer_of(answer)
         finally:
             self._running.release()
 
@@ -236,7 +238,23 @@ class Request:
         _library.quilp_request_cancel(self._handle)
 
 
+def _bytes_of(text: str) -> bytes:
+    if not isinstance(text, str):
+        raise TypeError(f"{text!r} is no str")
+    if "\0" in text:
+        raise ValueError(f"{text!r} has a zero byte")
+    return text.encode("utf-8", "surrogateescape")
+
+
 def _answer_of(answer: Optional[int]) -> Answer:
+    """Frees the library's answer."""
+    try:
+        return _read(answer)
+    finally:
+        _library.quilp_answer_free(answer)
+
+
+def _read(answer: Optional[int]) -> Answer:
     number = _library.quilp_answer_reason(answer)
     known = number in Reason._value2member_map_
     reason = Reason(number) if known else Reason.OTHER
@@ -251,6 +269,11 @@ def _answer_of(answer: Optional[int]) -> Answer:
 def look_up(what: Lookup, **arguments: Any) -> Answer:
     """Runs a Request of these arguments."""
     return Request(what, **arguments).run()
+
+
+def read_name(name: str, kind: NameKind = NameKind.ANY) -> Answer:
+    """What the name of a release or of a karaoke song's file tells; nobody is asked."""
+    return _answer_of(_library.quilp_read_name(_bytes_of(name), NameKind(kind)))
 
 
 def version() -> str:

@@ -23,6 +23,7 @@ quilp_request_set_observer = _function("quilp_request_set_observer", c_int, c_vo
 quilp_request_cancel = _function("quilp_request_cancel", None, c_void_p)
 quilp_request_free = _function("quilp_request_free", None, c_void_p)
 quilp_run = _function("quilp_run", c_void_p, c_void_p)
+quilp_read_name = _function("quilp_read_name", c_void_p, c_char_p, c_int)
 quilp_answer_reason = _function("quilp_answer_reason", c_int, c_void_p)
 quilp_answer_number = _function("quilp_answer_number", c_long, c_void_p)
 quilp_answer_json = _function("quilp_answer_json", c_char_p, c_void_p)
