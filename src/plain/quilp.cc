@@ -40,7 +40,7 @@ struct quilp_answer {
   libquilp::PlainAnswer answer{};
   std::string sentence{};
   long milliseconds = 0;
-  std::string json{};
+  mutable std::string json{};  // made when it is asked for: few ask, and it takes a while
 };
 
 namespace {
@@ -146,8 +146,7 @@ libquilp::PlainAnswer lookUp(quilp_request& request) {
   return libquilp::look(known.request, valuesOf(request), context);
 }
 
-void complete(quilp_answer& answer) {
-  answer.sentence = sentence(answer.answer);
+std::string jsonOf(const quilp_answer& answer) {
   Json::Value json;
   json["reason"] = libquilp::wordOf(libquilp::plainReasonOf(answer.answer.reason));
   json["sentence"] = libquilp::validUtf8(answer.sentence);
@@ -159,7 +158,7 @@ void complete(quilp_answer& answer) {
   Json::StreamWriterBuilder writer;
   writer["emitUTF8"] = true;
   writer["indentation"] = "";
-  answer.json = Json::writeString(writer, json);
+  return Json::writeString(writer, json);
 }
 
 const libquilp::ResultField* fieldOf(const quilp_answer* answer, std::size_t result,
@@ -205,7 +204,7 @@ quilp_answer* answerOf(Make make) {
     answer->milliseconds = static_cast<long>(
         std::chrono::duration_cast<std::chrono::milliseconds>(Control::Clock::now() - start)
             .count());
-    complete(*answer);
+    answer->sentence = sentence(answer->answer);
   } catch (const std::exception&) {
     answer->answer.reason = libquilp::Reason::kOutOfMemory;
     answer->answer.results.clear();
@@ -336,8 +335,16 @@ const char* quilp_answer_text(const quilp_answer* answer, std::size_t result, co
   return quilp_answer_value(answer, result, element, 0);
 }
 
-const char* quilp_answer_json(const quilp_answer* answer) {
-  return answer != nullptr && !answer->json.empty() ? answer->json.c_str() : "{}";
+const char* quilp_answer_json(const quilp_answer* answer) try {
+  if (answer == nullptr) {
+    return "{}";
+  }
+  if (answer->json.empty()) {
+    answer->json = jsonOf(*answer);
+  }
+  return answer->json.c_str();
+} catch (const std::exception&) {
+  return "{}";
 }
 
 void quilp_answer_free(quilp_answer* answer) { delete answer; }

@@ -4,7 +4,6 @@
 #include <poll.h>
 #include <pthread.h>
 #include <sched.h>
-#include <semaphore.h>
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -35,7 +34,6 @@ struct Orders {
   sigset_t mask;  // of the calling thread
   ProgramEnd end;
   bool cut;
-  sem_t ended;
 };
 
 /// Memory that a child shares.
@@ -207,7 +205,6 @@ void* runGuard(void* argument) {
   }
   while (pid > 0 && waitpid(pid, nullptr, static_cast<int>(__WCLONE)) < 0 && errno == EINTR) {
   }
-  sem_post(&orders.ended);
   return nullptr;
 }
 
@@ -219,19 +216,15 @@ void runApart(Orders& orders) {
   int cancelState = 0;
   pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancelState);
   pthread_sigmask(SIG_BLOCK, &all, &orders.mask);
-  sem_init(&orders.ended, 0, 0);
   pthread_t thread;
   const bool apart = pthread_create(&thread, nullptr, &runGuard, &orders) == 0;
   if (!apart) {
     runGuard(&orders);
   }
   pthread_sigmask(SIG_SETMASK, &orders.mask, nullptr);
-  while (sem_wait(&orders.ended) != 0) {  // a handler ran
-  }
   if (apart) {
-    pthread_join(thread, nullptr);
+    pthread_join(thread, nullptr);  // goes on after a handler
   }
-  sem_destroy(&orders.ended);
   pthread_setcancelstate(cancelState, nullptr);
 }
 
@@ -251,7 +244,7 @@ ProgramEnd runGuarded(const GuardedProgram& program, Control& control) {
     return failed;
   }
   auto* orders =
-      new (shared.start()) Orders{&program, &control, getpid(), stack.end(), {}, {}, false, {}};
+      new (shared.start()) Orders{&program, &control, getpid(), stack.end(), {}, {}, false};
   orders->end.error = EAGAIN;  // unless the guard tells otherwise
   runApart(*orders);
   if (orders->cut) {
