@@ -198,6 +198,9 @@ TEST_F(Plain, ASignalHandlerOfTheCallingThreadCancels) {
 }
 
 TEST_F(Plain, AHostMayCollectAnyChildAndCloseItsStreams) {
+#ifdef __SANITIZE_THREAD__
+  GTEST_SKIP() << "a guard is a child under the thread sanitizer";
+#endif
   test::answerWith("Movie", kMovies, "");
   const auto found = [] { return quilp_answer_count(searchMovies().get()); };
   std::signal(SIGCHLD, SIG_IGN);
@@ -237,6 +240,9 @@ TEST_F(Plain, AHostMayCollectAnyChildAndCloseItsStreams) {
 long hosts() { return processesNamed(test::readFile("/proc/self/comm")); }
 
 TEST_F(Plain, AKilledHostLeavesNoProcess) {
+#ifdef __SANITIZE_THREAD__
+  GTEST_SKIP() << "a fork can start no thread under the thread sanitizer";
+#endif
   const test::Curl curl(
       "case $* in *-Z*) : >/etc/config/started; sleep 60;; esac\n"
       "exec /sbin/real \"$@\"\n");
@@ -320,7 +326,7 @@ bool isAnswered(unsigned kind, unsigned random) {
     return quilp_answer_reason(answer.get()) == QUILP_OK;
   }
   const long deadline = random % 3 == 0 ? 1 + static_cast<long>(random % 5) : 0;
-  const Request request = kind == 1 ? requestFor(QUILP_TV_DETAILS, QUILP_ID, "tt01", deadline)
+  const Request request = kind == 1 ? requestFor(QUILP_TV_DETAILS, QUILP_ID, "tt8000001", deadline)
                           : kind == 2
                               ? requestFor(QUILP_SONG, QUILP_PATH, "/x/A_B.mkv", deadline)
                               : requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "x", deadline);
@@ -331,8 +337,9 @@ bool isAnswered(unsigned kind, unsigned random) {
   const Answer answer(quilp_run(request.get()));
   other.join();
   const quilp_reason reason = quilp_answer_reason(answer.get());
-  const quilp_reason unspoiled = kind == 1 ? QUILP_NO_NETWORK : QUILP_OK;  // without an add-on
-  return reason == unspoiled || reason == QUILP_CANCELLED || reason == QUILP_TIMED_OUT;
+  const bool isRight = reason == QUILP_OK || reason == QUILP_CANCELLED || reason == QUILP_TIMED_OUT;
+  EXPECT_TRUE(isRight) << kind << ": " << quilp_answer_sentence(answer.get());
+  return isRight;
 }
 
 // tools/soak makes more of them, by QUILP_CALLS.
