@@ -52,6 +52,7 @@ Command makeProgram() {
   addDriftCommand(program, &run);
   addCatalogueCommands(program);
   addAddonCommands(program);
+  addDoctorCommand(program);
   return program;
 }
 

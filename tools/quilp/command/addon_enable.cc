@@ -1,18 +1,15 @@
-#include <unistd.h>
-
 #include <cstdio>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "command/catalogue_file.h"
 #include "command/commands.h"
 #include "command/stock_operand.h"
-#include "kit/settings.h"
 #include "lookup/request.h"
 #include "output/exit_status.h"
 #include "output/message.h"
 #include "output/table.h"
+#include "platform/lacking.h"
 #include "platform/registry_file.h"
 
 namespace quilp {
@@ -37,21 +34,6 @@ void report(const RegistryFile& registry) {
   }
 }
 
-/// What keeps an add-on from answering, although it is enabled; empty for nothing.
-std::string whatLacks(const StockAddOn& addOn) {
-  if (*addOn.key != '\0' && kit::Settings().get(addOn.name, addOn.key, "").empty()) {
-    return std::string("the setting ") + addOn.key + " of [" + addOn.name +
-           "] is missing: see quilp.conf(5)";
-  }
-  if (addOn.name == std::string("catalogue")) {
-    const std::string file = catalogueFile();
-    if (file.front() == '/' && access(file.c_str(), F_OK) != 0) {
-      return file + " is missing: \"quilp catalogue import\" makes it";
-    }
-  }
-  return "";
-}
-
 int enable(const Names& names) {
   const std::vector<const StockAddOn*> addOns = stockAddOnsOf(names);
   RegistryFile registry;
@@ -65,7 +47,7 @@ int enable(const Names& names) {
     if (*addOn->attribution != '\0') {
       printLine(addOn->name, addOn->attribution);
     }
-    const std::string lack = whatLacks(*addOn);
+    const std::string lack = lackOf(*addOn);
     tell(lack.empty() ? "" : std::string(addOn->name) + " cannot answer yet: " + lack);
   }
   return std::cout.flush() ? 0 : kNothingFound;

@@ -78,7 +78,7 @@ void report(const Imported& imported, double seconds) {
     tell(row);
   }
   if (imported.broken > 0) {
-    tell(std::to_string(imported.broken) + " broken rows were left out");
+    tell("broken rows, which were left out: " + std::to_string(imported.broken));
   }
   std::printf("%llu titles and %llu episodes in %s, in %.0f seconds\n%s\n",
               static_cast<unsigned long long>(imported.titles),

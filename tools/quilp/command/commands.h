@@ -16,6 +16,7 @@ void addScanCommand(Command& program);
 void addExplainCommands(Command& program);
 void addCatalogueCommands(Command& program);
 void addAddonCommands(Command& program);
+void addDoctorCommand(Command& program);
 
 // Parts of the "addon" command.
 void addAddonCheck(Command& addon);
