@@ -91,6 +91,7 @@ void Reader::read() {
   }
   readFilmNumber();
   skipScenePrefix();
+  readLeadCount();
   findYear();
   if (name_.episodes.empty() && name_.airDate.empty()) {
     if (!findLeadNumbers()) {
@@ -98,6 +99,7 @@ void Reader::read() {
     }
   }
   readTitle();
+  readLatinTitle();
   readEpisodeTitle();
   takeEdition();
   takeTags(titleEnd_, tokens_.count);
@@ -107,7 +109,7 @@ void Reader::read() {
 
 void Reader::findKind() {
   if (!name_.seasons.empty() || !name_.episodes.empty() || !name_.absoluteEpisodes.empty() ||
-      !name_.airDate.empty() || name_.extra == "special" || name_.source == "PPV" || isSeries_) {
+      !name_.airDate.empty() || name_.extra == "special" || isSeries_) {
     name_.kind = NameKind::kEpisode;
   } else if (surroundings_.hint != NameKind::kUnknown) {
     name_.kind = surroundings_.hint;

@@ -49,6 +49,7 @@ class Reader {
   void findShortDate();
   bool readWordMarker(std::size_t i, NameField field);
   bool readCounter(std::size_t i);
+  bool isShownInParts(std::size_t from) const;
   bool findLeadNumbers();
   bool hasVideoTags() const;
   void findBareNumber();
@@ -56,17 +57,25 @@ class Reader {
   void takeMarker(std::size_t i, const Marker& marker);
   void takeEpisodes(const NumberList& list, bool absolute);
 
-  // reader_title.cc
+  // reader_start.cc
   void findStart();
   void undoLeadGroup();
   void skipScenePrefix();
   void skipBroadcaster();
   void readFilmNumber();
+  void readLeadCount();
+
+  // reader_year.cc
+  bool isSortedByYear() const;
   void findYear();
   void takeYears();
+
+  // reader_title.cc
   std::size_t textEnd(std::size_t from, bool isTitle) const;
   std::size_t walkedBack(std::size_t from, std::size_t end, bool beforeYear, bool isTitle) const;
+  bool isSceneTitle(std::size_t from, std::size_t to) const;
   void readTitle();
+  void readLatinTitle();
   void readBracketTitles();
   void readEpisodeTitle();
   void addTitles(std::size_t from, std::size_t to);
@@ -106,7 +115,7 @@ class Reader {
   std::size_t markerEnd_ = kNone;  // after the last word of the last one
   std::size_t leadGroupEnd_ = 0;   // words of a leading bracket that may be a group's
   bool roughResolution_ = false;   // told by a word such as UHD
-  bool isSeries_ = false;          // tells how many episodes there are
+  bool isSeries_ = false;          // tells how many episodes there are, or that it was PPV
   bool fansub_ = false;            // begins with a group's bracket
 };
 

@@ -86,6 +86,9 @@ bool Reader::bareNumberAt(std::size_t i) {
   if (list.empty()) {
     return false;
   }
+  if (tokens_.text(i) == "000" && i > 0 && t[i - 1].digits && t[i].gap == kBlankGap) {
+    return false;  // 10 000
+  }
   if (end < tokens_.count && !t[end].taken && t[end].bracket == t[i].bracket &&
       isDigit(text_[t[end].begin]) && (t[end].gap & (kDashGap | kTildeGap)) != 0) {
     const NumberList last = numbersIn(tokens_.text(end));
@@ -178,7 +181,9 @@ bool Reader::bareNumberAt(std::size_t i) {
     const bool afterSeason = !name_.seasons.empty() && name_.episodes.empty() && digits >= 2 &&
                              (parted || i == markerEnd_);
     const bool tagged = !atEnd && match_[end];
-    accepted = versioned || dashed || inFansub || afterSeason ||
+    // "Row.7.PDTV": who records films from television tells their year
+    const bool recorded = ofSource && year_ == kNone && match_[end].tag->value() == "PDTV";
+    accepted = (recorded && digits == 1) || versioned || dashed || inFansub || afterSeason ||
                (isRange && digits >= 2 && parted) || (padded && (atEnd || beforeBracket || tagged));
   }
   const bool seasonAndEpisode = (digits == 3 || digits == 4) && !isRange && number % 100 > 0 &&

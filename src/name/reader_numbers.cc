@@ -61,9 +61,10 @@ int ordinal(std::string_view word) {
   if (ending.empty() || i == 0 || isDigit(ending[0])) {
     return ending.empty() ? number : 0;
   }
-  const bool known = ending == "st" || ending == "nd" || ending == "rd" || ending == "th" ||
-                     ending == "ª" || ending == "º" || ending == "й" || ending == "я" ||
-                     ending == "a" || ending == "e" || ending == "ème";
+  const bool known =
+      ending == "st" || ending == "nd" || ending == "rd" || ending == "th" || ending == "ª" ||
+      ending == "º" || ending == "Âª" || ending == "Âº" ||  // encoded twice
+      ending == "й" || ending == "я" || ending == "a" || ending == "e" || ending == "ème";
   return known ? number : 0;
 }
 
@@ -250,8 +251,9 @@ void Reader::findMarkers() {
         while (digits < text.size() && isDigit(text[digits])) {
           ++digits;
         }
-        if (digits <= 2 && text.size() > digits + 2 && lower(text[digits]) == 'o' &&
-            lower(text[digits + 1]) == 'f' && isDigit(text[digits + 2])) {
+        const std::string_view of = text.substr(digits, 2);
+        if (digits <= 2 && text.size() > digits + 2 &&
+            (of == "of" || of == "Of" || of == "OF" || of == "iz") && isDigit(text[digits + 2])) {
           marker.episodes = {{ordinal(text.substr(0, digits))}, word.begin, word.end};
           marker.end = word.end;
           takeMarker(i, marker);
@@ -333,6 +335,21 @@ bool Reader::readCounter(std::size_t i) {
   return true;
 }
 
+/// "Night.Pier.Part.Two.720p.HDTV": a series in parts. A film has its year.
+bool Reader::isShownInParts(std::size_t from) const {
+  bool television = false;
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
+    if (tokens_.token[i].digits && isYear(tokens_.token[i].number)) {
+      return false;
+    }
+    television =
+        television || (i >= from && match_[i].tag != nullptr &&
+                       (match_[i].tag->value() == "HDTV" || match_[i].tag->value() == "PDTV"));
+  }
+  return television && name_.episodes.empty() && name_.seasons.empty() && from < tokens_.count &&
+         match_[from];
+}
+
 // Season 2, Saison 1-3, 2nd Season, 5-й сезон, Episode 10, Серии: 1-10, CD1, Part 2
 bool Reader::readWordMarker(std::size_t i, NameField field) {
   const Token* const t = tokens_.token;
@@ -380,6 +397,9 @@ bool Reader::readWordMarker(std::size_t i, NameField field) {
       const bool worded = last + 1 < tokens_.count && isRangeWord(tokens_.text(last)) &&
                           t[last].bracket == t[next].bracket;
       last += worded ? 1 : 0;
+      if (worded && match_[last].tag != nullptr && match_[last].tag->field == field) {
+        last += match_[last].words;  // season 1 to season 4
+      }
       while (last < tokens_.count && t[last].digits && !t[last].taken && t[next].digits &&
              t[last].end - t[last].begin <= 4 && t[last].number > list.numbers.back()) {
         const std::string_view between =
@@ -427,6 +447,12 @@ bool Reader::readWordMarker(std::size_t i, NameField field) {
     const bool volume = lower(word[0]) == 'v' && t[0].bracket != 0 && t[i].bracket == 0 &&
                         tokens_.bracket[t[0].bracket].square;
     if (lower(word[0]) != 'c' && lower(word[0]) != 'd' && !volume) {
+      if (isShownInParts(next + 1)) {
+        name_.part.clear();
+        marker.episodes = list;
+        takeMarker(first, marker);
+        return true;
+      }
       return false;  // "Part 2" belongs to the title
     }
     marker.disc = list;

@@ -146,6 +146,18 @@ void Reader::splitGlued() {
       continue;
     }
     const std::string_view text = tokens_.text(i);
+    // 2011CUSTOM
+    if (size >= 7 && isYear(yearIn(text.substr(0, 4))) && !isDigit(text[4]) &&
+        mayMatch(text.substr(4)) && split(i, 4)) {
+      if (match_[i + 1]) {
+        continue;
+      }
+      tokens_.join(i);
+      for (std::size_t k = i + 1; k < tokens_.count; ++k) {
+        match_[k] = match_[k + 1];
+      }
+      match_[i] = {};
+    }
     for (std::size_t cut = 2; cut < size; ++cut) {
       const bool change = isDigit(text[cut]) != isDigit(text[cut - 1]) ||
                           (lower(text[cut]) == 'x' && cut + 1 < size && isDigit(text[cut + 1])) ||
@@ -444,6 +456,7 @@ void Reader::takeTag(std::size_t i) {
       }
       break;
     case NameField::kSource:
+      isSeries_ = isSeries_ || value == "PPV";
       if (name_.source.empty() || rankOf(value) > rankOf(name_.source)) {
         name_.source = value;
       }

@@ -2,7 +2,7 @@
 
 #include "name/reader.h"
 
-// The title, the year and the episode's title: what stands between the tags.
+// The title and the episode's title: what stands between the tags.
 
 namespace libquilp {
 namespace {
@@ -59,246 +59,16 @@ bool isAka(std::string_view word) {
 
 }  // namespace
 
-void Reader::findStart() {
-  const Token* const t = tokens_.token;
-  while (start_ < tokens_.count) {
-    const std::uint8_t outer = outerBracket(start_);
-    if (outer == 0) {
-      if (!t[start_].taken || start_ == marker_) {
-        break;
-      }
-      ++start_;  // a site's name
-      continue;
-    }
-    const std::size_t end = bracketEnd(start_);
-    bool taken = true;
-    bool tags = true;
-    bool marker = false;
-    for (std::size_t i = start_; i < end; ++i) {
-      taken = taken && t[i].taken;
-      tags = tags && (t[i].taken || match_[i]);
-      marker = marker || (marker_ != kNone && i >= marker_ && i < markerEnd_);
-    }
-    if (marker) {
-      break;
-    }
-    const bool serial = end - start_ == 1 && t[start_].digits && t[start_].number >= 10000;
-    if (taken || tags || serial) {
-      if (tags && !taken) {
-        takeTags(start_, end);  // [1080p] Title
-      }
-      start_ = end;
-      continue;
-    }
-    const bool year = end - start_ == 1 && t[start_].digits && isYear(t[start_].number);
-    bool inner = false;
-    for (std::size_t i = start_; i < end && end - start_ > 1; ++i) {
-      inner = inner || (t[i].digits && isYear(t[i].number) && i + 1 == end && i > start_);
-    }
-    // "[Group][Site] Title": the text outside is the title
-    if (leadGroupEnd_ != 0 && tokens_.bracket[outer].square && end < tokens_.count &&
-        outerBracket(end) == 0 && isFree(start_, end) && !t[end].taken && !match_[end] &&
-        !t[end].digits) {
-      start_ = end;
-      break;
-    }
-    if (end == tokens_.count || leadGroupEnd_ != 0 || inner ||
-        (!tokens_.bracket[outer].square && !year)) {
-      break;
-    }
-    if (!year) {
-      leadGroupEnd_ = end;
-      fansub_ = true;
-    }
-    start_ = end;
-    if (year) {
-      year_ = end - 1;
-    }
-  }
-}
-
-/// "[Title][07][720p]" and "[Title].148.[XviD]": no text but the first bracket's.
-void Reader::undoLeadGroup() {
-  const Token* const t = tokens_.token;
-  std::size_t i = start_;
-  std::size_t numbers = 0;
-  while (i < tokens_.count && (t[i].digits || t[i].taken)) {
-    numbers += t[i].taken ? 0 : 1;
-    ++i;
-  }
-  const bool number = numbers == 1 && (outerBracket(start_) != 0 || t[start_].number > 9);
-  if (leadGroupEnd_ == 0 || !number || (i < tokens_.count && !endsTitle(i) && !match_[i])) {
-    return;
-  }
-  start_ = 0;
-  while (t[start_].taken) {
-    ++start_;
-  }
-  leadGroupEnd_ = 0;
-}
-
-/// "BBC - The Quiet Harbour", "IMAX.The.Quiet.Harbour": who showed a film is no part of its title.
-void Reader::skipBroadcaster() {
-  static constexpr std::string_view kBroadcasters[][2] = {{"bbc", ""},
-                                                          {"imax", ""},
-                                                          {"natgeo", ""},
-                                                          {"nat", "geo"},
-                                                          {"nat geo", ""},
-                                                          {"national", "geographic"},
-                                                          {"history", "channel"},
-                                                          {"discovery", "channel"},
-                                                          {"smithsonian", "channel"}};
-  const Token* const t = tokens_.token;
-  const auto is = [this](std::size_t i, std::string_view word) {
-    const std::string_view text = tokens_.text(i);
-    bool same = text.size() == word.size() && lower(text[0]) == word[0];
-    for (std::size_t k = 1; same && k < word.size(); ++k) {
-      same = lower(text[k]) == word[k];
-    }
-    return same;
-  };
-  for (const auto& words : kBroadcasters) {
-    const std::size_t next = start_ + (words[1].empty() ? 1 : 2);
-    if (next + 2 > tokens_.count || !is(start_, words[0]) ||
-        (!words[1].empty() && !is(start_ + 1, words[1]))) {
-      continue;
-    }
-    // Two words of a title must be left: "BBC News" is one.
-    const auto isTitle = [this, t](std::size_t i) {
-      return !t[i].taken && !match_[i] && !t[i].digits && t[i].bracket == 0;
-    };
-    if (isFree(start_, next) && isTitle(next) && isTitle(next + 1)) {
-      take(NameField::kOther, start_, next);
-      start_ = next;
-    }
-    return;
-  }
-}
-
-/// "Keeper-f02-Quiet Harbour": a film of a series; "Quiet Harbour-x02-Making Of": an extra of a
-/// film.
-void Reader::readFilmNumber() {
-  const Token* const t = tokens_.token;
-  for (std::size_t i = start_ + 1; i + 1 < tokens_.count; ++i) {
+/// Whether the words are parted by dots and of no English title: German releases have their
+/// language before the year, but "The.Good.German" is a title.
+bool Reader::isSceneTitle(std::size_t from, std::size_t to) const {
+  bool scene = to > from + 1;
+  for (std::size_t i = from; i < to && scene; ++i) {
     const std::string_view word = tokens_.text(i);
-    if (t[i].taken || word.size() != 3 || !isDigit(word[1]) || !isDigit(word[2]) ||
-        t[i].gap != kDashGap || t[i + 1].gap != kDashGap) {
-      continue;
-    }
-    if (word[0] == 'f' && marker_ == kNone) {
-      name_.alternativeTitles.push_back(cleaned(start_, i));
-      take(NameField::kAlternativeTitle, start_, i);
-      take(NameField::kOther, i, i + 1);
-      start_ = i + 1;
-    } else if (word[0] == 'x') {
-      std::size_t end = i + 1;
-      while (end < tokens_.count && !t[end].taken && !match_[end]) {
-        ++end;
-      }
-      name_.extra = "bonus";
-      take(NameField::kExtra, i, end);
-    }
+    scene = (i == from || tokens_.token[i].gap == kDotGap) && word != "The" && word != "A" &&
+            word != "An";
   }
-}
-
-/// "group-some.title.2012.720p.bluray.x264": the group before the title, all in lower case.
-void Reader::skipScenePrefix() {
-  const Token* const t = tokens_.token;
-  if (start_ != 0 || tokens_.count < 5 || t[1].gap != kDashGap || t[0].taken || t[1].taken) {
-    return;
-  }
-  for (std::size_t i = 2; i < tokens_.count; ++i) {
-    if ((t[i].gap & ~(kDotGap | kDashGap)) != 0 || ((t[i].gap & kDashGap) != 0 && !match_[i])) {
-      return;
-    }
-  }
-  for (const char c : text_) {
-    if (c >= 'A' && c <= 'Z') {
-      return;
-    }
-  }
-  if (endsTitle(tokens_.count - 1)) {
-    name_.group = std::string(tokens_.text(0));
-    take(NameField::kGroup, 0, 1);
-    start_ = 1;
-  }
-}
-
-/// The last plausible year outside the title. In brackets it is surer; a title is never emptied.
-void Reader::findYear() {
-  const Token* const t = tokens_.token;
-  std::size_t end = tokens_.count;
-  for (std::size_t i = start_; i < tokens_.count; ++i) {
-    if ((endsTitle(i) && i > start_) || (t[i].taken && i > start_)) {
-      end = i;
-      break;
-    }
-  }
-  std::size_t bracketed = kNone;
-  std::size_t plain = kNone;
-  const bool leads = start_ + 1 < end && t[start_].digits && isYear(t[start_].number) &&
-                     t[start_].end - t[start_].begin == 4 && t[start_].bracket == 0 &&
-                     !t[start_].taken && !t[start_ + 1].digits &&
-                     (t[start_ + 1].gap & kSpacedDashGap) != 0;
-  for (std::size_t i = start_; i < end; ++i) {
-    if (!t[i].digits || !isYear(t[i].number) || t[i].taken || t[i].end - t[i].begin != 4) {
-      continue;
-    }
-    if (t[i].bracket != 0 && t[i].bracket != t[start_].bracket) {
-      bracketed = i;
-    } else if (i > start_ && !(plain != kNone && t[plain].number == t[i].number)) {
-      plain = i;
-    }
-  }
-  if (bracketed == kNone && plain == kNone) {
-    for (std::size_t i = end; i < tokens_.count; ++i) {
-      if (t[i].digits && !t[i].taken && isYear(t[i].number) && t[i].end - t[i].begin == 4 &&
-          i > start_) {
-        plain = i;
-        break;
-      }
-    }
-  }
-  if (bracketed != kNone) {
-    year_ = bracketed;
-  } else if (plain != kNone) {
-    year_ = plain;
-  }
-  if (year_ != kNone) {
-    takeYears();
-    for (std::size_t i = year_ + 1; i < tokens_.count; ++i) {
-      if (t[i].digits && t[i].number == name_.year && !t[i].taken && t[i].gap != kDashGap) {
-        take(NameField::kOther, i, i + 1);  // the same year once more
-      }
-    }
-  } else if (leads && marker_ == kNone) {  // 2011 - Harbour Lights
-    name_.year = t[start_].number;
-    take(NameField::kYear, start_, start_ + 1);
-    ++start_;
-  }
-}
-
-/// The year, or those of a collection: 2003-2017.
-void Reader::takeYears() {
-  const Token* const t = tokens_.token;
-  const auto isRange = [this, t](std::size_t first, std::size_t last) {
-    return last < tokens_.count && first >= start_ && t[first].digits && t[last].digits &&
-           t[first].end - t[first].begin == 4 && t[last].end - t[last].begin == 4 &&
-           isYear(t[first].number) && isYear(t[last].number) && t[first].number < t[last].number &&
-           t[first].bracket == t[last].bracket &&
-           (t[last].gap & (kDashGap | kSpacedDashGap | kTildeGap)) != 0;
-  };
-  std::size_t first = year_;
-  std::size_t last = year_;
-  if (year_ > start_ + 1 && isRange(year_ - 1, year_)) {
-    first = year_ - 1;
-  } else if (isRange(year_, year_ + 1) && !t[year_ + 1].taken) {
-    last = year_ + 1;
-  }
-  year_ = first;
-  name_.year = t[first].number;
-  name_.lastYear = last != first ? t[last].number : 0;
-  take(NameField::kYear, first, last + 1);
+  return scene;
 }
 
 /// Tags that are words of titles, too, count as tags where they meet the tags after the title.
@@ -323,7 +93,9 @@ std::size_t Reader::walkedBack(std::size_t from, std::size_t end, bool beforeYea
         continue;
       }
       const bool capital = lowerCase && tokens_.token[end - words].upper;
-      const bool accepted = tag->use == TagUse::kEndsTitle ||
+      const bool german =
+          beforeYear && isTitle && tag->words() == "german" && isSceneTitle(from, end - words);
+      const bool accepted = tag->use == TagUse::kEndsTitle || german ||
                             (tag->use == TagUse::kMayBeTitle &&
                              (!beforeYear || capital || tag->field == NameField::kEdition)) ||
                             (tag->use == TagUse::kOnlyAfter && capital &&
@@ -362,8 +134,9 @@ std::size_t Reader::textEnd(std::size_t from, bool isTitle) const {
                        tokens_.bracket[outer].begin == t[end - 1].end && t[end].high;
     if (outer != 0 && end > from && (outerBracket(end - 1) != outer) && !glued) {
       const std::size_t close = bracketEnd(end);
-      if (isTitle && close == end + 1 && close == marker_ && isCountry(tokens_.text(end)) &&
-          !tokens_.bracket[outer].square) {
+      // "Row (UK) S02E01", "Row (abc2).s01e01": a country or a channel that tells two shows apart
+      if (isTitle && close == end + 1 && close == marker_ && !tokens_.bracket[outer].square &&
+          (isCountry(tokens_.text(end)) || (!match_[end] && !t[end].digits))) {
         continue;
       }
       bool tag = tokens_.bracket[outer].square || close == tokens_.count;
@@ -420,9 +193,14 @@ void Reader::readTitle() {
   titleEnd_ = start_ < tokens_.count ? textEnd(start_, true) : start_;
   // "Show - 05 - S01E05": the number through all seasons stands before the marker
   const std::size_t last = titleEnd_ - 1;
-  if (titleEnd_ == marker_ && titleEnd_ > start_ + 1 && t[last].digits &&
-      (t[last].gap & kSpacedDashGap) != 0 && t[last].end - t[last].begin >= 2 &&
-      (t[titleEnd_].gap & kSpacedDashGap) != 0 && name_.absoluteEpisodes.empty()) {
+  if (titleEnd_ == marker_ && titleEnd_ > start_ + 2 && t[last].digits && t[last - 1].digits &&
+      t[last].gap == kDotGap && (t[last - 1].gap & kSpacedDashGap) != 0 &&
+      (t[titleEnd_].gap & kSpacedDashGap) != 0) {
+    take(NameField::kOther, last - 1, titleEnd_);  // 05.5: a special between two episodes
+    titleEnd_ = last - 1;
+  } else if (titleEnd_ == marker_ && titleEnd_ > start_ + 1 && t[last].digits &&
+             (t[last].gap & kSpacedDashGap) != 0 && t[last].end - t[last].begin >= 2 &&
+             (t[titleEnd_].gap & kSpacedDashGap) != 0 && name_.absoluteEpisodes.empty()) {
     name_.absoluteEpisodes.push_back(t[last].number);
     take(NameField::kAbsoluteEpisode, last, titleEnd_);
     titleEnd_ = last;
@@ -444,6 +222,38 @@ void Reader::readTitle() {
       addTitles(from, end);
       titleEnd_ = end;
     }
+  }
+}
+
+/// "Ночной причал (S2E1-4) / Night Pier (S2E1-4)": the title in Latin letters after the marker.
+void Reader::readLatinTitle() {
+  const Token* const t = tokens_.token;
+  std::size_t from = titleEnd_;
+  while (from < tokens_.count && t[from].taken) {
+    ++from;
+  }
+  if (name_.title.empty() || hasLatin(name_.title) || from == titleEnd_ || from >= tokens_.count ||
+      (t[from].gap & kSlashGap) == 0) {
+    return;
+  }
+  const std::size_t end = textEnd(from, true);
+  if (!isFree(from, end) || !hasLatin(tokens_.text(from, end))) {
+    return;
+  }
+  name_.alternativeTitles.insert(name_.alternativeTitles.begin(), name_.title);
+  for (NameSpan& span : name_.spans) {
+    span.field = span.field == NameField::kTitle ? NameField::kAlternativeTitle : span.field;
+  }
+  name_.title = cleaned(from, end);
+  take(NameField::kTitle, from, end);
+  const std::uint32_t markerEnd =
+      end < tokens_.count ? static_cast<std::uint32_t>(markerAt(text_, t[end].begin).end) : 0;
+  std::size_t last = end;
+  while (last < tokens_.count && t[last].end <= markerEnd) {
+    ++last;
+  }
+  if (isFree(end, last)) {
+    take(NameField::kOther, end, last);  // the same numbers once more
   }
 }
 

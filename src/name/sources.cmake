@@ -9,8 +9,10 @@ target_sources(quilp_names PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/reader_bare_number.cc
   ${CMAKE_CURRENT_LIST_DIR}/reader_group.cc
   ${CMAKE_CURRENT_LIST_DIR}/reader_numbers.cc
+  ${CMAKE_CURRENT_LIST_DIR}/reader_start.cc
   ${CMAKE_CURRENT_LIST_DIR}/reader_tags.cc
   ${CMAKE_CURRENT_LIST_DIR}/reader_title.cc
+  ${CMAKE_CURRENT_LIST_DIR}/reader_year.cc
   ${CMAKE_CURRENT_LIST_DIR}/song.cc
   ${CMAKE_CURRENT_LIST_DIR}/song_file.cc
   ${CMAKE_CURRENT_LIST_DIR}/song_parts.cc

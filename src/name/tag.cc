@@ -67,7 +67,7 @@ constexpr Table makeTable() {
 constexpr Table kTable = makeTable();
 static_assert(textSize() < 65536, "places in the text have 16 bits");
 
-constexpr std::size_t kSlots = 2048;  // a power of two
+constexpr std::size_t kSlots = 4096;  // a power of two
 static_assert(kTagCount < kSlots / 2, "more slots keep the search short");
 
 /// One more than a tag's number where its hash leads; 0: none.

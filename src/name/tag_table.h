@@ -780,6 +780,8 @@ inline constexpr TagLine kTagLines[] = {
     {"collection", NameField::kOther, "Collection", TagUse::kMayBeTitle},
     {"integrale", NameField::kOther, "Collection", TagUse::kOnlyAfter},
     {"intégrale", NameField::kOther, "Collection", TagUse::kOnlyAfter},
+    {"l integrale", NameField::kOther, "Collection", TagUse::kMayBeTitle},
+    {"l intégrale", NameField::kOther, "Collection", TagUse::kMayBeTitle},
 
     // Services and channels
     {"amzn", NameField::kOther, "Amazon"},
@@ -930,6 +932,7 @@ inline constexpr TagLine kTagLines[] = {
     {"featurette", NameField::kExtra, "featurette", TagUse::kOnlyAfter},
     {"behind the scenes", NameField::kExtra, "behind the scenes", TagUse::kOnlyAfter},
     {"deleted scenes", NameField::kExtra, "deleted scenes", TagUse::kOnlyAfter},
+    {"extras only", NameField::kExtra, "bonus"},
     {"bonus disc", NameField::kExtra, "bonus", TagUse::kOnlyAfter},
     {"ncop", NameField::kExtra, "opening", TagUse::kOnlyAfter},
     {"nced", NameField::kExtra, "ending", TagUse::kOnlyAfter},
