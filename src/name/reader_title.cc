@@ -225,15 +225,16 @@ void Reader::readTitle() {
   }
 }
 
-/// "Ночной причал (S2E1-4) / Night Pier (S2E1-4)": the title in Latin letters after the marker.
+/// "Ночной причал (S2E1-4) / Night Pier (S2E1-4)": the title in Latin letters after the marker. A
+/// counter outside brackets belongs to the first title.
 void Reader::readLatinTitle() {
   const Token* const t = tokens_.token;
   std::size_t from = titleEnd_;
   while (from < tokens_.count && t[from].taken) {
     ++from;
   }
-  if (name_.title.empty() || hasLatin(name_.title) || from == titleEnd_ || from >= tokens_.count ||
-      (t[from].gap & kSlashGap) == 0) {
+  if (name_.title.empty() || hasLatin(name_.title) || from == titleEnd_ ||
+      t[from - 1].bracket == 0 || from >= tokens_.count || (t[from].gap & kSlashGap) == 0) {
     return;
   }
   const std::size_t end = textEnd(from, true);
