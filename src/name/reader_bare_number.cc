@@ -83,8 +83,8 @@ bool Reader::bareNumberAt(std::size_t i) {
   if (list.empty() && t[i].digits && t[i].end - t[i].begin == 5) {
     list = {{t[i].number}, t[i].begin, t[i].end};
   }
-  if (list.empty()) {
-    return false;
+  if (list.empty() || (i > 1 && match_[i - 2].lines != 0 && match_[i - 2].words == 3)) {
+    return false;  // 1280 x 720
   }
   if (tokens_.text(i) == "000" && i > 0 && t[i - 1].digits && t[i].gap == kBlankGap) {
     return false;  // 10 000
