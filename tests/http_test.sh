@@ -180,6 +180,18 @@ rm /tmp/full
 row 'found 400000' /random/400000/full
 row 'found cached 400000' /random/400000/full
 
+# A folder that a group shares: so are the cache, its log, and the pace.
+anew
+mkdir -m 2775 /tmp/cache
+row 'found' /random/20000/1
+[ "$(cd /tmp/cache && stat -c '%a %n' ./* | grep -cv '^664')" = 0 ] || fail "not shared: $(ls -l /tmp/cache)"
+anew
+mkdir -m 2775 /tmp/cache
+: >/tmp/other
+ln /tmp/other /tmp/cache/pace-127.0.0.1_8390
+row 'found' /random/20000/1
+[ "$(stat -c %a /tmp/other)" = 644 ] || fail "the mode of a linked file was changed"
+
 # Damaged anywhere: an answer all the same, and soon a cache again.
 anew
 for i in 1 2 3 4 5; do row 'found 20000' /random/20000/$i; done

@@ -1,5 +1,6 @@
 #include "http_cache.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
@@ -8,6 +9,7 @@
 #include <utility>
 
 #include "pace.h"
+#include "shared_folder.h"
 
 namespace quilp::kit {
 namespace {
@@ -123,10 +125,15 @@ HttpCache::HttpCache(std::string path, std::int64_t largestSize)
 }
 
 bool HttpCache::open() {
-  mkdir(path_.substr(0, path_.rfind('/')).c_str(), 0755);  // fails if it is there
+  const std::string folder = path_.substr(0, path_.rfind('/'));
+  mkdir(folder.c_str(), 0755);  // fails if it is there
+  const int file = ::open(path_.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
+  shareFile(file, folder);  // its log is made with the same permissions
+  close(file);
   struct stat status {};
   if (lstat(path_.c_str(), &status) == 0 &&
-      (!S_ISREG(status.st_mode) || (status.st_uid != geteuid() && status.st_uid != 0))) {
+      (!S_ISREG(status.st_mode) ||
+       (status.st_uid != geteuid() && status.st_uid != 0 && !isShared(folder)))) {
     return false;
   }
   sqlite3* opened = nullptr;

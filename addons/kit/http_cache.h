@@ -24,7 +24,7 @@ struct StoredAnswer {
 /// there are none: a damaged file is emptied, and no error is reported.
 class HttpCache {
  public:
-  /// A file of another user than root is not used.
+  /// A file of another user than root is not used, unless it is in a folder that a group shares.
   HttpCache(std::string path, std::int64_t largestSize);
 
   std::optional<StoredAnswer> find(const std::string& key);

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "ascii.h"
+#include "shared_folder.h"
 
 namespace quilp::kit {
 namespace {
@@ -87,6 +88,7 @@ Pace::~Pace() {
 
 bool Pace::open(const std::string& path) {
   file_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
+  shareFile(file_, path.substr(0, path.rfind('/')));
   struct stat status {};
   bool isUsable =
       file_ >= 0 && fstat(file_, &status) == 0 && S_ISREG(status.st_mode) && lock(F_WRLCK, 0, true);
