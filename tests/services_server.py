@@ -7,6 +7,7 @@ import os
 import re
 import ssl
 import sys
+import time
 import urllib.parse
 
 MBID = "1111aaaa-2222-4333-8444-00000000000"
@@ -66,7 +67,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         pass
 
     def do_GET(self):
-        log.write("%s %s\n" % (self.path, self.headers.get("Authorization", "-")))
+        log.write("%s %s %.3f\n" % (self.path, self.headers.get("Authorization", "-"), time.time()))
         log.flush()
         address = urllib.parse.urlsplit(self.path)
         path = urllib.parse.unquote(address.path)

@@ -17,7 +17,8 @@ fail() {
 openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -subj /CN=Services \
   -addext subjectAltName=IP:127.0.0.1 -keyout /tmp/key.pem -out /tmp/certificate.pem 2>/dev/null
 python3 "$top/services_server.py" 8395 /tmp/log /tmp/certificate.pem /tmp/key.pem &
-trap 'kill $!' EXIT
+server=$!
+trap 'kill $server' EXIT
 for ((i = 0; i < 100; ++i)); do
   { : >/dev/tcp/127.0.0.1/8395; } 2>/dev/null && break
   sleep 0.1
@@ -95,10 +96,32 @@ row 1 'tmdb: nothing found' tmdb getmovieinfobyid -i 9
 unset QUILP_LANGUAGE
 settings tmdb key=eyJ.t0ken poster_size=w92
 row 0 '<title>The Paper Boat;<year>2011;<rating>7.3;<id>8001;<imdb>tt8000001;<director>Ana Quist;<mpaa>PG;<company>Quay Films;<country>Norway;<genre>Drama;<actor><name>Mira Holm;<role>Edda;;<actor><name>Tom Reed;<role>;;<outline>A boat of paper.;<plot>A boat of paper.;<poster>https://image.tmdb.org/t/p/w92/en.jpg;' tmdb getmovieinfobyid -i 8001
-grep -q '^/tmdb/movie/8001?.* Bearer eyJ.t0ken$' /tmp/log || fail "the token is not sent"
+grep -q '^/tmdb/movie/8001?.* Bearer eyJ.t0ken ' /tmp/log || fail "the token is not sent"
 ! grep -aqr 'k3y\|t0ken' /tmp/cache || fail "the cache has a key"
 settings tmdb key= poster_size=w500
 row 1 'tmdb: there is no key: [tmdb] of /tmp/quilp.conf wants key= or key_file=' tmdb getmovieinfobyid -i 8001
+
+# crowd ADD-ON REQUESTS SECONDS VERB OPTION...: of many processes that ask for something else each, the service
+# hears no more than it allows; the others say why they have no answer.
+crowd() {
+  local addOn=$1 requests=$2 seconds=$3 i many=$((${QUILP_EMULATOR:+-180} + 200)) lookups=()
+  shift 3
+  settings "$addOn" timeout=3
+  : >/tmp/log
+  for ((i = 0; i < many; ++i)); do
+    ${QUILP_EMULATOR-} "$folder/$addOn" "$@" "crowd $i" -o /tmp/crowd.$i >/dev/null 2>/tmp/crowd.$i.error &
+    lookups[i]=$!
+  done
+  for i in "${!lookups[@]}"; do
+    wait "${lookups[i]}" || grep -q "so soon again$" /tmp/crowd.$i.error || fail "$addOn: $(cat /tmp/crowd.$i.error)"
+  done
+  awk '{ print $NF }' /tmp/log | sort -n | awk -v requests="$requests" -v seconds="$seconds" '
+    { at[NR] = $1 }
+    NR > requests && $1 - at[NR - requests] < seconds { ++fast }
+    END { if (fast || NR < requests) { print NR " requests, " fast " too fast"; exit 1 } }' >&2 || fail "$addOn: pace"
+}
+crowd tvmaze 20 10 searchtvshow -n 1 -l en -t
+crowd musicbrainz 1 1 searchAlbum -n 1 -a "" -b
 
 settings
 works musicbrainz
