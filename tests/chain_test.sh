@@ -20,7 +20,7 @@ add_on() {
   {
     echo '#!/bin/sh'
     echo 'e() { while [ $# -gt 1 ]; do printf "<%s><![CDATA[%s]]></%s>\n" "$1" "$2" "$1"; shift 2; done; }'
-    echo 'id=; verb=$1; shift; while [ $# -gt 1 ]; do case $1 in -o) file=$2 ;; -i) id=$2 ;; esac; shift 2; done'
+    echo 'id=; verb=$1; shift; while [ $# -gt 1 ]; do case $1 in -o) file=$2 ;; -i) id=$2 ;; -s) season=$2 ;; -e) episode=$2 ;; esac; shift 2; done'
     echo 'exec >"$file"'
     cat
   } >"/tmp/$1"
@@ -98,6 +98,23 @@ same "id blue:b5,title Salzlampe,plot P,genre Krimi,company C" getmovieinfobyid 
 for id in red:9 other:1 2 : '' red: -n; do
   same "status 1" getmovieinfobyid -i "$id"
 done
+
+# The episode of a show: the show's identifier leads the others to it.
+add_on lamp.sh <<'END'
+case $verb:$id in
+  gettvshowinfo:7) if [ -n "$season" ]; then echo '<tvepisode>'; e title Ebb id 71 rating 8; echo '</tvepisode>'
+    else echo '<tvshow>'; e id 7 title 'Salt Lamp' imdb tt0000007; echo '</tvshow>'; fi ;;
+  *) exit 1 ;;
+esac
+END
+add_on rope.sh <<'END'
+case $verb:$id:$season:$episode in
+  gettvshowinfo:imdb:tt0000007:2:3) echo '<tvepisode>'; e title Flut id r9 outline O; echo '</tvepisode>' ;;
+  *) exit 1 ;;
+esac
+END
+sources TV /tmp/rope.sh /tmp/lamp.sh
+same "title Ebb,id lamp:71,rating 8,outline O" gettvshowinfo -i lamp:7 -s 2 -e 3 -l en
 
 # One that hangs, dies, or writes rubbish costs its part only.
 spoiled() {

@@ -104,6 +104,18 @@ std::vector<Answer> answersTo(std::vector<Question> questions, Clock::time_point
   return answers;
 }
 
+/// What a source tells of an episode's show is of use for the identifier that others know, too.
+std::string imdbOfShow(const Source& source, const std::string& id, Clock::time_point end) {
+  std::vector<std::string> call = {arguments[0]};
+  for (std::size_t i = 1; i + 1 < arguments.size(); i += 2) {
+    if (arguments[i] != "-s" && arguments[i] != "-e") {
+      call.insert(call.end(), {arguments[i], arguments[i] == "-i" ? id : arguments[i + 1]});
+    }
+  }
+  const std::vector<Answer> show = answersTo({{&source, call, "tvshow"}}, end);
+  return show.empty() ? "" : imdbOf(show[0].elements);
+}
+
 void write(const Elements& elements, Document& document) {
   for (const Element& element : elements) {
     if (element.elements.empty()) {
@@ -159,8 +171,8 @@ bool describe(const Call& call, Document& document, const Sources& sources, cons
     first.push_back({&*named, withId(own), root});
   }
   askOthers(std::move(first));
-  if (imdb.empty() && !answers.empty() && !call.hasEpisode) {
-    imdb = imdbOf(answers[0].elements);
+  if (imdb.empty() && !answers.empty()) {
+    imdb = call.hasEpisode ? imdbOfShow(*named, own, sources.end) : imdbOf(answers[0].elements);
     askOthers({});
   }
   write(mergeDetails(answers), document);
