@@ -104,24 +104,26 @@ row 1 'tmdb: there is no key: [tmdb] of /tmp/quilp.conf wants key= or key_file='
 # crowd ADD-ON REQUESTS SECONDS VERB OPTION...: of many processes that ask for something else each, the service
 # hears no more than it allows; the others say why they have no answer.
 crowd() {
-  local addOn=$1 requests=$2 seconds=$3 i many=$((${QUILP_EMULATOR:+-180} + 200)) lookups=()
+  local addOn=$1 requests=$2 seconds=$3 i many=200 lookups=()
   shift 3
   settings "$addOn" timeout=3
   : >/tmp/log
   for ((i = 0; i < many; ++i)); do
-    ${QUILP_EMULATOR-} "$folder/$addOn" "$@" "crowd $i" -o /tmp/crowd.$i >/dev/null 2>/tmp/crowd.$i.error &
+    "$folder/$addOn" "$@" "crowd $i" -o /tmp/crowd.$i >/dev/null 2>/tmp/crowd.$i.error &
     lookups[i]=$!
   done
   for i in "${!lookups[@]}"; do
-    wait "${lookups[i]}" || grep -q "so soon again$" /tmp/crowd.$i.error || fail "$addOn: $(cat /tmp/crowd.$i.error)"
+    wait "${lookups[i]}" || grep -q "so soon again$\|in time" /tmp/crowd.$i.error || fail "$addOn: $(cat /tmp/crowd.$i.error)"
   done
   awk '{ print $NF }' /tmp/log | sort -n | awk -v requests="$requests" -v seconds="$seconds" '
     { at[NR] = $1 }
     NR > requests && $1 - at[NR - requests] < seconds { ++fast }
     END { if (fast || NR < requests) { print NR " requests, " fast " too fast"; exit 1 } }' >&2 || fail "$addOn: pace"
 }
-crowd tvmaze 20 10 searchtvshow -n 1 -l en -t
-crowd musicbrainz 1 1 searchAlbum -n 1 -a "" -b
+if [ -z "${QUILP_EMULATOR-}" ]; then  # which takes long to start programs
+  crowd tvmaze 20 10 searchtvshow -n 1 -l en -t
+  crowd musicbrainz 1 1 searchAlbum -n 1 -a "" -b
+fi
 
 settings
 works musicbrainz

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -35,6 +36,9 @@ struct HttpRequest {
   Fields secretQuery{};    // keys: neither messages nor the cache hold them
   Fields secretHeaders{};  // no other host is sent them
   std::string language{};  // for "{language}" in the base
+
+  /// There is no answer after that, however long the settings would wait.
+  std::chrono::steady_clock::time_point end = std::chrono::steady_clock::time_point::max();
 
   /// Asks the service even if the cache has a fresh answer.
   bool isReload = false;
@@ -92,9 +96,9 @@ class Http {
   /// Throws HttpError.
   HttpAnswer get(const HttpRequest& request);
 
-  /// Makes a request that finds something, past the cache. Returns a sentence for "quilp addon
-  /// test", or throws HttpError.
-  std::string test(HttpRequest request);
+  /// Makes a request past the cache, which must find something if it is asked to. Returns a
+  /// sentence for "quilp addon test", or throws HttpError.
+  std::string test(HttpRequest request, bool mustFind = true);
 
  private:
   class Call;

@@ -27,6 +27,7 @@ constexpr kit::Service kFanart{"fanart", "https://webservice.fanart.tv/v3", 10, 
 constexpr int kMostResults = 100;  // the service gives no more at a time
 constexpr std::size_t kMostPages = 10;
 constexpr std::chrono::seconds kCoverLimit{10};  // for all covers
+constexpr char kNobody[] = "00000000-0000-4000-8000-000000000000";
 
 const kit::Settings& settings() {
   static const kit::Settings read;
@@ -70,6 +71,7 @@ void addCovers(std::vector<Album>& albums) {
       continue;
     }
     kit::HttpRequest cover;
+    cover.end = end;
     cover.path = "/release-group/" + kit::percentEncoded(album.id);
     try {
       album.image = readCover(get(http, cover));
@@ -141,15 +143,16 @@ bool listAlbums(const Call& call, Document& document) {
   return true;
 }
 
-kit::Texts fanartOf(const std::string& artist) {
-  Http http(settings(), kFanart);
-  if (http.key().empty()) {
-    return {};
-  }
+kit::HttpRequest fanartRequest(const Http& http, const std::string& artist) {
   kit::HttpRequest pictures;
   pictures.path = "/music/" + kit::percentEncoded(artist);
   pictures.secretQuery = {{"api_key", http.key()}};
-  return readFanart(get(http, pictures));
+  return pictures;
+}
+
+kit::Texts fanartOf(const std::string& artist) {
+  Http http(settings(), kFanart);
+  return http.key().empty() ? kit::Texts() : readFanart(get(http, fanartRequest(http, artist)));
 }
 
 kit::Texts commonsOf(const std::string& artist) {
@@ -200,8 +203,17 @@ bool listPictures(const Call& call, Document& document) {
 }
 
 std::string test() {
-  return service().test(
-      request("/release-group", {{"query", "releasegroup:test"}, {"limit", "1"}}));
+  std::string told =
+      service().test(request("/release-group", {{"query", "releasegroup:test"}, {"limit", "1"}}));
+  // Nobody's album and artist: that the services have none is an answer.
+  kit::HttpRequest cover;
+  cover.path = std::string("/release-group/") + kNobody;
+  told += ", " + Http(settings(), kCovers).test(cover, false);
+  Http fanart(settings(), kFanart);
+  if (!fanart.key().empty()) {
+    told += ", " + fanart.test(fanartRequest(fanart, kNobody), false);
+  }
+  return told;
 }
 
 }  // namespace

@@ -81,10 +81,14 @@ class Session {
   }
 
   std::string test() {
+    kit::HttpRequest summary;
+    summary.language = "en";
+    summary.path = "/api/rest_v1/page/summary/Film";
     return wikidata_.test(kit::wikidataRequest({{"action", "wbgetentities"},
                                                 {"ids", "Q11424"},
                                                 {"props", "labels"},
-                                                {"languages", "en"}}));
+                                                {"languages", "en"}})) +
+           ", " + wikipedia_.test(summary, false);
   }
 
  private:
