@@ -113,7 +113,7 @@ crowd() {
     lookups[i]=$!
   done
   for i in "${!lookups[@]}"; do
-    wait "${lookups[i]}" || grep -q "so soon again$\|in time" /tmp/crowd.$i.error || fail "$addOn: $(cat /tmp/crowd.$i.error)"
+    wait "${lookups[i]}" || grep -q "so soon again$\|cannot be reached" /tmp/crowd.$i.error || fail "$addOn: $(cat /tmp/crowd.$i.error)"
   done
   awk '{ print $NF }' /tmp/log | sort -n | awk -v requests="$requests" -v seconds="$seconds" '
     { at[NR] = $1 }
