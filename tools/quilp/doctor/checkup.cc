@@ -203,8 +203,7 @@ std::vector<Diagnosis> checkUp() {
     addStockAddOns(diagnoses);
     addCatalogue(diagnoses);
     addFolder("cache", folderOf(kit::Settings().get("cache", "path", libquilp::kHttpCache)),
-              State::kWarning,
-              "make that folder: without it, every answer is asked for again",
+              State::kWarning, "make that folder: without it, every answer is asked for again",
               diagnoses);
   }
   addCurl(diagnoses);
