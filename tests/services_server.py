@@ -39,6 +39,7 @@ ROWS = [
     ("/wikidata/w/api.php", {"ids": "Q11424"}, "{}"),
     ("/wikidata/w/api.php", {"titles": "File:Copper gate poster.jpg"}, '''{"query": {"pages": [
        {"title": "File:Copper gate poster.jpg", "imageinfo": [{"thumburl": "https://upload.example.org/960px-gate.jpg"}]}]}}'''),
+    ("/wikipedia/en/api/rest_v1/page/summary/Film", {}, "{}"),
     ("/wikipedia/en/api/rest_v1/page/summary/The_Copper_Gate_(film)", {}, "wikipedia_summary.json"),
     ("/wikidata/w/api.php", {"action": "wbgetentities", "ids": "Q900001"}, "musicbrainz_entity.json"),
     ("/wikidata/w/api.php", {"titles": r"File:Mira Holm \(2014\).jpg\|File:Holm & band.png"}, "wikimedia_files.json"),

@@ -126,19 +126,22 @@ std::string percentEncoded(const std::string& text) {
   return encoded;
 }
 
+/// The address with a language in its place.
+static std::string baseOf(std::string base, const std::string& language) {
+  const std::string placeholder = "{language}";
+  const std::size_t at = base.find(placeholder);
+  return at == std::string::npos ? base
+                                 : base.replace(at, placeholder.size(), percentEncoded(language));
+}
+
 /// One request of Http, with its redirects and repetitions.
 class Http::Call {
  public:
   Call(Http& http, const HttpRequest& request)
       : http_(http),
         request_(request),
-        base_(http.base_),
+        base_(baseOf(http.base_, request.language)),
         end_(std::min(request.end, Clock::now() + std::chrono::seconds(http.timeout_))) {
-    const std::string placeholder = "{language}";
-    const std::size_t at = base_.find(placeholder);
-    if (at != std::string::npos) {
-      base_.replace(at, placeholder.size(), percentEncoded(request.language));
-    }
     host_ = hostOf(base_);
     const std::string rest =
         base_.substr(std::min(base_.find('/', base_.find("://") + 3), base_.size()));
@@ -360,7 +363,7 @@ void Http::requireKey() const {
 
 std::string Http::test(HttpRequest request, bool mustFind) {
   request.isReload = true;
-  const std::string host = hostOf(base_);
+  const std::string host = hostOf(baseOf(base_, request.language));
   if (!get(request).isFound && mustFind) {
     throw HttpError(Reason::kWrongAnswer, host + " has no such page: is base= right?");
   }

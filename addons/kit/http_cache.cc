@@ -132,7 +132,7 @@ bool HttpCache::open() {
   close(file);
   struct stat status {};
   if (lstat(path_.c_str(), &status) == 0 &&
-      (!S_ISREG(status.st_mode) ||
+      (!S_ISREG(status.st_mode) || status.st_nlink != 1 ||
        (status.st_uid != geteuid() && status.st_uid != 0 && !isShared(folder)))) {
     return false;
   }

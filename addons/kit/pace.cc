@@ -90,8 +90,9 @@ bool Pace::open(const std::string& path) {
   file_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
   shareFile(file_, path.substr(0, path.rfind('/')));
   struct stat status {};
-  bool isUsable =
-      file_ >= 0 && fstat(file_, &status) == 0 && S_ISREG(status.st_mode) && lock(F_WRLCK, 0, true);
+  bool isUsable = file_ >= 0 && fstat(file_, &status) == 0 && S_ISREG(status.st_mode) &&
+                  status.st_nlink == 1 &&  // another name of it may be a file of worth
+                  lock(F_WRLCK, 0, true);
   // All of it is written now, so that a full disk cannot lose a slot.
   const off_t size = Slot::offset(slots_);
   for (off_t at = isUsable && fstat(file_, &status) == 0 ? status.st_size / 16 * 16 : size;

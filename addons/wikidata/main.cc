@@ -88,7 +88,7 @@ class Session {
                                                 {"ids", "Q11424"},
                                                 {"props", "labels"},
                                                 {"languages", "en"}})) +
-           ", " + wikipedia_.test(summary, false);
+           ", " + wikipedia_.test(summary);
   }
 
  private:
