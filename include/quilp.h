@@ -79,7 +79,8 @@ typedef enum quilp_number {
   QUILP_YEAR = 2,  /**< of the title, 1800 to 2200; 0: any. Add-ons may use it */
   QUILP_SEASON = 3,
   QUILP_EPISODE = 4,
-  QUILP_DEADLINE = 5, /**< milliseconds for the whole call; 0, which is usual: no limit */
+  QUILP_DEADLINE = 5, /**< milliseconds for the whole call, at most 2147483647;
+                            0, which is usual: no limit */
   QUILP_ROUTE = 6     /**< a quilp_route */
 } quilp_number;
 

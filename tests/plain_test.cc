@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -138,6 +139,9 @@ TEST_F(Plain, EveryEmptyAnswerHasAReason) {
   EXPECT_EQ(quilp_answer_reason(searchMovies("").get()), QUILP_WRONG_REQUEST);
   EXPECT_EQ(quilp_answer_reason(Answer(quilp_run(nullptr)).get()), QUILP_WRONG_REQUEST);
   EXPECT_EQ(quilp_request_set_number(request.get(), QUILP_COUNT, 0), -1);
+  if (sizeof(long) > 4) {
+    EXPECT_EQ(quilp_request_set_number(request.get(), QUILP_DEADLINE, LONG_MAX), -1);
+  }
 }
 
 TEST_F(Plain, ADeadlineEndsAllThatAnAddOnStarted) {

@@ -47,6 +47,7 @@ namespace {
 
 constexpr long kUsualCount = 10;
 constexpr long kMostDigits = 100000;
+constexpr long kLongestDeadline = 2147483647;  // milliseconds: more could not be added to a time
 
 struct Known {
   const libquilp::Request& request;
@@ -184,7 +185,7 @@ bool isAllowed(quilp_number which, long number) {
     case QUILP_EPISODE:
       return number >= 0 && number <= kMostDigits;
     case QUILP_DEADLINE:
-      return number >= 0;
+      return number >= 0 && number <= kLongestDeadline;
     case QUILP_ROUTE:
       return number >= QUILP_ANY && number <= QUILP_BUILT_IN;
   }
