@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -421,6 +422,35 @@ TEST_F(Plain, ASearchFetchesItsPagesTogether) {
     EXPECT_STREQ(quilp_answer_text(answer.get(), i, "outline"), movies[i].outline);
   }
   velFreeMovies(movies, 20);
+}
+
+/// A child that may open `free` descriptors more searches.
+TEST_F(Plain, ASearchTellsOfPagesThatItHadNoDescriptorFor) {
+  test::removeRegistry();
+  int told = 0;
+  for (rlim_t free = 0; free < 60; free += 6) {
+    const pid_t child = fork();
+    if (child == 0) {
+      const int next = dup(STDERR_FILENO);
+      const rlimit limit = {static_cast<rlim_t>(next) + free, static_cast<rlim_t>(next) + free};
+      close(next);
+      const Request request = searchOf20();
+      if (setrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        _exit(3);
+      }
+      const Answer answer(quilp_run(request.get()));
+      const bool isWhole = quilp_answer_count(answer.get()) == 20 &&
+                           quilp_answer_text(answer.get(), 19, "url") != nullptr;
+      const quilp_reason reason = quilp_answer_reason(answer.get());
+      _exit(isWhole && reason == QUILP_OK ? 0 : reason != QUILP_OK ? 1 : 2);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) < 2)
+        << free << " free: status " << status;
+    told += WIFEXITED(status) && WEXITSTATUS(status) == 1 ? 1 : 0;
+  }
+  EXPECT_THAT(told, testing::AllOf(testing::Gt(0), testing::Lt(10)));
 }
 
 TEST_F(Plain, ACancelEndsTheFetchesOfASearch) {

@@ -3,6 +3,7 @@
 #include <string.h>  // NOLINT(modernize-deprecated-headers): strsignal is POSIX
 
 #include "platform.h"
+#include "plugin/run_curl.h"
 
 namespace libquilp {
 namespace {
@@ -17,6 +18,7 @@ struct CurlStatus {
 };
 
 constexpr CurlStatus kCurlStatuses[] = {
+    {kNotStarted, "curl cannot be started for ", ""},
     {6, "could not resolve host ", ""},
     {7, "could not connect to ", ""},
     {18, "the connection to ", " ended before the whole page had come"},
@@ -66,7 +68,7 @@ std::string sentence(const Answer& answer) {
       return "no add-on is enabled, and nothing else can answer";
     case Reason::kCannotStart:
       return answer.addOn ? addOnOf(answer) + " cannot be started: " + answer.subject
-                          : "cannot load " + answer.subject;
+                          : answer.subject;
     case Reason::kExitStatus:
       return addOnOf(answer) + " ended with status " + number;
     case Reason::kSignal:
@@ -127,7 +129,7 @@ const char* codeOf(const Answer& answer) {
     case Reason::kNoAddOn:
       return "no-add-on";
     case Reason::kCannotStart:
-      return "shell-not-executable";
+      return answer.addOn ? "shell-not-executable" : "client-failed";
     case Reason::kExitStatus:
     case Reason::kSignal:
       return "shell-failed";

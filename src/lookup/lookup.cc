@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "plugin/run_curl.h"
 #include "text/cutter.h"
 
 namespace libquilp {
@@ -140,7 +141,10 @@ std::optional<std::string> Lookup::copiedDocument(const std::vector<Element>& el
 bool Lookup::setReason(const Fetch& fetch) {
   answer_.subject = hostOf(fetch.address);
   answer_.number = fetch.exit != 0 ? fetch.exit : fetch.http;
-  if (fetch.exit != 0) {
+  if (fetch.exit == kNotStarted) {
+    answer_.reason = Reason::kCannotStart;
+    answer_.subject = curlSentence(fetch.exit, answer_.subject);
+  } else if (fetch.exit != 0) {
     answer_.reason = fetch.exit == kCurlTimedOut ? Reason::kTimedOut : Reason::kNoNetwork;
   } else if (fetch.isChallenge) {
     answer_.reason = Reason::kChallenge;
@@ -156,6 +160,12 @@ void Lookup::conclude(bool found, Reason known) {
   }
   const std::vector<Fetch>& fetches = recorder_.fetches();
   if (found) {
+    // What a page that did not come would have told is missing.
+    for (const Fetch& fetch : fetches) {
+      if (fetch.exit != 0 && setReason(fetch)) {
+        return;
+      }
+    }
     // Error pages have a title, too.
     if (!fetches.empty() && (fetches[0].http >= kFirstError || fetches[0].http == kAccepted)) {
       setReason(fetches[0]);

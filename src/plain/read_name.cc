@@ -59,7 +59,7 @@ PlainAnswer nameAnswer(const char* name, NamedKind kind) {
   if (read == nullptr) {
     answer.reason = Reason::kCannotStart;
     answer.number = access(file.c_str(), R_OK) != 0 ? errno : ENOEXEC;
-    answer.subject = file;
+    answer.subject = "cannot load " + file;
     return answer;
   }
   std::vector<KeyValues> fields;

@@ -111,12 +111,12 @@ std::vector<CurlEnd> fetchTogether(std::vector<std::string> addresses, const Con
   const std::string command = std::string(kHttpClient) + " -Z -g -s -i -L" + kLimits;
   std::vector<CurlEnd> ends = askCurls(command, addresses, *context.control);
   auto report = reports.begin();
-  for (const CurlEnd& end : ends) {
-    if (end.output) {
+  for (std::size_t i = 0; i < ends.size(); ++i, ++report) {
+    if (!addresses[i].empty()) {
       // curl tells no status of a single page.
-      report->finish(end.headers.empty() ? end.status : 0, *end.output, end.headers);
+      const int status = ends[i].headers.empty() ? ends[i].status : 0;
+      report->finish(status, ends[i].output.value_or(""), ends[i].headers);
     }
-    ++report;
   }
   return ends;
 }

@@ -54,7 +54,7 @@ int runControlled(const std::string& command, Control& control, std::FILE* file,
                   std::vector<int> kept = {}) {
   const int output = file != nullptr ? fileno(file) : -1;
   const ProgramEnd end = runGuardedCommand(command, control, output, std::move(kept));
-  return end.started() ? end.exitStatus() : -1;
+  return end.started() ? end.exitStatus() : kNotStarted;
 }
 
 /// Takes the headers off a page, those of redirections, too.
@@ -86,7 +86,7 @@ CurlEnd runCurl(const CurlRun& run, Control* control) {
   if (control != nullptr) {
     const File file = fileInMemory();
     if (!file) {
-      return {-1, ""};
+      return {};
     }
     const int status = runControlled(run.command, *control, file.get());
     return {status, contentOf(file)};
@@ -120,8 +120,8 @@ std::vector<CurlEnd> runCurls(const std::string& command, const std::vector<std:
       runs[1] + (runs[1].empty() ? "" : " & ") + runs[0] + "; status=$?; wait; exit $status",
       control, nullptr, std::move(kept));
   for (std::size_t i = 0; i < files.size(); ++i) {
-    ends[i].status = status;
     if (files[i]) {
+      ends[i].status = status;
       ends[i].output = contentOf(files[i]);
       ends[i].headers = takeHeaders(*ends[i].output);
     }

@@ -16,8 +16,11 @@ struct CurlRun {
   std::string body;     // the file that curl writes the page to; empty for standard output
 };
 
+/// The status of a curl that could not be started: no shell, no descriptor for its page.
+inline constexpr int kNotStarted = -1;
+
 struct CurlEnd {
-  int status = -1;                    // curl's exit status; -1 if no shell could be started
+  int status = kNotStarted;           // curl's exit status
   std::optional<std::string> output;  // none if there was no pipe for it
   std::string headers = {};           // of runCurls()
 };
