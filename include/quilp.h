@@ -96,7 +96,7 @@ typedef enum quilp_reason {
   QUILP_OK = 0,
   QUILP_NOTHING_FOUND = 1,
   QUILP_NO_ADD_ON = 2,          /**< none is enabled, and the built-in route was excluded */
-  QUILP_CANNOT_START = 3,       /**< the add-on; quilp_answer_number is an errno value */
+  QUILP_CANNOT_START = 3,       /**< the add-on: the number is an errno value; or curl: -1 */
   QUILP_EXIT_STATUS = 4,        /**< the add-on ended with a status, which is the number */
   QUILP_SIGNAL = 5,             /**< a signal ended the add-on: the number */
   QUILP_TIMED_OUT = 6,          /**< the answer has what was found so far */

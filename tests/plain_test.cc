@@ -167,6 +167,32 @@ TEST_F(Plain, WhatWasFoundBeforeTheDeadlineIsGiven) {
   EXPECT_EQ(quilp_answer_count(answer.get()), 2u);
 }
 
+TEST_F(Plain, ADocumentThatTakesTooLongIsLeft) {
+  const auto cancelAtItsEnd = [](int movies) {
+    string document = "<movielist>";
+    for (int i = 0; i < movies; ++i) {
+      document += "<movie><id><![CDATA[tt01]]></id><title><![CDATA[A]]></title></movie>\n";
+    }
+    test::answerWith("Movie", document + "</movielist>");
+    const Request request = requestFor(QUILP_MOVIE_SEARCH, QUILP_KEYWORD, "x");
+    quilp_request_set_observer(
+        request.get(),
+        [](void* user, quilp_event event, const char*, long) {
+          if (event == QUILP_ADD_ON_ENDED) {
+            quilp_request_cancel(static_cast<quilp_request*>(user));
+          }
+        },
+        request.get());
+    return Answer(quilp_run(request.get()));
+  };
+  const Answer small = cancelAtItsEnd(3);
+  EXPECT_EQ(quilp_answer_reason(small.get()), QUILP_OK);
+  EXPECT_EQ(quilp_answer_count(small.get()), 3u);
+  const Answer large = cancelAtItsEnd(400000);
+  EXPECT_EQ(quilp_answer_reason(large.get()), QUILP_CANCELLED);
+  EXPECT_LT(quilp_answer_count(large.get()), 400000u);
+}
+
 TEST_F(Plain, AnotherThreadCancels) {
   test::writeScript("/etc/config/addon", ": >/etc/config/started\nsleep 60\n");
   test::registerAddOn("Movie", "/etc/config/addon");
@@ -446,8 +472,7 @@ TEST_F(Plain, ASearchTellsOfPagesThatItHadNoDescriptorFor) {
     }
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) < 2)
-        << free << " free: status " << status;
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) < 2) << free << " free: status " << status;
     told += WIFEXITED(status) && WEXITSTATUS(status) == 1 ? 1 : 0;
   }
   EXPECT_THAT(told, testing::AllOf(testing::Gt(0), testing::Lt(10)));

@@ -101,9 +101,16 @@ XMLNode Lookup::document() {
   return root;
 }
 
+/// The end of the time for a document.
+IsOver Lookup::end() const {
+  constexpr std::chrono::milliseconds kReading(10);
+  Control* control = context_.control;
+  return control != nullptr ? [control] { return control->isOverFor(kReading); } : IsOver();
+}
+
 XMLNode Lookup::openDocument() {
   int error = 0;
-  XMLNode root = XMLNode::openFileHelper(call_->file(), &error, request_.root);
+  XMLNode root = XMLNode::openFileHelper(call_->file(), &error, request_.root, end());
   if (!root) {
     const auto text = readFile(call_->file());
     // Only a document that can be read lacks an element.

@@ -61,6 +61,7 @@ class Lookup {
 
   bool runAddOn();
   bool wasCut();
+  IsOver end() const;
   XMLNode openDocument();
   bool setReason(const Fetch& fetch);
 

@@ -6,6 +6,8 @@
 namespace libquilp {
 namespace {
 
+constexpr std::chrono::milliseconds kCopying(20);  // after the end, reading included
+
 template <class Record>
 void lookList(const Request& base, const Values& values, const Context& context,
               PlainAnswer& plain) {
@@ -13,6 +15,10 @@ void lookList(const Request& base, const Values& values, const Context& context,
   const ListAnswer<Record> answer = run(request, values, context);
   static_cast<Answer&>(plain) = answer;
   for (const Record& record : answer.found.records) {
+    if (context.control->isOverFor(kCopying)) {
+      plain.reason = context.control->reason();
+      return;
+    }
     addResult(request.printed, record, plain.results);
   }
 }

@@ -26,6 +26,19 @@ void Control::cancel() {
   }
 }
 
+bool Control::isOverFor(std::chrono::milliseconds time) {
+  if (!isOver()) {
+    return false;
+  }
+  const auto now = Clock::now();
+  over_ = over_.value_or(now);
+  if (now - *over_ < time) {
+    return false;
+  }
+  noteCut();
+  return true;
+}
+
 int Control::millisecondsLeft() const {
   if (!end_) {
     return -1;

@@ -21,6 +21,7 @@ class Control {
   /// Before a lookup starts; none: without an end.
   void begin(std::optional<Clock::time_point> end) {
     end_ = end;
+    over_.reset();
     cut_ = false;
   }
 
@@ -29,6 +30,10 @@ class Control {
 
   /// Whether nothing more may be started.
   bool isOver() const { return cancelled_ || (end_ && Clock::now() >= *end_); }
+
+  /// Whether it is over for longer than this, as seen by the calls of this. Then that is a cut:
+  /// what came before the end is still used, as far as the time suffices.
+  bool isOverFor(std::chrono::milliseconds time);
 
   /// Milliseconds until the end, rounded up; -1 for no end.
   int millisecondsLeft() const;
@@ -44,6 +49,7 @@ class Control {
 
  private:
   std::optional<Clock::time_point> end_;
+  std::optional<Clock::time_point> over_;  // when isOverFor() saw the end
   std::atomic<bool> cancelled_{false};
   std::atomic<bool> cut_{false};
   int wake_;

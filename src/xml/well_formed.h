@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace libquilp {
@@ -11,7 +12,8 @@ struct XMLFault {
 };
 
 /// Checks a whole document without building anything from it. UTF-16 needs a byte order mark. The
-/// bytes of an encoding that is not known are taken as letters.
-XMLFault findXMLFault(const std::string& document);
+/// bytes of an encoding that is not known are taken as letters. A check that ends early, since
+/// `isOver`, gives a fault.
+XMLFault findXMLFault(const std::string& document, const std::function<bool()>& isOver = nullptr);
 
 }  // namespace libquilp

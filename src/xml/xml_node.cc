@@ -196,18 +196,19 @@ class Writer {
 
 }  // namespace
 
-XMLNode XMLNode::openFileHelper(const char* path, int* error, const char* tag) {
+XMLNode XMLNode::openFileHelper(const char* path, int* error, const char* tag, IsOver isOver) {
   *error = static_cast<int>(pugi::status_file_not_found);
   std::optional<std::string> text = readDocument(path);
   if (!text) {
     return {};
   }
-  const auto document = std::make_shared<pugi::xml_document>();
+  const auto document = std::make_shared<Document>();
+  document->isOver = std::move(isOver);
   pugi::xml_parse_result result =
       document->load_buffer(text->data(), text->size(), kParseOptions, encodingOf(*text));
   // pugixml reads more than well-formed documents. It goes first since it needs less memory for
   // elements without an end.
-  if (result && findXMLFault(*text).reason != nullptr) {
+  if (result && findXMLFault(*text, document->isOver).reason != nullptr) {
     result.status = pugi::status_unrecognized_tag;
   }
   *error = static_cast<int>(result.status);
@@ -222,7 +223,7 @@ XMLNode XMLNode::openFileHelper(const char* path, int* error, const char* tag) {
 }
 
 XMLNode XMLNode::createXMLTopNode(const char* name, bool isDeclaration) {
-  auto document = std::make_shared<pugi::xml_document>();
+  auto document = std::make_shared<Document>();
   pugi::xml_node node =
       document->append_child(isDeclaration ? pugi::node_declaration : pugi::node_element);
   require(node.set_name(name));

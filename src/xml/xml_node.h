@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <pugixml.hpp>
 #include <utility>
@@ -9,6 +10,9 @@ namespace libquilp {
 struct XMLClear {
   const char* lpszValue;  // contents of a CDATA section, unchanged
 };
+
+/// Whether there is no more time for a document; none: there always is.
+using IsOver = std::function<bool()>;
 
 struct XMLAttribute {
   const char* lpszName;
@@ -24,8 +28,10 @@ class XMLNode {
   XMLNode() = default;
 
   /// Reads the file and gives its first top-level element named `tag`. Sets `*error` to 0, or to
-  /// another value when there is no file, no well-formed document or no such element.
-  static XMLNode openFileHelper(const char* path, int* error, const char* tag);
+  /// another value when there is no file, no well-formed document or no such element. Reading, and
+  /// each walk through the document's children, ends early once `isOver`.
+  static XMLNode openFileHelper(const char* path, int* error, const char* tag,
+                                IsOver isOver = nullptr);
 
   /// A new document's top node; as a declaration it stands before its children, not around them.
   static XMLNode createXMLTopNode(const char* name, bool isDeclaration);
@@ -43,7 +49,12 @@ class XMLNode {
   /// getChildNode by index starts anew for each.
   template <class Visit>
   void forEachChild(const char* name, Visit visit) const {
+    constexpr unsigned kUnchecked = 256;
+    unsigned n = 0;
     for (pugi::xml_node child : node_.children()) {
+      if (n++ % kUnchecked == 0 && document_->isOver && document_->isOver()) {
+        return;
+      }
       if (isElement(child, name)) {
         visit(XMLNode(document_, child));
       }
@@ -77,12 +88,16 @@ class XMLNode {
   char* createXMLString(int formatted = 1) const;
 
  private:
-  XMLNode(std::shared_ptr<pugi::xml_document> document, pugi::xml_node node)
+  struct Document : pugi::xml_document {
+    IsOver isOver;
+  };
+
+  XMLNode(std::shared_ptr<Document> document, pugi::xml_node node)
       : document_(std::move(document)), node_(node) {}
 
   static bool isElement(pugi::xml_node node, const char* name);
 
-  std::shared_ptr<pugi::xml_document> document_;
+  std::shared_ptr<Document> document_;
   pugi::xml_node node_;
 };
 
