@@ -1,5 +1,6 @@
 """The Python binding, with the built library. Runs in the box: python_test.sh."""
 import os
+import signal
 import threading
 import time
 import unittest
@@ -73,6 +74,16 @@ class Binding(unittest.TestCase):
         threading.Timer(0.1, request.cancel).start()
         self.assertEqual(request.run().reason, Reason.CANCELLED)
         self.assertLess(time.monotonic() - start, 10)
+
+    def test_ctrl_c_ends_the_run(self) -> None:
+        register("echo $$ >/etc/config/process\nsleep 60\n")
+        threading.Timer(0.3, os.kill, (os.getpid(), signal.SIGINT)).start()
+        start = time.monotonic()
+        with self.assertRaises(KeyboardInterrupt):
+            quilp.look_up(Lookup.MOVIE_SEARCH, keyword="x")
+        self.assertLess(time.monotonic() - start, 10)
+        with open("/etc/config/process", encoding="utf-8") as process:
+            self.assertFalse(os.path.exists(f"/proc/{process.read().strip()}"))
 
     def test_an_observer_that_raises_ends_the_run(self) -> None:
         register("sleep 60\n")

@@ -21,7 +21,7 @@ command -v npm >/dev/null || bench_packages+=(nodejs npm)
 document_packages=(doxygen mandoc)
 arm_packages=(g++-arm-linux-gnueabihf qemu-user)
 coverage_packages=(gcovr)
-clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy)
+clang_packages=(clang libclang-rt-14-dev clang-format clang-tidy mypy)
 bare_packages=(git mmdebstrap)
 debian_packages=(build-essential debhelper dh-python git lintian xz-utils)
 

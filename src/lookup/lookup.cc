@@ -103,7 +103,7 @@ XMLNode Lookup::document() {
 
 /// The end of the time for a document.
 IsOver Lookup::end() const {
-  constexpr std::chrono::milliseconds kReading(10);
+  static constexpr std::chrono::milliseconds kReading(10);
   Control* control = context_.control;
   return control != nullptr ? [control] { return control->isOverFor(kReading); } : IsOver();
 }

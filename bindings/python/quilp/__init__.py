@@ -19,6 +19,7 @@ import threading
 import weakref
 from dataclasses import dataclass
 from enum import IntEnum
+from queue import SimpleQueue
 from typing import Any, Callable, Dict, Iterator, Optional, Sequence, Tuple, overload
 
 from . import _library
@@ -163,7 +164,8 @@ class Request:
     """A lookup that can be run, also several times, and cancelled from another thread.
 
     timeout is in seconds, for a whole run; None: no limit. The observer is called with each step,
-    one at a time, also from other threads. What it raises cancels the request and leaves run().
+    one at a time, from any thread. What it raises cancels the request and leaves run(). So does
+    Ctrl-C, as soon as it is pressed, and what was started is ended.
     """
 
     def __init__(self, what: Lookup, *, keyword: Optional[str] = None, id: Optional[str] = None,
@@ -224,7 +226,7 @@ class Request:
         if not self._running.acquire(blocking=False):
             raise RuntimeError("the request is being run")
         try:
-            answer = _library.quilp_run(self._handle)
+            answer = self._run_apart()
             failure, self._failure = self._failure, None
             if failure is not None:
                 _library.quilp_answer_free(answer)
@@ -233,9 +235,27 @@ class Request:
         finally:
             self._running.release()
 
+    def _run_apart(self) -> Optional[int]:
+        """From another thread: Python handles Ctrl-C only where the main thread runs its code."""
+        if threading.current_thread() is not threading.main_thread():
+            return _run(self._handle)
+        answer: SimpleQueue[Optional[int]] = SimpleQueue()
+        threading.Thread(target=lambda: answer.put(_run(self._handle))).start()
+        try:
+            return answer.get()
+        except BaseException:
+            self.cancel()
+            _library.quilp_answer_free(answer.get())
+            raise
+
     def cancel(self) -> None:
         """Ends the run under way, or the next one. A request stays cancelled."""
         _library.quilp_request_cancel(self._handle)
+
+
+def _run(handle: int) -> Optional[int]:
+    answer: Optional[int] = _library.quilp_run(handle)
+    return answer
 
 
 def _bytes_of(text: str) -> bytes:

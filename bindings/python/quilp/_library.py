@@ -1,13 +1,14 @@
 """The functions of quilp.h that the binding calls."""
 
 from ctypes import CDLL, CFUNCTYPE, c_char_p, c_int, c_long, c_void_p
+from typing import Any
 
 OBSERVER = CFUNCTYPE(None, c_void_p, c_int, c_char_p, c_long)
 
 _shared = CDLL("libquilp.so.1")
 
 
-def _function(name, result, *arguments):  # type: ignore[no-untyped-def]
+def _function(name: str, result: Any, *arguments: Any) -> Any:
     function = getattr(_shared, name)
     function.restype = result
     function.argtypes = arguments
