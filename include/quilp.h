@@ -159,7 +159,8 @@ QUILP_EXPORT const char* quilp_reason_name(quilp_reason reason);
 /**
  * Makes a request. Set its texts and numbers, then pass it to quilp_run.
  *
- * @return a request to be freed by quilp_request_free; null for an unknown lookup, or out of memory
+ * @return a request to be freed by quilp_request_free; null for an unknown lookup, out of memory or
+ *         of descriptors (a request holds one)
  */
 QUILP_EXPORT quilp_request* quilp_request_new(quilp_lookup what);
 

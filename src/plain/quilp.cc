@@ -220,11 +220,13 @@ const char* quilp_version(void) { return libquilp::kVersion; }
 const char* quilp_reason_name(quilp_reason reason) { return libquilp::wordOf(reason); }
 
 quilp_request* quilp_request_new(quilp_lookup what) {
-  auto* request = knownOf(what) != nullptr ? new (std::nothrow) quilp_request(what) : nullptr;
-  if (request != nullptr) {
-    request->numbers[QUILP_COUNT] = kUsualCount;
+  std::unique_ptr<quilp_request> request(
+      knownOf(what) != nullptr ? new (std::nothrow) quilp_request(what) : nullptr);
+  if (!request || request->control.descriptor() < 0) {
+    return nullptr;
   }
-  return request;
+  request->numbers[QUILP_COUNT] = kUsualCount;
+  return request.release();
 }
 
 int quilp_request_set_text(quilp_request* request, quilp_text which, const char* text) try {

@@ -22,6 +22,7 @@ namespace {
 
 constexpr char kSystemShell[] = "/bin/sh";
 constexpr std::size_t kStackSize = 256UL * 1024;
+constexpr int kStep = 5;         // milliseconds between looks at a program whose end tells nothing
 constexpr int kCollecting = 20;  // milliseconds for what was killed to end
 
 /// What the guard is told, and what it tells. Lies in memory that both share, however the system
@@ -189,7 +190,8 @@ int guard(void* argument) {
       endAll(child, signals, orders.end.waitStatus);
       break;
     }
-    poll(events, 2, orders.control->millisecondsLeft());
+    const int left = orders.control->millisecondsLeft();
+    poll(events, 2, signals < 0 && (left < 0 || left > kStep) ? kStep : left);
     drain(signals);
   }
   return 0;

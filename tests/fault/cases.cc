@@ -115,7 +115,9 @@ int reasonOf(quilp_answer* answer, const char* element) {
     }
   }
   const bool isEmpty = quilp_answer_count(answer) == 0;
-  if (quilp_answer_milliseconds(answer) < 0 || (reason == QUILP_OK && isEmpty)) {
+  const bool isFault = reason == QUILP_EXIT_STATUS || reason == QUILP_SIGNAL;
+  if (quilp_answer_milliseconds(answer) < 0 || (isFault && quilp_answer_number(answer) == 0) ||
+      (reason == QUILP_OK && isEmpty)) {
     reason = test::kNeverRight;
   }
   quilp_answer_free(answer);

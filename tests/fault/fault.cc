@@ -3,7 +3,11 @@
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <pthread.h>
+#include <sched.h>
 #include <spawn.h>
+#include <sys/eventfd.h>
+#include <sys/mman.h>
+#include <sys/signalfd.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -175,6 +179,35 @@ char* fgets(char* buffer, int size, FILE* stream) {
 size_t fread(void* buffer, size_t size, size_t count, FILE* stream) {
   FAULT_REAL(fread);
   return failsStream(stream) ? 0 : real(buffer, size, count, stream);
+}
+
+// What a run under a guard needs of the system.
+
+int eventfd(unsigned count, int flags) noexcept {
+  FAULT_REAL(eventfd);
+  return fails(kGuard, EMFILE) ? -1 : real(count, flags);
+}
+
+int signalfd(int descriptor, const sigset_t* mask, int flags) noexcept {
+  FAULT_REAL(signalfd);
+  return fails(kGuard, EMFILE) ? -1 : real(descriptor, mask, flags);
+}
+
+int memfd_create(const char* name, unsigned flags) noexcept {
+  FAULT_REAL(memfd_create);
+  return fails(kGuard, EMFILE) ? -1 : real(name, flags);
+}
+
+void* mmap(void* address, size_t size, int protection, int flags, int descriptor,
+           off_t offset) noexcept {
+  FAULT_REAL(mmap);
+  return fails(kGuard, ENOMEM) ? MAP_FAILED
+                               : real(address, size, protection, flags, descriptor, offset);
+}
+
+int clone(int (*body)(void*), void* stack, int flags, void* argument, ...) noexcept {
+  FAULT_REAL(clone);
+  return fails(kGuard, EAGAIN) ? -1 : real(body, stack, flags, argument);
 }
 
 char* mktemp(char* name) noexcept {

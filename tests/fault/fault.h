@@ -3,7 +3,18 @@
 // What libfault.so, loaded in front of libc, does to the calls of its process: it makes one of a
 // family fail, and keeps the balance of allocations. Null where it is not loaded.
 
-enum FaultFamily { kMemory, kOpen, kSpawn, kPopen, kSystem, kThread, kRead, kName, kFamilies };
+enum FaultFamily {
+  kMemory,
+  kOpen,
+  kSpawn,
+  kPopen,
+  kSystem,
+  kThread,
+  kRead,
+  kName,
+  kGuard,
+  kFamilies
+};
 
 extern "C" {
 

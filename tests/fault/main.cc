@@ -21,8 +21,8 @@
 
 namespace {
 
-const char* const kFamilyNames[kFamilies] = {"memory", "open",   "spawn", "popen",
-                                             "system", "thread", "read",  "name"};
+const char* const kFamilyNames[kFamilies] = {"memory", "open", "spawn", "popen", "system",
+                                             "thread", "read", "name",  "guard"};
 
 /// One route of a case, in a process of its own.
 class Run {
