@@ -234,6 +234,43 @@ grep -q 'Fig.avi: there is a' /tmp/errors || fail "rename: a collision is not to
 "$QUILP_PROGRAM" scan --undo /tmp/journal 2>/tmp/errors || fail "undo: $(cat /tmp/errors)"
 tree | diff /tmp/before - >&2 || fail "undo of names leaves another tree"
 
+# An album is known by its files' tags, also in a folder that says little; who made it counts.
+tagged() {  # FILE ARTIST ALBUM YEAR
+  printf 'TAG%-30s%-30s%-30s%-4s%-31s' 'A title' "$2" "$3" "$4" '' >"$1"
+}
+mkdir -p '/tmp/albums/CD 1' '/tmp/albums/Tom Reed - Low Water' '/tmp/albums/Many'
+tagged '/tmp/albums/CD 1/01.mp3' 'Anna Lane' 'Low Water' 2003
+tagged '/tmp/albums/CD 1/02.mp3' 'Anna Lane' 'Low Water' 2003
+printf 'no sound' >'/tmp/albums/CD 1/03.mp3'
+touch '/tmp/albums/Tom Reed - Low Water/01.flac'
+tagged /tmp/albums/Many/01.mp3 'Anna Lane' 'Low Water' 2003
+tagged /tmp/albums/Many/02.mp3 'Tom Reed' 'High Water' 2004
+cat >/etc/config/music <<'END'
+#!/bin/sh
+for file; do :; done
+{
+  echo '<albumlist>'
+  for artist in 'Tom Reed' 'Anna Lane'; do
+    echo "<album><name><![CDATA[Low Water]]></name><artist><![CDATA[$artist]]></artist>"
+    echo '<releasedate><![CDATA[2003-05-01]]></releasedate></album>'
+  done
+  echo '</albumlist>'
+} >"$file"
+END
+chmod +x /etc/config/music
+printf '[a]\nClass=Kestrawind\nType=Music\nEnable=TRUE\nShell=/etc/config/music\n' >>/etc/config/zorp.conf
+"$QUILP_PROGRAM" scan /tmp/albums --format json >/tmp/rows 2>/tmp/errors
+diff <(python3 - /tmp/rows <<'END'
+import json, sys
+for row in json.load(open(sys.argv[1], encoding="utf-8")):
+    print(row["file"], row["title"], row["year"], row["match"], row["candidates"][0]["reason"] if row["match"] else "", row["sure"], sep="|")
+END
+) - <<'END' >&2 || fail "albums: $(cat /tmp/errors)"
+/tmp/albums/CD 1|Anna Lane - Low Water|2003|Anna Lane - Low Water|the title is the same; the year fits|True
+/tmp/albums/Many|Many|None|Tom Reed - Low Water|the title differs; the name has no year|False
+/tmp/albums/Tom Reed - Low Water|Tom Reed - Low Water|None|Tom Reed - Low Water|the title is the same; the name has no year|True
+END
+
 # A song's new name tells the same.
 mkdir /tmp/KTV
 touch '/tmp/KTV/林小雨-夜航船-國語-流行.mkv' '/tmp/KTV/Anna Lane - Tide (Instrumental).MKV'

@@ -5,7 +5,7 @@
 demo_packages=(
   g++ cmake ninja-build pkg-config libexpat1-dev libpugixml-dev libjsoncpp-dev
   libiniparser-dev libsqlite3-dev libutf8proc-dev zlib1g-dev libcli11-dev libcpp-httplib-dev libssl-dev
-  libcurl4-openssl-dev libpq-dev
+  libcurl4-openssl-dev libpq-dev libtag1-dev
   bubblewrap ca-certificates curl openssl
 )
 # Everything that the preset release builds, and what its tests run.

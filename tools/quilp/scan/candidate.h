@@ -24,6 +24,7 @@ struct Candidate {
   bool byOwnTitle = true;                  // rather than by one of the others
   std::string comparedTitle{};             // the one that the name is most like
   std::vector<ScorePart> parts{};          // their points add up to the confidence
+  std::string artist{};                    // of an album
 
   void add(int points, const std::string& why, int most = 100) {
     const int before = confidence;

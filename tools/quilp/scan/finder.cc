@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "scan/album_tags.h"
 #include "scan/judge.h"
 #include "scan/nfo_ids.h"
 
@@ -51,7 +52,7 @@ std::string idIn(const Name& name) {
 }
 
 void take(const Candidate& candidate, ScanRow& row) {
-  row.match = candidate.title;
+  row.match = (candidate.artist.empty() ? "" : candidate.artist + " - ") + candidate.title;
   row.matchYear = candidate.year;
   row.id = candidate.id;
   row.confidence = candidate.confidence;
@@ -64,6 +65,16 @@ void takeBest(ScanRow& row) {
     take(row.candidates.front(), row);
   } else if (!row.failed) {
     row.reason = "nothing of that title was found";
+  }
+}
+
+/// An album of somebody else is not the one.
+void judgeArtist(const std::string& artist, Candidates& albums) {
+  constexpr double kSame = 0.7;
+  for (Candidate& album : albums) {
+    if (!artist.empty() && !album.artist.empty() && similarity(artist, album.artist) < kSame) {
+      album.add(-60, "it is by another artist");
+    }
   }
 }
 
@@ -269,17 +280,27 @@ void Finder::findSong(const MediaItem& item, ScanRow& row) {
                                  : "the name has a title only";
 }
 
+/// Tags count more than the folder's name, which is often short for an album.
 void Finder::findAlbum(const MediaItem& item, ScanRow& row) {
   const std::size_t dash = row.title.find(" - ");
-  const std::string artist = dash == std::string::npos ? "" : row.title.substr(0, dash);
-  const std::string album = dash == std::string::npos ? row.title : row.title.substr(dash + 3);
-  if (album.empty()) {
-    row.reason = "the folder's name has no title";
+  const std::string folder = dash == std::string::npos ? row.title : row.title.substr(dash + 3);
+  AlbumTags wanted = albumTagsOf(item.files);
+  if (wanted.artist.empty() && dash != std::string::npos) {
+    wanted.artist = row.title.substr(0, dash);
+  }
+  if (!wanted.album.empty()) {
+    row.title = (wanted.artist.empty() ? "" : wanted.artist + " - ") + wanted.album;
+  }
+  wanted.album = wanted.album.empty() ? folder : wanted.album;
+  row.year = wanted.year != 0 ? wanted.year : row.year;
+  if (wanted.album.empty()) {
+    row.reason = "neither tags nor the folder's name have a title";
     return;
   }
-  Searched searched = searchAlbums(album, artist, count_);
+  Searched searched = searchAlbums(wanted.album, wanted.artist, count_);
   note(searched.answer, row);
-  judge({{album}, item.name.year}, searched.candidates);
+  judge({{wanted.album, folder}, row.year}, searched.candidates);
+  judgeArtist(wanted.artist, searched.candidates);
   row.candidates = std::move(searched.candidates);
   takeBest(row);
 }

@@ -171,7 +171,7 @@ Searched searchAlbums(const std::string& album, const std::string& artist, int c
   searched.answer = answer;
   for (const velAlbum_& one : answer.found.records) {
     Candidate candidate{"", orNothing(one.name), yearOf(orNothing(one.releasedate))};
-    candidate.otherTitles.push_back(orNothing(one.artist));
+    candidate.artist = orNothing(one.artist);
     if (!candidate.title.empty()) {
       searched.candidates.push_back(std::move(candidate));
     }

@@ -48,7 +48,7 @@ Described describeEpisode(const std::string& show, int season, int episode);
 /// What the add-on or the file's name tells of a song: artists and title.
 Described describeSong(const std::string& file);
 
-/// Albums of a title; their identifier is empty, their other titles are the artists.
+/// Albums of a title; their identifier is empty, they have an artist.
 Searched searchAlbums(const std::string& album, const std::string& artist, int count);
 
 }  // namespace quilp
