@@ -15,6 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kMostBytes = 255;  // of one name on most file systems
+constexpr char kSeparators[] = " -.";
 
 /// The code point of a UTF-8 character of two or three bytes; 0 for another.
 unsigned codePoint(std::string_view character) {
@@ -85,17 +86,17 @@ std::string valueOf(const std::string& field, const MediaItem& item, const ScanR
   throw std::runtime_error("the pattern has an unknown field {" + field + "}");
 }
 
-/// " ()" and " []" that are left where a field had no value, and separators at the end.
+/// Without " ()" and " []" that are left where a field had no value, and separators at the ends.
 std::string tidied(std::string text) {
   for (const char* empty : {" ()", " []", " {}", "()", "[]"}) {
     for (std::size_t at; (at = text.find(empty)) != std::string::npos;) {
       text.erase(at, std::string_view(empty).size());
     }
   }
-  while (!text.empty() && (text.back() == ' ' || text.back() == '-' || text.back() == '.')) {
-    text.pop_back();
-  }
-  return text;
+  // Programs take a name that begins with "-" for an option.
+  const std::size_t start = text.find_first_not_of(kSeparators);
+  const std::size_t end = text.find_last_not_of(kSeparators);
+  return start == std::string::npos ? "" : text.substr(start, end - start + 1);
 }
 
 std::string cut(const std::string& name, std::size_t most) {
