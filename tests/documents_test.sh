@@ -17,6 +17,11 @@ sed -n '/^#include <libquilp.h>$/,/^\.EE$/p' "$top/docs/man/libquilp.3" | sed '$
 found=$("$@" 'zqxjvw' 2>/dev/null) && fail "the example takes an empty record for a hit"
 [ -z "$found" ] || fail "the example prints an empty record: $found"
 
+for example in c:c cpp:cc python:py; do
+  sed -n "/^\`\`\`${example%:*}\$/,/^\`\`\`\$/p" "$top/docs/integrators.md" | sed '1d;$d' |
+    diff - "$top/examples/lookup.${example#*:}" || fail "integrators.md: not the example in ${example%:*}"
+done
+
 # Every exported name in the header's comments and in the documents exists.
 for name in $(grep -rhoE '\b(vel|imdb|parse|init)[A-Z][A-Za-z]+[a-z_]*\b' "$top"/{include,docs,README.md} | sort -u); do
   grep -rqw "$name" "$top/tests/abi" || fail "no exported name $name"
