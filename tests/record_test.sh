@@ -100,13 +100,13 @@ add_on() {
   chmod +x /etc/config/movie
 }
 printf '[tmdb]\nkey = S3TTINGSKEY\n' >/etc/config/quilp.conf  # an add-on's document may tell it
-document="echo '<movielist><!-- S3TTINGSKEY --><movie><title><![CDATA[A]]></title><id><![CDATA[1]]></id></movie></movielist>' >\"\$file\""
+document="echo '<movielist><!-- S3TTINGSKEY https://x/?api_key=S3CRETOFADDRESS --><movie><title><![CDATA[A]]></title><id><![CDATA[1]]></id></movie></movielist>' >\"\$file\""
 printf '[movie]\nClass=Kestrawind\nType=Movie\nEnable=TRUE\nShell=/etc/config/movie\n' >$conf
 away='mv /etc/config/movie /tmp/movie' back='mv /tmp/movie /etc/config/movie'
 add_on "$document"
 repeats movie search A.b_2009
 [ "$(grep -aA1 '^variable ' $kept | tail -n 1)" = QUILP_NAME=A.b_2009 ] || fail 'no variable'
-! grep -a S3TTINGSKEY $kept || fail "an add-on's key was kept"
+! grep -aE "S3TTINGSKEY|S3CRETOF" $kept || fail "an add-on's key was kept"
 drifts 0 ''
 add_on "${document/A]/B]}"
 drifts 1 'field result 1 title: changed from "A" to "B"'

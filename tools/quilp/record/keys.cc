@@ -146,6 +146,11 @@ void removeKeys(Recording& recording, std::string settings) {
       replaceInLines(*exchange.headers, keys);
     }
   });
+  for (Exchange& exchange : recording.addOns) {
+    if (exchange.answer) {  // an add-on may tell an address that it asked
+      replaceIn(*exchange.answer, keys);
+    }
+  }
   const auto replaceEach = [&keys](std::vector<std::string>& texts) {
     for (std::string& text : texts) {
       replaceEverywhere(text, keys);
