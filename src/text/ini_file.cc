@@ -40,6 +40,18 @@ int IniFile::sections() const { return iniparser_getnsec(dictionary_.get()); }
 
 const char* IniFile::section(int i) const { return iniparser_getsecname(dictionary_.get(), i); }
 
+std::vector<std::string> IniFile::keys(const std::string& section) const {
+  const int count = iniparser_getsecnkeys(dictionary_.get(), section.c_str());
+  std::vector<const char*> names(static_cast<std::size_t>(count));
+  iniparser_getseckeys(dictionary_.get(), section.c_str(), names.data());
+  std::vector<std::string> keys;
+  keys.reserve(names.size());
+  for (const char* name : names) {
+    keys.emplace_back(name + section.size() + 1);  // "section:key"
+  }
+  return keys;
+}
+
 const char* IniFile::value(const char* key, const char* fallback) const {
   const CLocale letters;
   return iniparser_getstring(dictionary_.get(), key, fallback);

@@ -3,6 +3,8 @@
 #include <iniparser.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace libquilp {
 
@@ -14,6 +16,8 @@ class IniFile {
   bool loaded() const { return dictionary_ != nullptr; }
   int sections() const;
   const char* section(int i) const;
+  /// The names of a section's keys, in lower case.
+  std::vector<std::string> keys(const std::string& section) const;
   /// Returns `fallback` for a missing key, and null for a key without a value.
   const char* value(const char* key, const char* fallback) const;
 

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <map>
 #include <optional>
 #include <stdexcept>
 
@@ -100,16 +101,58 @@ bool isKnownSection(const std::string& name) {
          std::find(kOthers.begin(), kOthers.end(), name) != kOthers.end();
 }
 
-/// Whether a section has a key that others than the owner can read in the file.
-bool showsKey(const libquilp::IniFile& file, const std::string& section, mode_t mode) {
-  const char* key = file.value((section + ":key").c_str(), nullptr);
-  return key != nullptr && *key != '\0' && (mode & S_IROTH) != 0;
+bool isKnownKey(const std::string& section, const std::string& key) {
+  using Names = std::vector<std::string>;
+  static const std::map<std::string, Names> kOwn = {{"catalogue", {"path", "base"}},
+                                                    {"chain", {"movie", "tv", "music", "timeout"}},
+                                                    {"cache", {"path", "size"}},
+                                                    {"tmdb", {"poster_size", "still_size"}}};
+  static const Names kOfServices = {"base",     "key",     "key_file",
+                                    "language", "timeout", "certificates"};
+  const auto has = [&key](const Names& names) {
+    return std::find(names.begin(), names.end(), key) != names.end();
+  };
+  const auto own = kOwn.find(section);
+  const bool isService = own == kOwn.end() || section == "tmdb";
+  return (own != kOwn.end() && has(own->second)) || (isService && has(kOfServices));
+}
+
+bool isForAll(const std::string& file) {
+  struct stat status {};
+  return !file.empty() && stat(file.c_str(), &status) == 0 && (status.st_mode & S_IROTH) != 0;
+}
+
+void addSection(const libquilp::IniFile& file, const std::string& section, Diagnoses& diagnoses) {
+  const auto warn = [&diagnoses](const std::string& finding, const char* advice) {
+    diagnoses.push_back({"settings", State::kWarning, finding, advice});
+  };
+  const auto valueOf = [&](const char* key) {
+    const char* value = file.value((section + ':' + key).c_str(), nullptr);
+    return std::string(value != nullptr ? value : "");
+  };
+  const std::string name = '[' + section + ']';
+  if (!isKnownSection(section)) {
+    warn("nothing reads " + name, "quilp.conf(5) lists the sections");
+  } else {
+    for (const std::string& key : file.keys(section)) {
+      if (!isKnownKey(section, key)) {
+        std::string finding = "nothing reads ";
+        warn(finding.append(key).append("= of ").append(name), "quilp.conf(5) lists the keys");
+      }
+    }
+  }
+  if (!valueOf("key").empty() && isForAll(kit::settingsFile())) {
+    warn("every user can read the key of " + name, "move it to a file of its own: key_file=");
+  }
+  if (isForAll(valueOf("key_file"))) {
+    warn("every user can read " + valueOf("key_file"),
+         "let only those read it who run lookups: chmod 640, and chgrp");
+  }
 }
 
 void addSettings(Diagnoses& diagnoses) {
   const std::string name = kit::settingsFile();
-  struct stat status {};
-  if (stat(name.c_str(), &status) != 0) {
+  if (access(name.c_str(), F_OK) != 0) {
     diagnoses.push_back({"settings", State::kOk, name + " is not there: all is as usual"});
     return;
   }
@@ -121,16 +164,7 @@ void addSettings(Diagnoses& diagnoses) {
   }
   diagnoses.push_back({"settings", State::kOk, name});
   for (int i = 0; i < file.sections(); ++i) {
-    const std::string section = file.section(i);
-    if (!isKnownSection(section)) {
-      diagnoses.push_back({"settings", State::kWarning, "nothing reads [" + section + ']',
-                           "quilp.conf(5) lists the sections"});
-    }
-    if (showsKey(file, section, status.st_mode)) {
-      diagnoses.push_back({"settings", State::kWarning,
-                           "every user can read the key of [" + section + ']',
-                           "move it to a file of its own: key_file="});
-    }
+    addSection(file, file.section(i), diagnoses);
   }
 }
 
@@ -180,7 +214,8 @@ void addFolder(const char* subject, const std::string& folder, State otherwise,
 
 void addCurl(Diagnoses& diagnoses) {
   const std::string path = libquilp::kHttpClient;
-  const libquilp::CurlEnd end = libquilp::runCurl({"", path + " --version", "", ""}, nullptr);
+  const libquilp::CurlEnd end =
+      libquilp::runCurl({"", path + " --version 2>/dev/null", "", ""}, nullptr);
   const std::string output = end.output.value_or("");
   if (end.status != 0 || output.empty()) {
     diagnoses.push_back({"curl", State::kWarning, path + " cannot be run",
