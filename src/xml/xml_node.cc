@@ -230,6 +230,11 @@ XMLNode XMLNode::createXMLTopNode(const char* name, bool isDeclaration) {
   return {document, node};
 }
 
+bool XMLNode::isOver(unsigned n) const {
+  constexpr unsigned kUnchecked = 256;
+  return n % kUnchecked == 0 && document_->isOver && document_->isOver();
+}
+
 bool XMLNode::isElement(pugi::xml_node node, const char* name) {
   return node.type() == pugi::node_element && sameName(node.name(), name);
 }

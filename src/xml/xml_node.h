@@ -49,10 +49,9 @@ class XMLNode {
   /// getChildNode by index starts anew for each.
   template <class Visit>
   void forEachChild(const char* name, Visit visit) const {
-    constexpr unsigned kUnchecked = 256;
     unsigned n = 0;
     for (pugi::xml_node child : node_.children()) {
-      if (n++ % kUnchecked == 0 && document_->isOver && document_->isOver()) {
+      if (isOver(n++)) {
         return;
       }
       if (isElement(child, name)) {
@@ -95,6 +94,8 @@ class XMLNode {
   XMLNode(std::shared_ptr<Document> document, pugi::xml_node node)
       : document_(std::move(document)), node_(node) {}
 
+  /// Whether a walk ends before its child number `n`.
+  bool isOver(unsigned n) const;
   static bool isElement(pugi::xml_node node, const char* name);
 
   std::shared_ptr<Document> document_;
