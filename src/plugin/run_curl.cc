@@ -116,9 +116,10 @@ std::vector<CurlEnd> runCurls(const std::string& command, const std::vector<std:
   if (kept.empty()) {
     return ends;
   }
-  const int status = runControlled(
-      runs[1] + (runs[1].empty() ? "" : " & ") + runs[0] + "; status=$?; wait; exit $status",
-      control, nullptr, std::move(kept));
+  const std::string both = runs[1].empty() ? runs[0]
+                                           : runs[1] + " & " + runs[0] +
+                                                 "; status=$?; wait $! || status=$?; exit $status";
+  const int status = runControlled(both, control, nullptr, std::move(kept));
   for (std::size_t i = 0; i < files.size(); ++i) {
     if (files[i]) {
       ends[i].status = status;
