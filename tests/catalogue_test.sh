@@ -231,6 +231,18 @@ if [ ${#emulator[@]} -gt 0 ]; then
   done < <(awk -F '\t' 'NR % 500 == 2 { print $1 FS $3 FS substr($3, 1, 3) substr($3, 5) }' /tmp/many/title.basics.tsv)
 fi
 
+# What is no file is neither read nor replaced.
+mkfifo /tmp/pipe
+mkdir -p /tmp/folder
+for path in /tmp/pipe /tmp/folder; do
+  printf '[catalogue]\npath=%s\n' $path >/tmp/special.conf
+  for command in 'info' 'search salt' 'import /tmp/sets'; do
+    QUILP_CONFIG=/tmp/special.conf timeout 10 "$QUILP_PROGRAM" catalogue $command >/tmp/out 2>/tmp/errors
+    [ $? -eq 1 ] && grep -q "$path: no regular file" /tmp/errors || fail "$command of $path: $(cat /tmp/errors)"
+  done
+done
+[ -p /tmp/pipe ] && [ -d /tmp/folder ] || fail "replaced by a catalogue"
+
 # A damaged file gives an answer or an error.
 size=$(stat -c %s /tmp/before.db)
 for ((i = 0; i < 60; ++i)); do

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <memory>
+#include <stdexcept>
+#include <string>
 
 namespace quilp::catalogue {
 
@@ -14,5 +17,13 @@ struct Finalize {
 };
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
+
+/// Throws std::runtime_error if there is a folder, a device or a FIFO in a catalogue's place.
+inline void refuseSpecialFile(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    throw std::runtime_error(path + ": no regular file");
+  }
+}
 
 }  // namespace quilp::catalogue

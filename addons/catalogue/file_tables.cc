@@ -69,6 +69,7 @@ FileTables::FileTables(const std::string& path) : path_(path) {
         errno == ENOENT ? "; \"quilp catalogue import\" makes the catalogue" : "";
     throw std::runtime_error(path + ": " + std::strerror(errno) + hint);
   }
+  refuseSpecialFile(path);  // a FIFO would be waited for
   sqlite3* opened = nullptr;
   const int result =
       sqlite3_open_v2(addressOf(path).c_str(), &opened,

@@ -77,6 +77,7 @@ class NewFile : public NewStore {
 };
 
 NewFile::NewFile(const std::string& path) : path_(path), new_(path + ".new") {
+  refuseSpecialFile(path);
   // One that a killed import left behind is written anew.
   lock_ = ::open(new_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
   if (lock_ < 0) {
