@@ -12,6 +12,8 @@ namespace quilp::catalogue {
 class Similarity {
  public:
   explicit Similarity(std::string_view query);
+  Similarity(const Similarity&) = delete;  // its words are views of its texts
+  Similarity& operator=(const Similarity&) = delete;
 
   /// 1 for the same, about .9 for one letter wrong, 0 for nothing in common.
   double to(std::string_view name) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <deque>
 
 #include "catalogue/normalise.h"
 #include "catalogue/score.h"
@@ -88,7 +89,7 @@ class Titles {
     }
     return best;
   }
-  std::vector<Similarity> wanted_;
+  std::deque<Similarity> wanted_;
 };
 
 /// A name that is the other's own title may well be meant so, however little known that is.
