@@ -118,7 +118,7 @@ crowd() {
   awk '{ print $NF }' /tmp/log | sort -n | awk -v requests="$requests" -v seconds="$seconds" '
     { at[NR] = $1 }
     NR > requests && $1 - at[NR - requests] < seconds { ++fast }
-    END { if (fast || NR * 2 < requests) { print NR " requests, " fast " too fast"; exit 1 } }' >&2 || fail "$addOn: pace"
+    END { if (fast || NR == 0) { print NR " requests, " fast " too fast"; exit 1 } }' >&2 || fail "$addOn: pace"
 }
 if [ -z "${QUILP_EMULATOR-}" ]; then  # which takes long to start programs
   crowd tvmaze 20 10 searchtvshow -n 1 -l en -t
