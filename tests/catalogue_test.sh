@@ -241,6 +241,9 @@ for path in /tmp/pipe /tmp/folder; do
     [ $? -eq 1 ] && grep -q "$path: no regular file" /tmp/errors || fail "$command of $path: $(cat /tmp/errors)"
   done
 done
+mkfifo /tmp/folder/title.basics.tsv
+timeout 10 "$QUILP_PROGRAM" catalogue import /tmp/folder --to /tmp/none.db 2>/tmp/errors
+[ $? -eq 1 ] && grep -q 'basics.tsv: no regular file' /tmp/errors || fail "a FIFO: $(cat /tmp/errors)"
 [ -p /tmp/pipe ] && [ -d /tmp/folder ] || fail "replaced by a catalogue"
 
 # A damaged file gives an answer or an error.

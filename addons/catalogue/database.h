@@ -18,7 +18,7 @@ struct Finalize {
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
-/// Throws std::runtime_error if there is a folder, a device or a FIFO in a catalogue's place.
+/// Throws std::runtime_error if there is a folder, a device or a FIFO in a file's place.
 inline void refuseSpecialFile(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {

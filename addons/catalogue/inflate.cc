@@ -10,6 +10,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "database.h"
+
 namespace quilp::catalogue {
 namespace {
 
@@ -33,12 +35,13 @@ struct ByteSource::Gzip {
 
 ByteSource::ByteSource(std::string path)
     : path_(std::move(path)),
-      file_(open(path_.c_str(), O_RDONLY | O_CLOEXEC)),
+      file_(open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)),  // a FIFO is not waited for
       input_(kInput, '\0') {
   if (file_ < 0) {
     throw std::runtime_error(path_ + ": " + std::strerror(errno));
   }
   try {
+    refuseSpecialFile(path_);
     const std::size_t size = fill();
     if (size >= 2 && input_[0] == '\x1f' && input_[1] == '\x8b') {
       gzip_ = std::make_unique<Gzip>();
