@@ -8,6 +8,8 @@ namespace {
 constexpr std::string_view kContainers[] = {
     "mkv", "mp4", "avi", "m4v", "ts",  "m2ts", "mts",  "wmv", "mov", "mpg", "mpeg", "flv", "webm",
     "iso", "img", "vob", "ogm", "ogv", "divx", "rmvb", "rm",  "3gp", "asf", "m2v",  "f4v", "strm"};
+constexpr std::size_t kLongestExtension = 8;  // with its dot
+
 /// Files beside a video, whose names are read as its name.
 constexpr std::string_view kCompanions[] = {"srt", "sub",     "ass", "ssa", "idx",
                                             "nfo", "torrent", "txt", "jpg", "rar",
@@ -19,16 +21,18 @@ bool contains(const std::string_view (&list)[N], std::string_view word) {
 }
 
 std::string_view withoutExtension(std::string_view text, bool isFolder) {
-  const std::size_t dot = text.rfind('.');
-  if (isFolder || dot == std::string_view::npos || text.size() - dot > 8 || text.size() - dot < 3) {
+  const std::string_view end = text.substr(text.size() - std::min(text.size(), kLongestExtension));
+  const std::size_t dot = end.rfind('.');
+  if (isFolder || dot == std::string_view::npos || end.size() - dot < 3) {
     return text;
   }
   std::string extension;
-  for (const char c : text.substr(dot + 1)) {
+  for (const char c : end.substr(dot + 1)) {
     extension += lower(c);
   }
-  return contains(kContainers, extension) || contains(kCompanions, extension) ? text.substr(0, dot)
-                                                                              : text;
+  return contains(kContainers, extension) || contains(kCompanions, extension)
+             ? text.substr(0, text.size() - (end.size() - dot))
+             : text;
 }
 
 constexpr std::size_t kUsualSpans = 12;
@@ -109,7 +113,7 @@ void Reader::read() {
 
 void Reader::findKind() {
   if (!name_.seasons.empty() || !name_.episodes.empty() || !name_.absoluteEpisodes.empty() ||
-      !name_.airDate.empty() || name_.extra == "special" || isSeries_) {
+      !name_.airDate.empty() || isSeries_ || std::string_view(name_.extra) == "special") {
     name_.kind = NameKind::kEpisode;
   } else if (surroundings_.hint != NameKind::kUnknown) {
     name_.kind = surroundings_.hint;

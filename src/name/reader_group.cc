@@ -77,15 +77,14 @@ void Reader::takeSites() {
       }
       continue;
     }
-    if (i != 0 || t[i + 1].gap != kDotGap || !isTopLevel(tokens_.text(i + 1)) ||
-        t[i + 1].bracket != t[i].bracket) {
+    if (i != 0 || t[1].gap != kDotGap || t[1].bracket != t[0].bracket) {
       continue;
     }
-    const bool bracketed = t[i].bracket != 0 && (i == 0 || t[i - 1].bracket != t[i].bracket) &&
-                           (i + 2 == tokens_.count || t[i + 2].bracket != t[i].bracket);
-    const bool first = i == 0 && i + 2 < tokens_.count && (t[i + 2].gap & kSpacedDashGap) != 0;
-    if (first || (bracketed && i == 0)) {
-      take(NameField::kOther, i, i + 2);
+    const bool bracketed =
+        t[0].bracket != 0 && (tokens_.count == 2 || t[2].bracket != t[0].bracket);
+    const bool beforeDash = tokens_.count > 2 && (t[2].gap & kSpacedDashGap) != 0;
+    if ((bracketed || beforeDash) && isTopLevel(tokens_.text(1))) {
+      take(NameField::kOther, 0, 2);
     }
   }
 }
@@ -140,13 +139,13 @@ void Reader::takeIdentifiers() {
 
 // [ABCD1234]; 10月新番: the month of a new show's first episode
 void Reader::takeChecksum() {
-  for (std::size_t i = 0; i < tokens_.count; ++i) {
+  for (std::size_t i = 0; i < tokens_.count && tokens_.high; ++i) {
     if (tokens_.token[i].high && (tokens_.text(i).find("月新番") != std::string_view::npos ||
                                   tokens_.text(i).find("月番") != std::string_view::npos)) {
       take(NameField::kOther, i, i + 1);
     }
   }
-  for (std::size_t i = 0; i < tokens_.count; ++i) {
+  for (std::size_t i = 0; i < tokens_.count && tokens_.brackets > 1; ++i) {
     if (tokens_.token[i].bracket == 0) {
       continue;
     }
@@ -175,18 +174,10 @@ bool Reader::groupFrom(std::size_t from, std::size_t to) {
 void Reader::findGroup() {
   const Token* const t = tokens_.token;
   const std::size_t count = tokens_.count;
-  bool tagged = false;
-  std::size_t lastTaken = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (t[i].taken) {
-      lastTaken = i;
-      tagged = tagged || i >= titleEnd_;
-    }
-  }
   if (!name_.group.empty()) {
     return;
   }
-  if (leadGroupEnd_ != 0 && name_.group.empty()) {
+  if (leadGroupEnd_ != 0) {
     std::size_t from = 0;
     while (from < leadGroupEnd_ && t[from].taken) {
       ++from;
@@ -198,6 +189,10 @@ void Reader::findGroup() {
     if (from < to && groupFrom(from, to)) {
       return;
     }
+  }
+  bool tagged = false;
+  for (std::size_t i = titleEnd_; i < count && !tagged; ++i) {
+    tagged = t[i].taken;
   }
   if (!tagged) {
     return;
@@ -228,7 +223,6 @@ void Reader::findGroup() {
     return;
   }
   // A bracket at the end, or the last words
-  static_cast<void>(lastTaken);
   std::size_t to = count;
   while (to > titleEnd_ && t[to - 1].taken) {
     --to;

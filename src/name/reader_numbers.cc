@@ -91,15 +91,15 @@ int monthOf(std::string_view word) {
 void Reader::findDate() {
   constexpr std::uint16_t kJoins = kBlankGap | kDotGap | kUnderscoreGap | kDashGap;
   const Token* const t = tokens_.token;
-  for (std::size_t i = 0; i < tokens_.count && name_.airDate.empty(); ++i) {
+  for (std::size_t i = 0; i < tokens_.count; ++i) {
     if (t[i].taken || !isDigit(text_[t[i].begin])) {
       continue;
     }
-    if (const int day = ordinal(tokens_.text(i));
-        day != 0 && i + 2 < tokens_.count && t[i + 2].digits) {
+    if (i + 2 < tokens_.count && t[i + 2].digits && !t[i + 2].taken) {
       // 4th November 2020, 14 Feb 2021
-      const int month = monthOf(tokens_.text(i + 1));
-      if (!t[i + 2].taken && isDate(t[i + 2].number, month, day)) {
+      const int day = ordinal(tokens_.text(i));
+      const int month = day != 0 ? monthOf(tokens_.text(i + 1)) : 0;
+      if (isDate(t[i + 2].number, month, day)) {
         name_.airDate = dateText(t[i + 2].number, month, day);
         take(NameField::kAirDate, i, i + 3);
         marker_ = i;
@@ -144,6 +144,7 @@ void Reader::findDate() {
     take(NameField::kAirDate, i, i + 3);
     marker_ = i;
     markerEnd_ = i + 3;
+    return;
   }
 }
 
@@ -216,8 +217,11 @@ void Reader::findMarkers() {
     if (match_[i].tag == nullptr && match_[i].words != 0) {
       continue;  // a resolution
     }
-    const bool numbered = word.begin > 0 && text_[word.begin - 1] == '#';
+    const bool numbered = (word.gap & kOtherGap) != 0 && text_[word.begin - 1] == '#';
     const std::size_t size = word.end - word.begin;
+    if (!word.anyDigit && !word.high && !numbered && size > 2) {
+      continue;  // only "S 01" and "EP.05" have their number in the next word
+    }
     const bool maybe = mayBeMarkerAt(text_, word.begin);
     if (!numbered && !maybe && size != 1 && (word.digits || !isDigit(text_[word.begin])) &&
         (size <= 6 || text_[word.end - 6] != 'S')) {

@@ -97,18 +97,21 @@ void Reader::skipBroadcaster() {
                                                           {"discovery", "channel"},
                                                           {"smithsonian", "channel"}};
   const Token* const t = tokens_.token;
-  const auto is = [this](std::size_t i, std::string_view word) {
-    const std::string_view text = tokens_.text(i);
-    bool same = text.size() == word.size() && lower(text[0]) == word[0];
-    for (std::size_t k = 1; same && k < word.size(); ++k) {
-      same = lower(text[k]) == word[k];
+  if (start_ + 3 > tokens_.count) {
+    return;
+  }
+  const auto same = [](std::string_view text, std::string_view word) {
+    bool equal = text.size() == word.size();
+    for (std::size_t i = 0; equal && i < word.size(); ++i) {
+      equal = lower(text[i]) == word[i];
     }
-    return same;
+    return equal;
   };
+  const std::string_view first = tokens_.text(start_);
   for (const auto& words : kBroadcasters) {
     const std::size_t next = start_ + (words[1].empty() ? 1 : 2);
-    if (next + 2 > tokens_.count || !is(start_, words[0]) ||
-        (!words[1].empty() && !is(start_ + 1, words[1]))) {
+    if (!same(first, words[0]) || next + 2 > tokens_.count ||
+        (!words[1].empty() && !same(tokens_.text(start_ + 1), words[1]))) {
       continue;
     }
     // Two words of a title must be left: "BBC News" is one.
@@ -128,9 +131,11 @@ void Reader::skipBroadcaster() {
 void Reader::readFilmNumber() {
   const Token* const t = tokens_.token;
   for (std::size_t i = start_ + 1; i + 1 < tokens_.count; ++i) {
+    if (t[i].gap != kDashGap || t[i + 1].gap != kDashGap || t[i].taken) {
+      continue;
+    }
     const std::string_view word = tokens_.text(i);
-    if (t[i].taken || word.size() != 3 || !isDigit(word[1]) || !isDigit(word[2]) ||
-        t[i].gap != kDashGap || t[i + 1].gap != kDashGap) {
+    if (word.size() != 3 || !isDigit(word[1]) || !isDigit(word[2])) {
       continue;
     }
     if (word[0] == 'f' && marker_ == kNone) {

@@ -11,6 +11,10 @@ constexpr std::size_t kMostWords = 4;
 bool sameWords(std::string_view bytes, std::string_view words) {
   std::size_t i = 0;
   for (const char c : bytes) {
+    if (i < words.size() && words[i] == lower(c)) {
+      ++i;
+      continue;
+    }
     const bool counts = isDigit(c) || isLetter(c) || static_cast<unsigned char>(c) >= 0x80;
     if (!counts) {
       continue;
@@ -137,12 +141,12 @@ void Reader::splitEnding(std::size_t i) {
 void Reader::splitGlued() {
   for (std::size_t i = 0; i < tokens_.count && tokens_.count < Tokens::kMost; ++i) {
     const Token& word = tokens_.token[i];
-    const std::size_t size = word.end - word.begin;
     if (word.high) {
       splitEnding(i);
       continue;
     }
-    if (word.digits || !word.anyDigit || size < 3 || size > 20 || match_[i]) {
+    const std::size_t size = word.end - word.begin;
+    if (!word.anyDigit || word.digits || size < 3 || size > 20 || match_[i]) {
       continue;
     }
     const std::string_view text = tokens_.text(i);
@@ -258,10 +262,13 @@ Match Reader::resolutionAt(std::size_t i) const {
   if (!isDigit(text[0]) && lower(text[0]) != 'r') {
     return {};
   }
-  if (i + 2 < tokens_.count && token[i].digits && token[i + 2].digits && token[i].number >= 320 &&
-      token[i].number <= 8192 && token[i + 2].number >= 240 && token[i + 2].number <= 4320 &&
-      (tokens_.text(i + 1) == "x" || tokens_.text(i + 1) == "X" || tokens_.text(i + 1) == "×")) {
-    return {nullptr, 3, 0, linesOf(token[i].number, token[i + 2].number)};  // 1280 x 720
+  if (token[i].digits) {
+    const bool by =
+        i + 2 < tokens_.count && token[i + 2].digits && token[i].number >= 320 &&
+        token[i].number <= 8192 && token[i + 2].number >= 240 && token[i + 2].number <= 4320 &&
+        (tokens_.text(i + 1) == "x" || tokens_.text(i + 1) == "X" || tokens_.text(i + 1) == "×");
+    return by ? Match{nullptr, 3, 0, linesOf(token[i].number, token[i + 2].number)}  // 1280 x 720
+              : Match{};
   }
   if (text.size() < 4 || text.size() > 10) {
     return {};

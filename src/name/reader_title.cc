@@ -411,9 +411,14 @@ std::string Reader::cleaned(std::size_t from, std::size_t to) const {
     end = last.end;
   }
   std::string text(end - begin, '\0');
+  char* const out = text.data();
   std::size_t size = 0;
   for (std::size_t i = begin; i < end; ++i) {
     char c = text_[i];
+    if (c != ' ' && c != '.' && c != '_' && c != '-') {
+      out[size++] = c;
+      continue;
+    }
     if (c == '_' || (dashes && c == '-')) {
       c = ' ';
     } else if (c == '.' && !blanks) {
@@ -422,12 +427,12 @@ std::string Reader::cleaned(std::size_t from, std::size_t to) const {
                             (i + 2 >= end || !isLetter(text_[i + 2]));
       c = initials ? '.' : ' ';
     }
-    if (c == ' ' && (size == 0 || text[size - 1] == ' ')) {
+    if (c == ' ' && (size == 0 || out[size - 1] == ' ')) {
       continue;
     }
-    text[size++] = c;
+    out[size++] = c;
   }
-  while (size != 0 && (text[size - 1] == ' ' || text[size - 1] == '-')) {
+  while (size != 0 && (out[size - 1] == ' ' || out[size - 1] == '-')) {
     --size;
   }
   text.resize(size);

@@ -157,6 +157,17 @@ bool isAscii(std::string_view text) {
   return (bits & 0x8080808080808080U) == 0;
 }
 
+int numberOf(std::string_view digits) {
+  if (digits.size() > 8) {
+    return kMostNumber;
+  }
+  int number = 0;
+  for (const char c : digits) {
+    number = number * 10 + (c - '0');
+  }
+  return number;
+}
+
 constexpr std::uint16_t kSeparators = kBlankGap | kUnderscoreGap | kDotGap;
 
 /// Follows the brackets while the name is read.
@@ -198,7 +209,9 @@ class Nesting {
 Tokens::Tokens(std::string_view text) : name(text) {
   bracket[0] = {0, static_cast<std::uint32_t>(name.size()), 0, false, false};
   Nesting nesting(*this);
-  const bool high = !isAscii(name);  // Every counter has a unit beyond ASCII.
+  high = !isAscii(name);  // Every counter has a unit beyond ASCII.
+  // Bytes of a word that need no second look. Where no counter can follow, a digit is one, too.
+  const int plain = high ? kCapital | kSmall : kCapital | kSmall | kDigit;
   const char* const bytes = name.data();
   const std::size_t size = name.size();
   std::uint16_t gap = 0;
@@ -222,8 +235,6 @@ Tokens::Tokens(std::string_view text) : name(text) {
     const std::size_t begin = i;
     WordHash hash = WordHash::none();
     unsigned kinds = 0;
-    int number = 0;
-    std::size_t digits = 0;
     // A counter such as 第2季 is a word of its own, also where nothing parts it from others.
     const std::size_t counter = high ? counterAt(name, i).size : 0;
     if (counter != 0) {
@@ -234,7 +245,7 @@ Tokens::Tokens(std::string_view text) : name(text) {
     }
     while (i < size && counter == 0) {
       const Byte byte = kBytes[static_cast<unsigned char>(bytes[i])];
-      if ((byte.kind & (kCapital | kSmall)) != 0) {
+      if ((byte.kind & plain) != 0) {
         hash.add(static_cast<char>(byte.hashed));
         kinds |= byte.kind;
         ++i;
@@ -255,9 +266,6 @@ Tokens::Tokens(std::string_view text) : name(text) {
         kinds |= kHigh;
         continue;
       }
-      if (byte.kind == kDigit) {
-        number = digits++ < 8 ? number * 10 + (bytes[i] - '0') : kMostNumber;
-      }
       if (byte.hashed != 0) {
         hash.add(static_cast<char>(byte.hashed));
       }
@@ -274,11 +282,13 @@ Tokens::Tokens(std::string_view text) : name(text) {
                       (kinds & kHigh) != 0,
                       (kinds & (kCapital | kSmall)) == kCapital,
                       false,
-                      kinds == kDigit ? number : 0};
+                      kinds == kDigit ? numberOf(name.substr(begin, i - begin)) : 0};
     gap = 0;
   }
-  ignoreOpenBrackets();
-  ignoreOuterBracket();
+  if (brackets > 1) {
+    ignoreOpenBrackets();
+    ignoreOuterBracket();
+  }
 }
 
 bool Tokens::split(std::size_t i, std::size_t at) {
@@ -320,7 +330,7 @@ void Tokens::join(std::size_t i) {
 void Tokens::ignoreOuterBracket() {
   const std::size_t first = name.find_first_not_of(' ');
   const std::size_t last = name.find_last_not_of(' ');
-  if (brackets < 2 || bracket[1].begin != first || bracket[1].end != last + 1) {
+  if (bracket[1].begin != first || bracket[1].end != last + 1) {
     return;
   }
   for (std::size_t b = 2; b < brackets; ++b) {

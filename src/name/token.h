@@ -59,10 +59,10 @@ struct Tokens {
   explicit Tokens(std::string_view name);
 
   std::string_view text(std::size_t i) const {
-    return name.substr(token[i].begin, token[i].end - token[i].begin);
+    return {name.data() + token[i].begin, token[i].end - token[i].begin};
   }
   std::string_view text(std::size_t from, std::size_t to) const {
-    return name.substr(token[from].begin, token[to - 1].end - token[from].begin);
+    return {name.data() + token[from].begin, token[to - 1].end - token[from].begin};
   }
 
   /// Parts a word in two; false where there is no room.
@@ -76,6 +76,7 @@ struct Tokens {
   void ignoreOpenBrackets();
 
   std::string_view name;
+  bool high = false;  // has bytes beyond ASCII
   std::size_t count = 0;
   std::size_t brackets = 1;  // the first one stands for "outside"
   Token token[kMost];
