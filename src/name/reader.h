@@ -34,7 +34,7 @@ class Reader {
   void splitEnding(std::size_t i);
   bool split(std::size_t i, std::size_t at);
   void matchTags();
-  Match matchAt(std::size_t i) const;
+  void matchAt(std::size_t i);
   Match resolutionAt(std::size_t i) const;
   void takeEdition();
   void takeTags(std::size_t from, std::size_t to);

@@ -93,7 +93,7 @@ void Reader::takeSites() {
 void Reader::takeIdentifiers() {
   const Token* const t = tokens_.token;
   for (std::size_t i = 0; i < tokens_.count; ++i) {
-    if (!t[i].anyDigit && t[i].bracket == 0) {
+    if (t[i].bracket == 0 && text_[t[i].begin] != 't') {
       continue;
     }
     const std::string_view word = tokens_.text(i);

@@ -109,8 +109,8 @@ bool Reader::split(std::size_t i, std::size_t at) {
   for (std::size_t k = tokens_.count; k-- > i + 1;) {
     match_[k] = match_[k - 1];
   }
-  match_[i] = matchAt(i);
-  match_[i + 1] = matchAt(i + 1);
+  matchAt(i);
+  matchAt(i + 1);
   return true;
 }
 
@@ -180,7 +180,7 @@ void Reader::splitGlued() {
       if (counted || (size - cut >= 3 && right && left &&
                       (right.tag == nullptr || right.tag->use == TagUse::kEndsTitle))) {
         if (i > 0) {
-          match_[i - 1] = matchAt(i - 1);
+          matchAt(i - 1);
         }
         break;
       }
@@ -196,19 +196,23 @@ void Reader::splitGlued() {
 void Reader::matchTags() {
   for (std::size_t i = 0; i < tokens_.count; ++i) {
     const Token& word = tokens_.token[i];
-    match_[i] = word.anyDigit || mayBeginTag(word.hash.value) ? matchAt(i) : Match{};
+    if (word.anyDigit || mayBeginTag(word.hash.value)) {
+      matchAt(i);
+    } else {
+      match_[i] = {};
+    }
   }
 }
 
-Match Reader::matchAt(std::size_t i) const {
+/// Finds the longest tag that begins with a word.
+void Reader::matchAt(std::size_t i) {
   constexpr std::uint16_t kJoins = kBlankGap | kDotGap | kUnderscoreGap | kDashGap;
   const Token* const token = tokens_.token;
-  if (token[i].anyDigit) {
-    if (const Match resolution = resolutionAt(i)) {
-      return resolution;
-    }
+  Match& best = match_[i];
+  best = token[i].anyDigit ? resolutionAt(i) : Match{};
+  if (best) {
+    return;
   }
-  Match best = {};
   WordHash hash = WordHash::none();
   for (std::size_t n = 1; n <= kMostWords && i + n <= tokens_.count; ++n) {
     const Token& word = token[i + n - 1];
@@ -252,7 +256,6 @@ Match Reader::matchAt(std::size_t i) const {
       best = {tag, static_cast<std::uint8_t>(n), 0, 0};
     }
   }
-  return best;
 }
 
 // 1080p, 1080i50, R720p, 1920x1080

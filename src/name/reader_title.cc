@@ -410,21 +410,18 @@ std::string Reader::cleaned(std::size_t from, std::size_t to) const {
       last.end > end) {
     end = last.end;
   }
-  std::string text(end - begin, '\0');
+  const std::string_view in = text_.substr(begin, end - begin);
+  std::string text(in.size(), '\0');
   char* const out = text.data();
   std::size_t size = 0;
-  for (std::size_t i = begin; i < end; ++i) {
-    char c = text_[i];
-    if (c != ' ' && c != '.' && c != '_' && c != '-') {
-      out[size++] = c;
-      continue;
-    }
+  for (std::size_t i = 0; i < in.size(); ++i) {
+    char c = in[i];
     if (c == '_' || (dashes && c == '-')) {
       c = ' ';
     } else if (c == '.' && !blanks) {
-      const bool initials = i > begin && i + 1 < end && isLetter(text_[i - 1]) &&
-                            isLetter(text_[i + 1]) && (i < begin + 2 || !isLetter(text_[i - 2])) &&
-                            (i + 2 >= end || !isLetter(text_[i + 2]));
+      const bool initials = i > 0 && i + 1 < in.size() && isLetter(in[i - 1]) &&
+                            isLetter(in[i + 1]) && (i < 2 || !isLetter(in[i - 2])) &&
+                            (i + 2 >= in.size() || !isLetter(in[i + 2]));
       c = initials ? '.' : ' ';
     }
     if (c == ' ' && (size == 0 || out[size - 1] == ' ')) {
