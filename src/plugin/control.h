@@ -31,8 +31,8 @@ class Control {
   /// Whether nothing more may be started.
   bool isOver() const { return cancelled_ || (end_ && Clock::now() >= *end_); }
 
-  /// Whether it is over for longer than this, as seen by the calls of this. Then that is a cut:
-  /// what came before the end is still used, as far as the time suffices.
+  /// Whether so much time has passed since a call of this first saw the end. That is a cut. The
+  /// time is for the use of what came before the end.
   bool isOverFor(std::chrono::milliseconds time);
 
   /// Milliseconds until the end, rounded up; -1 for no end.

@@ -4,7 +4,9 @@
 #include <taglib/tpropertymap.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
+#include <system_error>
 
 #include "scan/source.h"
 
@@ -52,6 +54,10 @@ AlbumTags albumTagsOf(const std::vector<std::string>& files) {
   Votes artists;
   Votes years;
   for (std::size_t i = 0; i < std::min(files.size(), kMostFiles); ++i) {
+    std::error_code failure;
+    if (!std::filesystem::is_regular_file(files[i], failure)) {
+      continue;  // a FIFO would be waited for
+    }
     const TagLib::FileRef file(files[i].c_str(), kReadsSound);
     if (file.isNull()) {
       continue;
